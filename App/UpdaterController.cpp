@@ -1,0 +1,18 @@
+#include "App/UpdaterController.h"
+
+#include "Updater/UserDriver.h"
+
+namespace ravlin {
+
+UpdaterController::UpdaterController(UserDriver& userDriver, QObject* parent)
+    : QObject(parent), userDriver_(userDriver) {}
+
+bool UpdaterController::canCheckForUpdates() const {
+    return true;
+}
+
+void UpdaterController::checkForUpdates() {
+    userDriver_.showUpdatesComeWithSystem();
+}
+
+}  // namespace ravlin

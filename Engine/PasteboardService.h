@@ -1,0 +1,25 @@
+#pragma once
+
+#include "Engine/PasteOutcome.h"
+#include "Engine/TextTransform.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+/// The only code that reads and writes the clipboard's text. It keeps nothing between calls.
+namespace ravlin::PasteboardService {
+
+/// The clipboard's content as plain text, or nothing where no representation yields text.
+/// NOTE: a clipboard that holds rich text or HTML only, without a plain-text representation, counts as holding no text.
+std::optional<std::string> plainText();
+
+/// Replaces the whole clipboard by one plain-text item holding `text`.
+void setText(std::string_view text);
+
+/// Reads the clipboard's text, runs `transform` on it and writes the result back as one plain-text item, whether or not
+/// it differs from what was read. Writes nothing where there is no text, or where another application changed the
+/// clipboard meanwhile.
+PasteOutcome transformClipboard(TextTransform transform);
+
+}  // namespace ravlin::PasteboardService

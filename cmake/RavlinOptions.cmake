@@ -1,0 +1,44 @@
+# What every target of the project is compiled with, in one place: link `ravlin_options` privately.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
+if(NOT CMAKE_BUILD_TYPE)
+    set(CMAKE_BUILD_TYPE Release)
+endif()
+
+option(RAVLIN_WERROR "Treat warnings as errors" OFF)
+option(RAVLIN_HARDEN "Compile with the hardening flags of a release" OFF)
+set(RAVLIN_SANITIZE "" CACHE STRING "Sanitizers for all targets, for example address,undefined")
+
+add_library(ravlin_options INTERFACE)
+target_include_directories(ravlin_options INTERFACE "${PROJECT_SOURCE_DIR}")
+target_compile_definitions(ravlin_options INTERFACE RAVLIN_VERSION="${PROJECT_VERSION}")
+target_compile_options(ravlin_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wcast-qual
+    -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference -Wdouble-promotion -Wformat=2
+    -Wimplicit-fallthrough -Wextra-semi -Wundef)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    target_compile_options(ravlin_options INTERFACE -Wduplicated-cond -Wlogical-op -Wsuggest-override)
+endif()
+if(RAVLIN_WERROR)
+    target_compile_options(ravlin_options INTERFACE -Werror)
+endif()
+if(RAVLIN_HARDEN)
+    target_compile_options(ravlin_options INTERFACE
+        -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2 -fstack-protector-strong -fcf-protection)
+    target_link_options(ravlin_options INTERFACE -Wl,-z,relro,-z,now)
+endif()
+if(RAVLIN_SANITIZE)
+    add_compile_options(-fsanitize=${RAVLIN_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=${RAVLIN_SANITIZE})
+endif()
+
+# Qt only in the strict dialect: no implicit conversions from bytes, no keyword macros.
+add_library(ravlin_qt_options INTERFACE)
+target_compile_definitions(ravlin_qt_options INTERFACE
+    QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING QT_NO_KEYWORDS QT_NO_FOREACH
+    QT_DISABLE_DEPRECATED_BEFORE=0x060400)
