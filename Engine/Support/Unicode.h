@@ -19,7 +19,7 @@ bool isValidUTF8(std::string_view text);
 std::string lowerCased(std::string_view text);
 
 /// The full, locale-independent upper-case mapping of the whole text.
-///     upperCased("straße")  ->  "STRASSE"
+///     upperCased("stra\u00DFe")  ->  "STRASSE"
 std::string upperCased(std::string_view text);
 
 /// `text` in normalisation form C (UAX #15).
