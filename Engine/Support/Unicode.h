@@ -1,19 +1,84 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
 
 /// The only place that decodes UTF-8. Properties, case mappings and normalisation come from ICU with the root locale.
+/// Texts are expected to be well-formed; every ill-formed sequence counts as one U+FFFD and never harms.
 namespace ravlin::Unicode {
+
+// --- Bytes and code points -------------------------------------------------------------------------------------------
+
+/// One code point and the bytes it takes. For an ill-formed sequence (its longest part that could have begun a
+/// character, at least one byte) `value` is U+FFFD and `isWellFormed` is false.
+struct Scalar {
+    char32_t value = 0;
+    std::uint8_t byteSize = 0;
+    bool isWellFormed = true;
+};
+
+constexpr bool isASCII(char byte) noexcept {
+    return static_cast<unsigned char>(byte) < 0x80;
+}
+
+/// The code point that starts at byte `at`, which lies before the end of `text`.
+Scalar decode(std::string_view text, std::size_t at) noexcept;
+
+/// The code point that ends before byte `end`, which lies after the start of `text`.
+Scalar decodeBefore(std::string_view text, std::size_t end) noexcept;
+
+/// Appends `scalar` as UTF-8.
+void append(std::string& text, char32_t scalar);
+
+/// Whether `text` is well-formed UTF-8: no overlong forms, no surrogates, nothing above U+10FFFF.
+bool isValidUTF8(std::string_view text) noexcept;
+
+/// The end of the run of ASCII bytes that starts at byte `from`; `from` itself where there is none.
+///     asciiRunEnd("abé", 0)  ->  2
+std::size_t asciiRunEnd(std::string_view text, std::size_t from) noexcept;
+
+// --- Properties of code points ---------------------------------------------------------------------------------------
+
+bool isLetter(char32_t scalar) noexcept;         ///< Alphabetic; so also the vowel signs of Indic scripts
+bool isNumber(char32_t scalar) noexcept;         ///< has a numeric type; so also U+00BD and U+4E00
+bool isDecimalDigit(char32_t scalar) noexcept;   ///< general category Nd, \d of a regular expression
+bool isMark(char32_t scalar) noexcept;           ///< general category Mn, Mc or Me
+bool isUppercase(char32_t scalar) noexcept;      ///< Uppercase
+bool isLowercase(char32_t scalar) noexcept;      ///< Lowercase
+bool isCased(char32_t scalar) noexcept;          ///< Cased
+bool isCaseIgnorable(char32_t scalar) noexcept;  ///< Case_Ignorable: apostrophes, marks, format characters ...
+
+/// Grapheme_Extend: what continues the character before it without taking room of its own.
+bool isGraphemeExtend(char32_t scalar) noexcept;
+
+/// A letter, mark, decimal digit, connector punctuation or a zero-width joiner: \w of a regular expression.
+bool isWordCharacter(char32_t scalar) noexcept;
+
+/// The tab and the space separators (Zs), U+00A0 included; no line ends.
+bool isWhitespace(char32_t scalar) noexcept;
+
+/// The 25 characters with the property White_Space: the above, U+000A-U+000D, U+0085, U+2028 and U+2029.
+bool isWhitespaceOrNewline(char32_t scalar) noexcept;
+
+// --- Characters ------------------------------------------------------------------------------------------------------
 
 /// How many user-perceived characters `text` has: extended grapheme clusters as ICU's root character iterator sees
 /// them.
 ///     characterCount("a\r\nb")  ->  3
-std::int64_t characterCount(std::string_view text);
+std::int64_t characterCount(std::string_view text) noexcept;
 
-/// Whether `text` is well-formed UTF-8: no overlong forms, no surrogates, nothing above U+10FFFF.
-bool isValidUTF8(std::string_view text);
+/// The end of the character that starts at byte `at`, in bytes. `at` is the start of a character and lies before the
+/// end of `text`.
+///     characterEnd("\r\nb", 0)  ->  2
+std::size_t characterEnd(std::string_view text, std::size_t at) noexcept;
+
+/// Whether a character ends and another starts at byte `at`, the start of a code point. The two ends of the text count.
+/// Looks at the two neighbours only, unless they are regional indicators, or joined emoji or Indic consonants.
+bool isCharacterBoundary(std::string_view text, std::size_t at) noexcept;
+
+// --- Case and normalisation ------------------------------------------------------------------------------------------
 
 /// The full, locale-independent lower-case mapping of the whole text, final sigma included.
 std::string lowerCased(std::string_view text);
@@ -22,10 +87,47 @@ std::string lowerCased(std::string_view text);
 ///     upperCased("stra\u00DFe")  ->  "STRASSE"
 std::string upperCased(std::string_view text);
 
+/// Appends the lower-case mapping of the bytes [`from`, `to`) of `text`. What stands around them in `text` decides
+/// about final sigma, so mapping a text piece by piece gives the same as mapping it at once.
+void appendLowerCased(std::string& result, std::string_view text, std::size_t from, std::size_t to);
+
+/// Appends the upper-case mapping of `text`, which does not depend on what stands around it.
+void appendUpperCased(std::string& result, std::string_view text);
+
+/// Appends the full title-case mapping of one code point: "Ss" for U+00DF.
+void appendTitleCased(std::string& result, char32_t scalar);
+
 /// `text` in normalisation form C (UAX #15).
 std::string nfc(std::string_view text);
 
+/// Whether `text` is in normalisation form C. Free for texts that are below U+0300 throughout.
+bool isNFC(std::string_view text);
+
+// --- Trimming --------------------------------------------------------------------------------------------------------
+
 /// `text` without the tabs and Unicode space separators (Zs) at its two ends. The view points into `text`.
-std::string_view trimWhitespaces(std::string_view text);
+std::string_view trimWhitespaces(std::string_view text) noexcept;
+
+/// `text` without the White_Space characters at its two ends, line ends included. The view points into `text`.
+std::string_view trimWhitespacesAndNewlines(std::string_view text) noexcept;
+
+// --- Fast ways in ----------------------------------------------------------------------------------------------------
+
+namespace detail {
+Scalar decodeNonASCII(std::string_view text, std::size_t at) noexcept;
+std::size_t characterEndByRules(std::string_view text, std::size_t at) noexcept;
+}  // namespace detail
+
+inline Scalar decode(std::string_view text, std::size_t at) noexcept {
+    if (isASCII(text[at])) return {.value = static_cast<unsigned char>(text[at]), .byteSize = 1};
+    return detail::decodeNonASCII(text, at);
+}
+
+inline std::size_t characterEnd(std::string_view text, std::size_t at) noexcept {
+    // Two ASCII neighbours are two characters, unless they are CR and LF.
+    const std::size_t next = at + 1;
+    if (isASCII(text[at]) && text[at] != '\r' && (next == text.size() || isASCII(text[next]))) return next;
+    return detail::characterEndByRules(text, at);
+}
 
 }  // namespace ravlin::Unicode
