@@ -1,9 +1,89 @@
 #include "Engine/TextTransforms.h"
 
-namespace ravlin::TextTransforms {
+#include "Engine/CaseTransforms.h"
+#include "Engine/EncodingTransforms.h"
+#include "Engine/LineTransforms.h"
+#include "Engine/SpacingTransforms.h"
+#include "Engine/Support/Unicode.h"
 
-std::string apply(TextTransform /*transform*/, std::string_view text) {
+#include <new>
+#include <stdexcept>
+
+namespace ravlin::TextTransforms {
+namespace {
+
+// As long as the catalogue: one row per transform, in its order, and the compiler misses none.
+std::string route(TextTransform transform, std::string_view text) {  // NOLINT(readability-function-size)
+    switch (transform) {
+        case TextTransform::stripTracking: return std::string(text);
+        case TextTransform::stripFormatting: return stripFormatting(text);
+        case TextTransform::removeInvisibles: return std::string(text);
+        case TextTransform::stripHTML: return std::string(text);
+        case TextTransform::htmlToMarkdown: return std::string(text);
+        case TextTransform::markdownToHTML: return std::string(text);
+        case TextTransform::jsonPretty: return std::string(text);
+        case TextTransform::jsonMinify: return std::string(text);
+        case TextTransform::upperCase: return Unicode::upperCased(text);
+        case TextTransform::lowerCase: return Unicode::lowerCased(text);
+        case TextTransform::titleCase: return titleCase(text);
+        case TextTransform::sentenceCase: return std::string(text);
+        case TextTransform::capitalizeWords: return std::string(text);
+        case TextTransform::camelCase: return std::string(text);
+        case TextTransform::pascalCase: return std::string(text);
+        case TextTransform::snakeCase: return std::string(text);
+        case TextTransform::kebabCase: return std::string(text);
+        case TextTransform::constantCase: return std::string(text);
+        case TextTransform::slugify: return std::string(text);
+        case TextTransform::bulletList: return std::string(text);
+        case TextTransform::numberedList: return std::string(text);
+        case TextTransform::sortLinesAsc: return std::string(text);
+        case TextTransform::sortLinesDesc: return std::string(text);
+        case TextTransform::reverseLines: return reverseLines(text);
+        case TextTransform::shuffleLines: return std::string(text);
+        case TextTransform::removeDuplicateLines: return std::string(text);
+        case TextTransform::removeEmptyLines: return std::string(text);
+        case TextTransform::trimEachLine: return std::string(text);
+        case TextTransform::numberLines: return std::string(text);
+        case TextTransform::joinLines: return std::string(text);
+        case TextTransform::quoteLines: return std::string(text);
+        case TextTransform::straightenQuotes: return std::string(text);
+        case TextTransform::smartQuotes: return std::string(text);
+        case TextTransform::collapseSpaces: return std::string(text);
+        case TextTransform::removeAllSpaces: return std::string(text);
+        case TextTransform::tabsToSpaces: return tabsToSpaces(text);
+        case TextTransform::spacesToTabs: return std::string(text);
+        case TextTransform::normalizeDashes: return normalizeDashes(text);
+        case TextTransform::reverseCharacters: return reverseCharacters(text);
+        case TextTransform::base64Encode: return base64Encode(text);
+        case TextTransform::base64Decode: return std::string(text);
+        case TextTransform::urlEncode: return urlEncode(text);
+        case TextTransform::urlDecode: return urlDecode(text);
+        case TextTransform::htmlEntitiesEncode: return htmlEntitiesEncode(text);
+        case TextTransform::htmlEntitiesDecode: return std::string(text);
+        case TextTransform::backslashEscape: return std::string(text);
+        case TextTransform::backslashUnescape: return std::string(text);
+        case TextTransform::hexEncode: return std::string(text);
+        case TextTransform::hexDecode: return std::string(text);
+        case TextTransform::md5: return std::string(text);
+        case TextTransform::sha1: return std::string(text);
+        case TextTransform::sha256: return std::string(text);
+        case TextTransform::jwtDecode: return std::string(text);
+        case TextTransform::rot13: return std::string(text);
+    }
     return std::string(text);
+}
+
+}  // namespace
+
+std::string apply(TextTransform transform, std::string_view text) {
+    // A result that does not fit in memory is no reason to lose what the user copied.
+    try {
+        return route(transform, text);
+    } catch (const std::bad_alloc&) {
+        return std::string(text);
+    } catch (const std::length_error&) {
+        return std::string(text);
+    }
 }
 
 }  // namespace ravlin::TextTransforms

@@ -2,25 +2,35 @@
 
 #include "Engine/TextTransform.h"
 
+#include <array>
 #include <cstdio>
 #include <exception>
 #include <iostream>
-#include <iterator>
 #include <string>
 
 namespace {
 
+std::string readAll(std::FILE* file) {
+    std::string text;
+    std::array<char, 65536> buffer;
+    for (std::size_t size = 1; size > 0; text.append(buffer.data(), size))
+        size = std::fread(buffer.data(), 1, buffer.size(), file);
+    return text;
+}
+
+int usage() {
+    std::cerr << "usage: transform IDENTIFIER < in > out\nIdentifiers:";
+    for (const ravlin::TextTransform each : ravlin::TextTransform::allCases()) std::cerr << ' ' << each.rawValue();
+    std::cerr << '\n';
+    return 2;
+}
+
 int run(int argc, char** argv) {
     const auto transform = argc == 2 ? ravlin::TextTransform::fromRawValue(argv[1]) : std::nullopt;
-    if (!transform) {
-        std::cerr << "usage: transform IDENTIFIER < in > out\nIdentifiers:";
-        for (const ravlin::TextTransform each : ravlin::TextTransform::allCases()) std::cerr << ' ' << each.rawValue();
-        std::cerr << '\n';
-        return 2;
-    }
-    const std::string input{std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>()};
-    std::cout << transform->apply(input) << std::flush;
-    return std::cout.good() ? 0 : 1;
+    if (!transform) return usage();
+    const std::string result = transform->apply(readAll(stdin));
+    const bool isWritten = std::fwrite(result.data(), 1, result.size(), stdout) == result.size();
+    return isWritten && std::fflush(stdout) == 0 ? 0 : 1;
 }
 
 }  // namespace
@@ -29,7 +39,7 @@ int main(int argc, char** argv) {
     try {
         return run(argc, argv);
     } catch (const std::exception& error) {
-        std::fputs(error.what(), stderr);
+        std::cerr << error.what() << '\n';
         return 1;
     }
 }

@@ -9,6 +9,7 @@
 #include <unicode/utext.h>
 
 #include <memory>
+#include <set>
 
 namespace ravlin::Oracle {
 namespace {
@@ -105,6 +106,22 @@ std::string titleCased(char32_t scalar) {
     UErrorCode status = U_ZERO_ERROR;
     icu::CaseMap::utf8ToTitle("", U_TITLECASE_WHOLE_STRING | U_TITLECASE_NO_BREAK_ADJUSTMENT, nullptr,
                               piece(utf8(scalar)), sink, nullptr, status);
+    return result;
+}
+
+std::string replaceAll(std::string_view text, std::string_view from, std::string_view to) {
+    std::set<std::size_t> boundaries = {0};
+    for (std::size_t at = 0; const std::string& character : characters(text)) {
+        if (character == "\r\n") boundaries.insert(at + 1);
+        boundaries.insert(at += character.size());
+    }
+    std::string result;
+    for (std::size_t at = 0; at < text.size();) {
+        const bool isMatch =
+            text.substr(at).starts_with(from) && boundaries.contains(at) && boundaries.contains(at + from.size());
+        result += isMatch ? to : text.substr(at, 1);
+        at += isMatch ? from.size() : 1;
+    }
     return result;
 }
 

@@ -27,6 +27,10 @@ std::string upperCased(std::string_view text);
 /// One code point mapped to title case by ICU.
 std::string titleCased(char32_t scalar);
 
+/// Every occurrence of `from` that begins and ends with whole characters replaced by `to`, found by ICU's iterator; the
+/// point between CR and LF counts as such an end.
+std::string replaceAll(std::string_view text, std::string_view from, std::string_view to);
+
 /// Random well-formed texts of up to `maxLength` code points from an alphabet.
 class Texts {
 public:
