@@ -2,13 +2,263 @@
 
 #include "App/UpdaterController.h"
 #include "Engine/PasteboardService.h"
+#include "Views/Divider.h"
+#include "Views/Footer.h"
+#include "Views/GroupedTransforms.h"
+#include "Views/Metrics.h"
+#include "Views/PanelColors.h"
+#include "Views/SearchField.h"
+#include "Views/SearchLine.h"
+#include "Views/StatusLine.h"
+#include "Views/SymbolView.h"
+#include "Views/TextLabel.h"
+#include "Views/TransformList.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include <string>
 
 namespace ravlin {
+namespace {
 
-MenuView::MenuView(UpdaterController& updater, QWidget* parent) : QWidget(parent), updater_(updater) {}
+// Where Tab stops, in order.
+enum Stop { searchStop, clearStop, listStop, checkForUpdatesStop, quitStop, stopCount };
+
+bool isEditing(const QKeyEvent& event) {
+    const bool isTyped = !event.text().isEmpty() && event.text().front().isPrint() &&
+                         (event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) == 0;
+    return isTyped || event.key() == Qt::Key_Backspace || event.key() == Qt::Key_Delete ||
+           event.matches(QKeySequence::Paste) || event.matches(QKeySequence::SelectAll);
+}
+
+std::optional<TransformList::Move> moveFor(int key) {
+    switch (key) {
+        case Qt::Key_Up: return TransformList::Move::up;
+        case Qt::Key_Down: return TransformList::Move::down;
+        case Qt::Key_PageUp: return TransformList::Move::pageUp;
+        case Qt::Key_PageDown: return TransformList::Move::pageDown;
+        case Qt::Key_Home: return TransformList::Move::first;
+        case Qt::Key_End: return TransformList::Move::last;
+        default: return std::nullopt;
+    }
+}
+
+}  // namespace
+
+MenuView::MenuView(UpdaterController& updater, QWidget* parent)
+    : QWidget(parent, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint),
+      updater_(updater),
+      searchField_(searchField()),
+      list_(new TransformList(this)),
+      statusDivider_(new Divider(this)),
+      statusLine_(new StatusLine(this)),
+      footer_(footer()) {
+    setObjectName(QStringLiteral("panel"));
+    setWindowTitle(QStringLiteral("Ravlin"));
+    setAccessibleName(QStringLiteral("Ravlin"));
+    connect(list_, &TransformList::triggered, this, &MenuView::apply);
+    connect(&updater_, &UpdaterController::canCheckForUpdatesChanged, this, &MenuView::refresh);
+    buildLayout();
+    showMatches();
+    showStatus();
+}
+
+void MenuView::buildLayout() {
+    auto* const layout = new QVBoxLayout(this);
+    // The list's scroll bar stands in the padding at the right; everything else is as wide as the content.
+    layout->setContentsMargins(Metrics::kPanelPadding, Metrics::kPanelPadding,
+                               Metrics::kPanelPadding - Metrics::kScrollBarWidth, Metrics::kPanelPadding);
+    layout->setSpacing(Metrics::kPanelSpacing);
+    layout->setSizeConstraint(QLayout::SetFixedSize);
+    layout->addWidget(header());
+    layout->addWidget(hint());
+    layout->addWidget(searchField_);
+    layout->addWidget(new Divider(this));
+    layout->addWidget(list_);
+    layout->addWidget(statusDivider_);
+    layout->addWidget(statusLine_);
+    layout->addWidget(new Divider(this));
+    layout->addWidget(footer_);
+}
+
+QWidget* MenuView::header() {
+    auto* const header = new QWidget(this);
+    header->setFixedWidth(Metrics::kContentWidth);
+    auto* const layout = new QHBoxLayout(header);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(Metrics::kHeaderSpacing);
+    layout->addWidget(new SymbolView(
+        {.symbol = Symbol::wandAndStars, .style = TextStyle::headline, .color = &PanelColors::accent}, header));
+    auto* const title = new TextLabel(QStringLiteral("Ravlin"), {.style = TextStyle::headline}, header);
+    title->setObjectName(QStringLiteral("titleLabel"));
+    layout->addWidget(title);
+    layout->addStretch();
+    return header;
+}
+
+QWidget* MenuView::hint() {
+    auto* const hint = new TextLabel(
+        QStringLiteral("Copy text, pick a transform — it's ready to paste with ⌘V."),
+        {.style = TextStyle::caption, .color = &PanelColors::secondary, .width = Metrics::kContentWidth}, this);
+    hint->setObjectName(QStringLiteral("hintLabel"));
+    return hint;
+}
+
+SearchField* MenuView::searchField() {
+    auto* const field = new SearchField(this);
+    connect(field, &SearchField::queryChanged, this, &MenuView::showMatches);
+    return field;
+}
+
+Footer* MenuView::footer() {
+    auto* const footer = new Footer(this);
+    connect(footer, &Footer::checkForUpdatesRequested, &updater_, &UpdaterController::checkForUpdates);
+    connect(footer, &Footer::quitRequested, this, &MenuView::quitRequested);
+    return footer;
+}
+
+QString MenuView::query() const {
+    return searchField_->query();
+}
 
 void MenuView::apply(TextTransform transform) {
-    PasteboardService::transformClipboard(transform);
+    feedback_ = feedbackFor(transform, PasteboardService::transformClipboard(transform));
+    showStatus();
+}
+
+void MenuView::showMatches() {
+    list_->showGroups(groupedTransforms(query().toStdString()), query());
+    refresh();
+}
+
+void MenuView::showStatus() {
+    statusDivider_->setVisible(feedback_.has_value());
+    statusLine_->setVisible(feedback_.has_value());
+    if (feedback_) statusLine_->setFeedback(*feedback_);
+    refresh();
+}
+
+// What has to be true whenever the panel is seen.
+void MenuView::refresh() {
+    footer_->setCanCheckForUpdates(updater_.canCheckForUpdates());
+    layout()->activate();
+}
+
+bool MenuView::event(QEvent* event) {
+    const bool handled = QWidget::event(event);
+    if (event->type() == QEvent::WindowDeactivate) dismissForFocusLoss();
+    return handled;
+}
+
+// The search field's own menu is no other window.
+void MenuView::dismissForFocusLoss() {
+    if (!isVisible() || QApplication::activePopupWidget() != nullptr) return;
+    hide();
+    Q_EMIT dismissedByFocusLoss();
+}
+
+void MenuView::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    refresh();
+    searchField_->line().setFocus();
+    searchField_->line().selectAll();
+}
+
+void MenuView::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    if (isVisible()) Q_EMIT resized();
+}
+
+void MenuView::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    painter.setPen(PanelColors(palette()).border);
+    constexpr qreal kHalf = 0.5;  // the middle of a line of one pixel, so that it is one at every scale of the screen
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.drawRect(QRectF(rect()).adjusted(kHalf, kHalf, -kHalf, -kHalf));
+}
+
+void MenuView::keyPressEvent(QKeyEvent* event) {
+    switch (event->key()) {
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+            // Holding the key down runs a transform once, not until it is released.
+            if (!event->isAutoRepeat()) runChosenOrFirst();
+            return;
+        case Qt::Key_Escape: return clearOrClose();
+        default: break;
+    }
+    if (!chooseRow(event->key()) && !typeIntoSearch(*event)) event->ignore();
+}
+
+bool MenuView::chooseRow(int key) {
+    const std::optional<TransformList::Move> move = moveFor(key);
+    const bool isForRowsOnly = key == Qt::Key_Home || key == Qt::Key_End;
+    if (!move || (isForRowsOnly && !list_->highlighted())) return false;
+    if (!list_->moveHighlight(*move)) searchField_->line().setFocus();
+    return true;
+}
+
+void MenuView::runChosenOrFirst() {
+    if (auto* const button = qobject_cast<QAbstractButton*>(focusWidget())) {
+        button->click();
+    } else if (const std::optional<TextTransform> first = list_->firstMatch()) {
+        apply(*first);
+    }
+}
+
+void MenuView::clearOrClose() {
+    if (query().isEmpty()) {
+        hide();
+    } else {
+        searchField_->clear();
+    }
+}
+
+bool MenuView::typeIntoSearch(const QKeyEvent& event) {
+    SearchLine& line = searchField_->line();
+    if (line.hasFocus() || !isEditing(event)) return false;
+    line.setFocus();
+    QKeyEvent copy(event.type(), event.key(), event.modifiers(), event.text(), event.isAutoRepeat());
+    return QApplication::sendEvent(&line, &copy);
+}
+
+bool MenuView::focusNextPrevChild(bool next) {
+    int stop = currentStop();
+    for (int tries = 0; tries < stopCount; ++tries) {
+        stop = (stop + (next ? 1 : stopCount - 1)) % stopCount;
+        if (focusStop(stop)) return true;
+    }
+    return false;
+}
+
+int MenuView::currentStop() const {
+    const QWidget* const focus = focusWidget();
+    if (focus == &searchField_->clearButton()) return clearStop;
+    if (focus == &footer_->checkForUpdatesButton()) return checkForUpdatesStop;
+    if (focus == &footer_->quitButton()) return quitStop;
+    return list_->highlighted() ? listStop : searchStop;
+}
+
+bool MenuView::focusStop(int stop) {
+    const auto focusOn = [](QWidget& widget) {
+        const bool canHaveFocus = widget.isVisible() && widget.isEnabled();
+        if (canHaveFocus) widget.setFocus(Qt::TabFocusReason);
+        return canHaveFocus;
+    };
+    switch (stop) {
+        case searchStop: return focusOn(searchField_->line());
+        case clearStop: return focusOn(searchField_->clearButton());
+        case listStop: return list_->enter();
+        case checkForUpdatesStop: return focusOn(footer_->checkForUpdatesButton());
+        case quitStop: return focusOn(footer_->quitButton());
+        default: return false;
+    }
 }
 
 }  // namespace ravlin

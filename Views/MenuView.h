@@ -1,16 +1,29 @@
 #pragma once
 
 #include "Engine/TextTransform.h"
+#include "Views/Feedback.h"
 
 #include <QWidget>
 
+#include <optional>
+
+class QVBoxLayout;
+
 namespace ravlin {
 
+class Footer;
+class SearchField;
+class StatusLine;
+class TransformList;
 class UpdaterController;
 
 /// The panel: header, hint, search field, grouped list of transforms, status line and footer. It is a frameless
 /// top-level window that hides itself on Esc and when it loses the keyboard focus; where it appears is the
-/// application's business.
+/// application's business. What was searched for and the last run's status stay while it is hidden.
+///
+/// Keys, wherever the focus is: typing searches; Up, Down, Page Up and Page Down choose a row, Home and End too once
+/// one is chosen; Return runs the chosen row, or else the first match; Esc empties the search, and then closes; Tab
+/// leads on through the list to the footer.
 class MenuView final : public QWidget {
     Q_OBJECT
 
@@ -20,6 +33,12 @@ public:
 
     /// Runs `transform` on the clipboard and tells the outcome in the status line.
     void apply(TextTransform transform);
+
+    /// The search text exactly as typed.
+    QString query() const;
+
+    /// The status of the last run, or nothing before the first one.
+    const std::optional<Feedback>& feedback() const { return feedback_; }
 
 Q_SIGNALS:
     /// "Quit" was pressed.
@@ -31,8 +50,40 @@ Q_SIGNALS:
     /// The panel's height followed its content while it is shown.
     void resized();
 
+protected:
+    bool event(QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
+
 private:
+    QWidget* header();
+    QWidget* hint();
+    SearchField* searchField();
+    Footer* footer();
+    void buildLayout();
+
+    void refresh();
+    void showMatches();
+    void showStatus();
+    void dismissForFocusLoss();
+
+    bool chooseRow(int key);
+    void runChosenOrFirst();
+    void clearOrClose();
+    bool typeIntoSearch(const QKeyEvent& event);
+    bool focusStop(int stop);
+    int currentStop() const;
+
     UpdaterController& updater_;
+    std::optional<Feedback> feedback_;
+    SearchField* searchField_;
+    TransformList* list_;
+    QWidget* statusDivider_;
+    StatusLine* statusLine_;
+    Footer* footer_;
 };
 
 }  // namespace ravlin

@@ -1,0 +1,67 @@
+#include "Views/Footer.h"
+
+#include "Views/Metrics.h"
+#include "Views/PanelButton.h"
+#include "Views/TextStyle.h"
+
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QPushButton>
+
+namespace ravlin {
+namespace {
+
+/// A push button of the small size: as narrow as its text allows.
+class FooterButton final : public PanelButton<QPushButton> {
+public:
+    using PanelButton::PanelButton;
+
+    QSize sizeHint() const override {
+        return {fontMetrics().horizontalAdvance(text()) + 2 * Metrics::kFooterButtonPaddingX,
+                QPushButton::sizeHint().height()};
+    }
+};
+
+QPushButton* makeButton(const QString& text, const QString& name, QWidget* parent) {
+    auto* const button = new FooterButton(text, parent);
+    button->setObjectName(name);
+    button->setAccessibleName(text);
+    button->setFocusPolicy(Qt::TabFocus);
+    return button;
+}
+
+}  // namespace
+
+Footer::Footer(QWidget* parent)
+    : QWidget(parent),
+      checkForUpdatesButton_(
+          makeButton(QStringLiteral("Check for Updates…"), QStringLiteral("checkForUpdatesButton"), this)),
+      quitButton_(makeButton(QStringLiteral("Quit"), QStringLiteral("quitButton"), this)) {
+    setFixedWidth(Metrics::kContentWidth);
+    auto* const layout = new QHBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(Metrics::kFooterSpacing);
+    layout->addWidget(checkForUpdatesButton_);
+    layout->addStretch();
+    layout->addWidget(quitButton_);
+    adoptFont();
+    connect(checkForUpdatesButton_, &QPushButton::clicked, this, &Footer::checkForUpdatesRequested);
+    connect(quitButton_, &QPushButton::clicked, this, &Footer::quitRequested);
+}
+
+void Footer::setCanCheckForUpdates(bool canCheck) {
+    checkForUpdatesButton_->setEnabled(canCheck);
+}
+
+void Footer::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::FontChange) adoptFont();
+}
+
+void Footer::adoptFont() {
+    const QFont caption = fontFor(TextStyle::caption, font());
+    checkForUpdatesButton_->setFont(caption);
+    quitButton_->setFont(caption);
+}
+
+}  // namespace ravlin

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "Views/TextStyle.h"
+
+#include <QColor>
+#include <QPointF>
+
+#include <cstdint>
+
+class QPainter;
+
+namespace ravlin {
+
+/// The panel's own pictograms.
+enum class Symbol : std::uint8_t {
+    wandAndStars,
+    magnifyingGlass,
+    clearCircle,
+    arrowRightCircle,
+    checkCircle,
+    infoCircle,
+};
+
+/// The edge of the square in which a pictogram looks as large as text in `style`.
+int symbolSize(TextStyle style, const QFont& base);
+
+/// Draws `symbol` in `color` into the square of `size` at `topLeft`, on whole device pixels so that it is crisp at
+/// every scale of the screen.
+void paintSymbol(QPainter& painter, Symbol symbol, const QPointF& topLeft, int size, const QColor& color);
+
+}  // namespace ravlin

@@ -1,0 +1,215 @@
+#include "Views/TransformList.h"
+
+#include "Views/Metrics.h"
+#include "Views/PanelScrollBar.h"
+#include "Views/SectionHeader.h"
+#include "Views/TextLabel.h"
+#include "Views/TransformRow.h"
+
+#include <QEvent>
+#include <QKeyEvent>
+
+#include <algorithm>
+
+namespace ravlin {
+TransformList::TransformList(QWidget* parent)
+    : QScrollArea(parent),
+      content_(new QWidget),
+      emptyText_(new TextLabel(
+          {}, {.style = TextStyle::caption, .color = &PanelColors::secondary, .width = Metrics::kContentWidth},
+          content_)),
+      pinnedHeader_(nullptr) {
+    setObjectName(QStringLiteral("transformList"));
+    setAccessibleName(QStringLiteral("Transforms"));
+    setFrameShape(QFrame::NoFrame);
+    setFocusPolicy(Qt::NoFocus);
+    setVerticalScrollBar(new PanelScrollBar(this));
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setFixedWidth(Metrics::kContentWidth + Metrics::kScrollBarWidth);
+
+    emptyText_->setObjectName(QStringLiteral("emptyText"));
+    for (const TransformCategory category : TransformCategory::allCases()) headers_[category] = sectionHeader(category);
+    setWidget(content_);
+    pinnedHeader_ = new SectionHeader(TransformCategory::clean, SectionHeader::Kind::pinned, viewport());
+    pinnedHeader_->setObjectName(QStringLiteral("pinnedHeader"));
+}
+
+SectionHeader* TransformList::sectionHeader(TransformCategory category) {
+    return new SectionHeader(category, SectionHeader::Kind::inList, content_);
+}
+
+// Assistive technology meets the rows in the order of the widgets, whatever order they were made in.
+TransformRow* TransformList::transformRow(TextTransform transform) {
+    if (const auto made = rows_.find(transform); made != rows_.end()) return made->second;
+    auto* const row = new TransformRow(transform, content_);
+    if (QWidget* const next = firstWidgetAfter(transform)) row->stackUnder(next);
+    connect(row, &QAbstractButton::clicked, this, [this, transform] { Q_EMIT triggered(transform); });
+    rows_.emplace(transform, row);
+    return row;
+}
+
+QWidget* TransformList::firstWidgetAfter(TextTransform transform) const {
+    if (const auto row = rows_.upper_bound(transform);
+        row != rows_.end() && TextTransform(row->first).category() == transform.category())
+        return row->second;
+    const auto header = headers_.upper_bound(transform.category());
+    return header == headers_.end() ? nullptr : header->second;
+}
+
+void TransformList::showGroups(const std::vector<TransformGroup>& groups, const QString& query) {
+    if (groups == groups_ && !groups.empty()) return;
+    groups_ = groups;
+    lastHighlighted_.reset();
+    emptyText_->setText(QStringLiteral("No transforms match “") + query + QStringLiteral("”."));
+    layOut();
+    verticalScrollBar()->setValue(0);
+    showWhatIsInView();
+}
+
+void TransformList::layOut() {
+    geometry_ = ListGeometry(groups_, SectionHeader::heightFor(font()), [this](TextTransform transform) {
+        return TransformRow::heightFor(transform, Metrics::kContentWidth, font());
+    });
+    placeHeaders();
+    placeRows();
+    placeEmptyText();
+    const int height = groups_.empty()
+                           ? emptyText_->geometry().bottom() + 1 + Metrics::kEmptyPaddingY + Metrics::kListPaddingBottom
+                           : geometry_.height();
+    content_->resize(Metrics::kContentWidth, height);
+    setFixedHeight(std::min(height, Metrics::kListMaxHeight));
+}
+
+void TransformList::placeHeaders() {
+    for (const auto& [category, header] : headers_) {
+        const auto found =
+            std::ranges::find(geometry_.headers(), TransformCategory(category), &ListGeometry::Header::category);
+        const bool isListed = found != geometry_.headers().end();
+        header->setVisible(isListed);
+        if (isListed) header->setGeometry(0, found->top, Metrics::kContentWidth, header->sizeHint().height());
+    }
+}
+
+void TransformList::placeRows() {
+    for (const auto& [transform, row] : rows_) {
+        const std::optional<std::size_t> index = geometry_.indexOf(transform);
+        if (index) {
+            const ListGeometry::Row& place = geometry_.rows()[*index];
+            row->setGeometry(0, place.top, Metrics::kContentWidth, place.height);
+        }
+        row->setVisible(index.has_value());
+    }
+}
+
+void TransformList::placeEmptyText() {
+    emptyText_->setGeometry(QRect(QPoint(0, Metrics::kEmptyPaddingY), emptyText_->sizeHint()));
+    emptyText_->setVisible(groups_.empty());
+}
+
+void TransformList::showWhatIsInView() {
+    const int top = scrollPosition();
+    for (const ListGeometry::Row& place : geometry_.rowsBetween(top, top + viewport()->height())) {
+        TransformRow* const row = transformRow(place.transform);
+        row->setGeometry(0, place.top, Metrics::kContentWidth, place.height);
+        row->show();
+    }
+    updatePinnedHeader();
+}
+
+void TransformList::updatePinnedHeader() {
+    const std::optional<ListGeometry::PinnedHeader> pinned = geometry_.pinnedHeader(scrollPosition());
+    pinnedHeader_->setVisible(pinned.has_value());
+    if (!pinned) return;
+    pinnedHeader_->setCategory(pinned->category);
+    pinnedHeader_->setGeometry(0, pinned->offset, Metrics::kContentWidth, pinnedHeader_->sizeHint().height());
+}
+
+std::optional<TextTransform> TransformList::firstMatch() const {
+    if (geometry_.rows().empty()) return std::nullopt;
+    return geometry_.rows().front().transform;
+}
+
+std::optional<TextTransform> TransformList::highlighted() const {
+    const auto* const row = qobject_cast<TransformRow*>(focusWidget());
+    return row != nullptr && row->hasFocus() ? std::optional(row->transform()) : std::nullopt;
+}
+
+std::optional<std::size_t> TransformList::highlightedIndex() const {
+    const std::optional<TextTransform> transform = highlighted();
+    return transform ? geometry_.indexOf(*transform) : std::nullopt;
+}
+
+bool TransformList::moveHighlight(Move move) {
+    const std::optional<std::size_t> target = targetOf(move);
+    if (target) highlight(*target);
+    return target.has_value();
+}
+
+std::optional<std::size_t> TransformList::targetOf(Move move) const {
+    if (geometry_.rows().empty()) return std::nullopt;
+    const std::optional<std::size_t> current = highlightedIndex();
+    const std::size_t last = geometry_.rows().size() - 1;
+    const bool isAbove = current.value_or(0) == 0;
+    switch (move) {
+        case Move::up: return isAbove ? std::nullopt : std::optional(*current - 1);
+        case Move::pageUp: return isAbove ? std::nullopt : std::optional(geometry_.pageUpFrom(*current, height()));
+        case Move::down: return current ? std::min(*current + 1, last) : 0;
+        case Move::pageDown: return geometry_.pageDownFrom(current.value_or(0), height());
+        case Move::first: return 0;
+        case Move::last: return last;
+    }
+    return std::nullopt;
+}
+
+void TransformList::highlight(std::size_t index) {
+    verticalScrollBar()->setValue(geometry_.scrollToShow(index, scrollPosition(), height()));
+    showWhatIsInView();
+    const TextTransform transform = geometry_.rows()[index].transform;
+    transformRow(transform)->setFocus();
+    lastHighlighted_ = transform;
+}
+
+bool TransformList::enter() {
+    if (geometry_.rows().empty()) return false;
+    if (const auto last = lastHighlighted_ ? geometry_.indexOf(*lastHighlighted_) : std::nullopt) {
+        highlight(*last);
+        return true;
+    }
+    const int top = scrollPosition() + SectionHeader::heightFor(font());
+    const auto row = std::ranges::find_if(geometry_.rows(), [top](const auto& each) { return each.top >= top; });
+    highlight(row == geometry_.rows().end() ? geometry_.rows().size() - 1
+                                            : static_cast<std::size_t>(row - geometry_.rows().begin()));
+    return true;
+}
+
+int TransformList::scrollPosition() const {
+    return verticalScrollBar()->value();
+}
+
+void TransformList::changeEvent(QEvent* event) {
+    QScrollArea::changeEvent(event);
+    if (event->type() != QEvent::FontChange) return;
+    layOut();
+    showWhatIsInView();
+}
+
+void TransformList::keyPressEvent(QKeyEvent* event) {
+    event->ignore();  // keys move the highlight, which scrolls the list along; the panel sees to that
+}
+
+void TransformList::resizeEvent(QResizeEvent* event) {
+    QScrollArea::resizeEvent(event);
+    showWhatIsInView();
+}
+
+void TransformList::scrollContentsBy(int dx, int dy) {
+    QScrollArea::scrollContentsBy(dx, dy);
+    showWhatIsInView();
+}
+
+// The panel decides where Tab leads; the base class would scroll in its own way afterwards.
+bool TransformList::focusNextPrevChild(bool next) {
+    return QWidget::focusNextPrevChild(next);
+}
+
+}  // namespace ravlin
