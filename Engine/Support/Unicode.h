@@ -36,7 +36,7 @@ void append(std::string& text, char32_t scalar);
 bool isValidUTF8(std::string_view text) noexcept;
 
 /// The end of the run of ASCII bytes that starts at byte `from`; `from` itself where there is none.
-///     asciiRunEnd("abé", 0)  ->  2
+///     asciiRunEnd("ab\u00E9", 0)  ->  2
 std::size_t asciiRunEnd(std::string_view text, std::size_t from) noexcept;
 
 // --- Properties of code points ---------------------------------------------------------------------------------------

@@ -1,0 +1,175 @@
+#include "Engine/PasteboardService.h"
+#include "tests/support/FakePasteboard.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace ravlin {
+namespace {
+
+using testing::ElementsAre;
+using tests::FakePasteboard;
+using Type = Pasteboard::Type;
+
+PasteOutcome run(TextTransform transform) {
+    return PasteboardService::transformClipboard(transform);
+}
+
+TEST(TransformClipboard, WritesTheResultAsOnePlainTextItem) {
+    FakePasteboard pasteboard;
+    pasteboard.copyTextElsewhere("hello");
+    EXPECT_EQ(run(TextTransform::upperCase), PasteOutcome(Success{.inputCount = 5, .outputCount = 5}));
+    EXPECT_THAT(pasteboard.representations(), ElementsAre(std::pair(Type::string, std::string("HELLO"))));
+}
+
+TEST(TransformClipboard, CountsBeforeReadingAndOnceMoreRightBeforeWriting) {
+    FakePasteboard pasteboard;
+    pasteboard.copyTextElsewhere("a");
+    run(TextTransform::upperCase);
+    EXPECT_THAT(pasteboard.calls(),
+                ElementsAre("changeCount", "string", "changeCount", "clearContents", "setString(A)"));
+}
+
+TEST(TransformClipboard, PlainTextWinsOverRichTextAndHTML) {
+    FakePasteboard pasteboard;
+    pasteboard.copyElsewhere({{Type::string, "plain"}, {Type::rtf, "{\\rtf1 rich}"}, {Type::html, "<b>html</b>"}});
+    EXPECT_EQ(run(TextTransform::upperCase), PasteOutcome(Success{.inputCount = 5, .outputCount = 5}));
+    EXPECT_THAT(pasteboard.representations(), ElementsAre(std::pair(Type::string, std::string("PLAIN"))));
+}
+
+TEST(TransformClipboard, ClipboardWithoutAnythingIsEmpty) {
+    FakePasteboard pasteboard;
+    EXPECT_EQ(run(TextTransform::upperCase), PasteOutcome(ClipboardEmpty{}));
+    EXPECT_THAT(pasteboard.calls(), ElementsAre("changeCount", "string", "itemCount"));
+}
+
+TEST(TransformClipboard, ClipboardThatCannotTellItsItemsIsEmpty) {
+    FakePasteboard pasteboard;
+    pasteboard.copyElsewhere({});
+    pasteboard.hideItemCount();
+    EXPECT_EQ(run(TextTransform::upperCase), PasteOutcome(ClipboardEmpty{}));
+}
+
+TEST(TransformClipboard, ClipboardWithOnlyAnImageHasNoText) {
+    FakePasteboard pasteboard;
+    pasteboard.copyElsewhere({});
+    EXPECT_EQ(run(TextTransform::upperCase), PasteOutcome(NoText{}));
+    EXPECT_THAT(pasteboard.calls(), ElementsAre("changeCount", "string", "itemCount"));
+}
+
+TEST(TransformClipboard, EmptyPlainTextIsAnEmptyClipboardWhateverElseThereIs) {
+    FakePasteboard pasteboard;
+    pasteboard.copyElsewhere({{Type::string, ""}, {Type::html, "<b>html</b>"}});
+    EXPECT_EQ(run(TextTransform::base64Encode), PasteOutcome(ClipboardEmpty{}));
+    EXPECT_THAT(pasteboard.calls(), ElementsAre("changeCount", "string"));
+}
+
+TEST(TransformClipboard, TextOfSpacesAndLineBreaksOnlyIsText) {
+    FakePasteboard pasteboard;
+    pasteboard.copyTextElsewhere(" \n");
+    EXPECT_EQ(run(TextTransform::upperCase), PasteOutcome(Success{.inputCount = 2, .outputCount = 2}));
+}
+
+TEST(TransformClipboard, UnchangedResultIsWrittenAllTheSame) {
+    FakePasteboard pasteboard;
+    pasteboard.copyElsewhere({{Type::string, "PLAIN"}, {Type::html, "<b>PLAIN</b>"}});
+    EXPECT_EQ(run(TextTransform::upperCase), PasteOutcome(Success{.inputCount = 5, .outputCount = 5}));
+    EXPECT_THAT(pasteboard.representations(), ElementsAre(std::pair(Type::string, std::string("PLAIN"))));
+}
+
+TEST(TransformClipboard, CountsUserPerceivedCharacters) {
+    const struct {
+        const char* text;
+        std::int64_t count;
+    } vectors[] = {
+        {"a\r\nb", 3},
+        {"\r\r\n", 2},
+        {"\n\r", 2},
+        {"e\u0301", 1},
+        {"\U0001F1EA\U0001F1FA", 1},
+        {"\u0915\u094D\u0937", 1},
+    };
+    for (const auto& vector : vectors) {
+        FakePasteboard pasteboard;
+        pasteboard.copyTextElsewhere(vector.text);
+        EXPECT_EQ(run(TextTransform::tabsToSpaces), PasteOutcome(Success{vector.count, vector.count})) << vector.text;
+    }
+}
+
+TEST(TransformClipboard, CountsInputAndOutputSeparately) {
+    FakePasteboard pasteboard;
+    pasteboard.copyTextElsewhere("a\tb");
+    EXPECT_EQ(run(TextTransform::tabsToSpaces), PasteOutcome(Success{.inputCount = 3, .outputCount = 6}));
+}
+
+TEST(TransformClipboard, RunsOnItsOwnResultTheNextTime) {
+    FakePasteboard pasteboard;
+    pasteboard.copyTextElsewhere("hi");
+    run(TextTransform::base64Encode);
+    EXPECT_EQ(run(TextTransform::base64Encode), PasteOutcome(Success{.inputCount = 4, .outputCount = 8}));
+    EXPECT_EQ(pasteboard.string(), "YUdrPQ==");
+}
+
+TEST(TransformClipboard, RefusedWriteIsNotTheServicesBusiness) {
+    FakePasteboard pasteboard;
+    pasteboard.copyTextElsewhere("a");
+    pasteboard.refuseWrites();
+    EXPECT_EQ(run(TextTransform::upperCase), PasteOutcome(Success{.inputCount = 1, .outputCount = 1}));
+}
+
+TEST(TransformClipboard, ChangeBetweenReadAndWriteIsLeftAlone) {
+    FakePasteboard pasteboard;
+    pasteboard.copyTextElsewhere("mine");
+    pasteboard.before("changeCount", 2, [&] { pasteboard.copyTextElsewhere("theirs"); });
+    EXPECT_EQ(run(TextTransform::upperCase), PasteOutcome(ClipboardChanged{}));
+    EXPECT_EQ(pasteboard.string(), "theirs");
+}
+
+TEST(TransformClipboard, ChangeBetweenCountAndReadIsLeftAlone) {
+    FakePasteboard pasteboard;
+    pasteboard.copyTextElsewhere("mine");
+    pasteboard.before("string", 1, [&] { pasteboard.copyTextElsewhere("theirs"); });
+    EXPECT_EQ(run(TextTransform::upperCase), PasteOutcome(ClipboardChanged{}));
+    EXPECT_EQ(pasteboard.string(), "theirs");
+}
+
+TEST(TransformClipboard, SameTextCopiedAgainCountsAsAChange) {
+    FakePasteboard pasteboard;
+    pasteboard.copyTextElsewhere("mine");
+    pasteboard.before("changeCount", 2, [&] { pasteboard.copyTextElsewhere("mine"); });
+    EXPECT_EQ(run(TextTransform::upperCase), PasteOutcome(ClipboardChanged{}));
+    EXPECT_EQ(pasteboard.string(), "mine");
+}
+
+TEST(TransformClipboard, ChangeBeforeTheFirstCountIsTheTextThatIsTransformed) {
+    FakePasteboard pasteboard;
+    pasteboard.copyTextElsewhere("older");
+    pasteboard.before("changeCount", 1, [&] { pasteboard.copyTextElsewhere("newer"); });
+    EXPECT_EQ(run(TextTransform::upperCase), PasteOutcome(Success{.inputCount = 5, .outputCount = 5}));
+    EXPECT_EQ(pasteboard.string(), "NEWER");
+}
+
+TEST(SetText, ReplacesEveryRepresentation) {
+    FakePasteboard pasteboard;
+    pasteboard.copyElsewhere({{Type::string, "old"}, {Type::rtf, "{\\rtf1 old}"}});
+    PasteboardService::setText("new");
+    EXPECT_THAT(pasteboard.calls(), ElementsAre("clearContents", "setString(new)"));
+    EXPECT_THAT(pasteboard.representations(), ElementsAre(std::pair(Type::string, std::string("new"))));
+}
+
+TEST(PlainText, IsTheStringAsItIsEvenWhenEmpty) {
+    FakePasteboard pasteboard;
+    EXPECT_EQ(PasteboardService::plainText(), std::nullopt);
+    pasteboard.copyTextElsewhere("");
+    EXPECT_EQ(PasteboardService::plainText(), "");
+    pasteboard.copyTextElsewhere(" a\r\n");
+    EXPECT_EQ(PasteboardService::plainText(), " a\r\n");
+}
+
+TEST(GeneralPasteboard, IsAlwaysThereAndEmptyWhereNoneIsInstalled) {
+    EXPECT_EQ(run(TextTransform::upperCase), PasteOutcome(ClipboardEmpty{}));
+    EXPECT_FALSE(Pasteboard::general().setString("x"));
+}
+
+}  // namespace
+}  // namespace ravlin
