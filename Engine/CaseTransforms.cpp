@@ -1,5 +1,6 @@
 #include "Engine/CaseTransforms.h"
 
+#include "Engine/Support/ASCII.h"
 #include "Engine/Support/LazyTable.h"
 #include "Engine/Support/Unicode.h"
 
@@ -11,7 +12,8 @@ namespace {
 
 // --- titleCase -------------------------------------------------------------------------------------------------------
 
-enum class WordPart : std::uint8_t { unknown, outside, start, inside };
+/// What a code point does to words: ends one, goes on with one, or starts one where none is.
+enum class WordPart : std::uint8_t { unknown, outside, inside, start };
 
 /// Ignored between cased letters by Unicode, but here the end of a word: full stops, colons and their kin, and the
 /// opening quotation mark U+2018.
@@ -45,31 +47,53 @@ WordPart wordPart(char32_t scalar) noexcept {
     return parts[scalar];
 }
 
-/// The first place from `at` on whose code point satisfies `isWanted`, or the end of the text.
-template <typename IsWanted>
-std::size_t find(std::string_view text, std::size_t at, IsWanted isWanted) {
-    while (at < text.size()) {
-        const Unicode::Scalar scalar = Unicode::decode(text, at);
-        if (isWanted(wordPart(scalar.value))) break;
-        at += scalar.byteSize;
+/// The same for ASCII as tables by byte, so that its loop needs no branches, which would be mispredicted at every word.
+struct ASCIIWords {
+    std::array<std::array<char, 128>, 2> mapped = {};  // [is in word]
+    std::array<std::uint8_t, 128> starts = {};
+    std::array<std::uint8_t, 128> goesOn = {};
+};
+
+constexpr ASCIIWords kASCIIWords = [] {
+    ASCIIWords words;
+    for (std::size_t i = 0; i < 128; ++i) {
+        const char byte = static_cast<char>(i);
+        const bool isLetter = ASCII::toLower(byte) != byte || ASCII::toUpper(byte) != byte;
+        words.mapped[0][i] = ASCII::toUpper(byte);
+        words.mapped[1][i] = ASCII::toLower(byte);
+        words.starts[i] = static_cast<std::uint8_t>(isLetter || (byte >= '0' && byte <= '9'));
+        words.goesOn[i] = static_cast<std::uint8_t>(words.starts[i] != 0 || byte == '\'' || byte == '^' || byte == '`');
     }
-    return at;
-}
+    return words;
+}();
 
 }  // namespace
 
 std::string titleCase(std::string_view text) {
+    bool isInWord = false;
     std::string result;
     result.reserve(text.size());
     for (std::size_t at = 0; at < text.size();) {
-        const std::size_t start = find(text, at, [](WordPart part) { return part == WordPart::start; });
-        result += text.substr(at, start - at);
-        if (start == text.size()) break;
-
-        const Unicode::Scalar first = Unicode::decode(text, start);
-        Unicode::appendTitleCased(result, first.value);
-        at = find(text, start + first.byteSize, [](WordPart part) { return part == WordPart::outside; });
-        Unicode::appendLowerCased(result, text, start + first.byteSize, at);
+        const std::size_t asciiEnd = Unicode::asciiRunEnd(text, at);
+        ASCII::appendMapped(result, text.substr(at, asciiEnd - at), [&isInWord](char character) {
+            const auto byte = static_cast<unsigned char>(character);
+            const char mapped = kASCIIWords.mapped[static_cast<std::size_t>(isInWord)][byte];
+            isInWord = (kASCIIWords.starts[byte] | (static_cast<unsigned>(isInWord) & kASCIIWords.goesOn[byte])) != 0;
+            return mapped;
+        });
+        for (at = asciiEnd; at < text.size() && !Unicode::isASCII(text[at]);) {
+            const Unicode::Scalar scalar = Unicode::decode(text, at);
+            const WordPart part = wordPart(scalar.value);
+            const bool isFirst = !isInWord && part == WordPart::start;
+            isInWord = isFirst || (isInWord && part != WordPart::outside);
+            if (isFirst)
+                Unicode::appendTitleCased(result, scalar.value);
+            else if (isInWord)
+                Unicode::appendLowerCased(result, text, at, at + scalar.byteSize);
+            else
+                result += text.substr(at, scalar.byteSize);
+            at += scalar.byteSize;
+        }
     }
     return result;
 }

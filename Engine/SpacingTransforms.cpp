@@ -3,6 +3,7 @@
 #include "Engine/Support/Replace.h"
 #include "Engine/Support/Unicode.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 
@@ -18,6 +19,13 @@ constexpr Replace::Table kPlainDashes(std::to_array<Replace::Literal>({
 }));
 
 constexpr Replace::Table kSpacesForTabs(std::to_array<Replace::Literal>({{"\t", "    "}}));
+
+/// The end of the bytes from `at` on that are characters of their own, given where the run of ASCII ends.
+std::size_t singlesEnd(std::string_view text, std::size_t at, std::size_t asciiEnd) noexcept {
+    if (at + 1 >= asciiEnd) return at;
+    const std::string_view run = text.substr(at, asciiEnd - 1 - at);
+    return at + std::min(run.find('\r'), run.size());
+}
 
 }  // namespace
 
@@ -45,7 +53,14 @@ std::string normalizeDashes(std::string_view text) {
 std::string reverseCharacters(std::string_view text) {
     std::string result(text.size(), '\0');
     char* to = result.data() + result.size();
-    for (std::size_t at = 0; at < text.size();) {
+    for (std::size_t at = 0, asciiEnd = 0; at < text.size();) {
+        if (at >= asciiEnd) asciiEnd = Unicode::asciiRunEnd(text, at);
+        // Up to a CR, and to the last ASCII character, which may carry a mark, every byte is a character.
+        const std::size_t end = singlesEnd(text, at, asciiEnd);
+        to = std::reverse_copy(text.data() + at, text.data() + end, to - (end - at)) - (end - at);
+        at = end;
+        if (at == text.size()) break;
+
         const std::size_t size = Unicode::characterEnd(text, at) - at;
         to -= size;
         std::memcpy(to, text.data() + at, size);

@@ -15,10 +15,6 @@ constexpr unsigned byteAt(std::string_view text, std::size_t at) noexcept {
     return static_cast<unsigned char>(text[at]);
 }
 
-constexpr bool isTrail(unsigned byte) noexcept {
-    return (byte & 0xC0U) == 0x80;
-}
-
 /// The byte that may follow `lead`: the narrower ranges keep out overlong forms, surrogates and what is too large.
 constexpr bool isSecond(unsigned lead, unsigned byte) noexcept {
     switch (lead) {
@@ -26,7 +22,7 @@ constexpr bool isSecond(unsigned lead, unsigned byte) noexcept {
         case 0xED: return byte >= 0x80 && byte <= 0x9F;
         case 0xF0: return byte >= 0x90 && byte <= 0xBF;
         case 0xF4: return byte >= 0x80 && byte <= 0x8F;
-        default: return isTrail(byte);
+        default: return byte >= 0x80 && byte <= 0xBF;
     }
 }
 
@@ -61,23 +57,23 @@ std::string_view trim(std::string_view text, Belongs belongs) noexcept {
 
 }  // namespace
 
-Scalar detail::decodeNonASCII(std::string_view text, std::size_t at) noexcept {
+Scalar detail::decodeByRules(std::string_view text, std::size_t at) noexcept {
     const unsigned lead = byteAt(text, at);
     const std::size_t size = encodedSize(lead);
     if (size == 1) return kIllFormedByte;
-    char32_t value = lead & (0x7FU >> size);
-    for (std::size_t i = 1; i < size; ++i) {
-        const unsigned byte = at + i < text.size() ? byteAt(text, at + i) : 0;
-        if (!(i == 1 ? isSecond(lead, byte) : isTrail(byte)))
+    if (at + 1 == text.size() || !isSecond(lead, byteAt(text, at + 1))) return kIllFormedByte;
+    char32_t value = ((lead & (0x7FU >> size)) << 6U) | (byteAt(text, at + 1) & 0x3FU);
+    for (std::size_t i = 2; i < size; ++i) {
+        if (at + i == text.size() || !isTrail(text[at + i]))
             return {.value = 0xFFFD, .byteSize = static_cast<std::uint8_t>(i), .isWellFormed = false};
-        value = (value << 6U) | (byte & 0x3FU);
+        value = (value << 6U) | (byteAt(text, at + i) & 0x3FU);
     }
     return {.value = value, .byteSize = static_cast<std::uint8_t>(size)};
 }
 
 Scalar decodeBefore(std::string_view text, std::size_t end) noexcept {
     for (std::size_t size = 1; size <= kLongestEncoding && size <= end; ++size) {
-        if (isTrail(byteAt(text, end - size))) continue;
+        if (detail::isTrail(text[end - size])) continue;
         const Scalar scalar = decode(text.substr(0, end), end - size);
         return scalar.byteSize == size ? scalar : kIllFormedByte;
     }

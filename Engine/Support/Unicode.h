@@ -114,13 +114,30 @@ std::string_view trimWhitespacesAndNewlines(std::string_view text) noexcept;
 // --- Fast ways in ----------------------------------------------------------------------------------------------------
 
 namespace detail {
-Scalar decodeNonASCII(std::string_view text, std::size_t at) noexcept;
+Scalar decodeByRules(std::string_view text, std::size_t at) noexcept;
 std::size_t characterEndByRules(std::string_view text, std::size_t at) noexcept;
+
+constexpr bool isTrail(char byte) noexcept {
+    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80;
+}
+
+constexpr char32_t bits(char byte, unsigned mask, unsigned shift) noexcept {
+    return (static_cast<unsigned char>(byte) & mask) << shift;
+}
 }  // namespace detail
 
 inline Scalar decode(std::string_view text, std::size_t at) noexcept {
-    if (isASCII(text[at])) return {.value = static_cast<unsigned char>(text[at]), .byteSize = 1};
-    return detail::decodeNonASCII(text, at);
+    using detail::bits;
+    const char* const bytes = text.data() + at;
+    const std::size_t size = text.size() - at;
+    const auto lead = static_cast<unsigned char>(*bytes);
+    if (lead < 0x80) return {.value = lead, .byteSize = 1};
+    if (lead >= 0xC2 && lead < 0xE0 && size >= 2 && detail::isTrail(bytes[1]))
+        return {.value = bits(bytes[0], 0x1F, 6) | bits(bytes[1], 0x3F, 0), .byteSize = 2};
+    // The leads E0, ED, F0 and F4 restrict their second byte, which the rules know.
+    if (lead > 0xE0 && lead < 0xED && size >= 3 && detail::isTrail(bytes[1]) && detail::isTrail(bytes[2]))
+        return {.value = bits(bytes[0], 0x0F, 12) | bits(bytes[1], 0x3F, 6) | bits(bytes[2], 0x3F, 0), .byteSize = 3};
+    return detail::decodeByRules(text, at);
 }
 
 inline std::size_t characterEnd(std::string_view text, std::size_t at) noexcept {

@@ -1,6 +1,7 @@
 // Full case mappings with the root locale, and normalisation. ICU maps the single code points; whole texts are walked
 // here, because ICU measures texts in 32 bits and is slow on ASCII.
 
+#include "Engine/Support/ASCII.h"
 #include "Engine/Support/LazyTable.h"
 #include "Engine/Support/Unicode.h"
 
@@ -99,28 +100,6 @@ void appendMapping(std::string& result, Mapping mapping) {
     for (; mapping != 0; mapping >>= kScalarBits) append(result, static_cast<char32_t>(mapping & kScalarMask));
 }
 
-// --- ASCII -----------------------------------------------------------------------------------------------------------
-
-constexpr char asciiLower(char byte) noexcept {
-    return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte + ('a' - 'A')) : byte;
-}
-
-constexpr char asciiUpper(char byte) noexcept {
-    return byte >= 'a' && byte <= 'z' ? static_cast<char>(byte - ('a' - 'A')) : byte;
-}
-
-/// Appends the mapped bytes by way of a small buffer, which stays in the processor's cache.
-template <char (*map)(char) noexcept>
-void appendMapped(std::string& result, std::string_view ascii) {
-    std::array<char, 4096> buffer;  // NOLINT(cppcoreguidelines-pro-type-member-init): written before it is read
-    while (!ascii.empty()) {
-        const std::size_t size = std::min(ascii.size(), buffer.size());
-        for (std::size_t i = 0; i < size; ++i) buffer[i] = map(ascii[i]);
-        result.append(buffer.data(), size);
-        ascii.remove_prefix(size);
-    }
-}
-
 // --- Final sigma (Unicode Standard, table 3-17) ----------------------------------------------------------------------
 
 bool isAfterCased(std::string_view text, std::size_t at) noexcept {
@@ -184,7 +163,7 @@ bool isBelowCombiningMarks(std::string_view text) noexcept {
 void appendLowerCased(std::string& result, std::string_view text, std::size_t from, std::size_t to) {
     while (from < to) {
         const std::size_t asciiEnd = asciiRunEnd(text.substr(0, to), from);
-        appendMapped<asciiLower>(result, text.substr(from, asciiEnd - from));
+        ASCII::appendMapped(result, text.substr(from, asciiEnd - from), ASCII::toLower);
         for (from = asciiEnd; from < to && !isASCII(text[from]);) {
             const Scalar scalar = decode(text, from);
             if (scalar.value == kCapitalSigma && isFinalSigma(text, from, scalar))
@@ -199,7 +178,7 @@ void appendLowerCased(std::string& result, std::string_view text, std::size_t fr
 void appendUpperCased(std::string& result, std::string_view text) {
     for (std::size_t from = 0; from < text.size();) {
         const std::size_t asciiEnd = asciiRunEnd(text, from);
-        appendMapped<asciiUpper>(result, text.substr(from, asciiEnd - from));
+        ASCII::appendMapped(result, text.substr(from, asciiEnd - from), ASCII::toUpper);
         for (from = asciiEnd; from < text.size() && !isASCII(text[from]);) {
             const Scalar scalar = decode(text, from);
             appendMapping(result, mappingOf<Form::upper>(scalar.value));
@@ -210,7 +189,7 @@ void appendUpperCased(std::string& result, std::string_view text) {
 
 void appendTitleCased(std::string& result, char32_t scalar) {
     if (scalar < 0x80)
-        result += asciiUpper(static_cast<char>(scalar));
+        result += ASCII::toUpper(static_cast<char>(scalar));
     else
         appendMapping(result, mappingOf<Form::title>(scalar));
 }
