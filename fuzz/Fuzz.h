@@ -1,0 +1,36 @@
+#pragma once
+
+#include "Engine/Support/Unicode.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <iostream>
+#include <string>
+#include <string_view>
+
+/// What the fuzz targets share.
+namespace ravlin::Fuzz {
+
+inline std::string_view text(const std::uint8_t* data, std::size_t size) {
+    return {reinterpret_cast<const char*>(data), size};
+}
+
+/// The same bytes as a valid text: every ill-formed sequence becomes U+FFFD.
+inline std::string validText(std::string_view bytes) {
+    std::string result;
+    for (std::size_t at = 0; at < bytes.size();) {
+        const Unicode::Scalar scalar = Unicode::decode(bytes, at);
+        Unicode::append(result, scalar.value);
+        at += scalar.byteSize;
+    }
+    return result;
+}
+
+/// Ends the run, which libFuzzer then reports with its input, unless `isTrue`.
+inline void expect(bool isTrue, const char* what) {
+    if (isTrue) return;
+    std::cerr << "broken: " << what << '\n';
+    std::abort();
+}
+
+}  // namespace ravlin::Fuzz
