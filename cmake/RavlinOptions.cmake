@@ -37,6 +37,11 @@ if(RAVLIN_SANITIZE)
     add_link_options(-fsanitize=${RAVLIN_SANITIZE})
 endif()
 
+# libFuzzer is guided by the coverage of the code under test, so that code is instrumented as well.
+if(RAVLIN_BUILD_FUZZERS AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
 # Qt only in the strict dialect: no implicit conversions from bytes, no keyword macros.
 add_library(ravlin_qt_options INTERFACE)
 target_compile_definitions(ravlin_qt_options INTERFACE
