@@ -1,0 +1,42 @@
+#include "Platform/PasteboardFactory.h"
+
+#include "Platform/X11Pasteboard.h"
+
+#include <array>
+#include <iostream>
+
+namespace ravlin {
+
+std::span<const PasteboardBackEnd> pasteboardBackEnds() {
+    static const std::array kBackEnds = {
+        PasteboardBackEnd{.name = "X11",
+                          .open = [](std::string& whyNot) -> std::unique_ptr<SystemPasteboard> {
+                              return X11Pasteboard::open(/*displayName=*/nullptr, whyNot);
+                          }},
+    };
+    return kBackEnds;
+}
+
+std::unique_ptr<SystemPasteboard> openSystemPasteboard(const PasteboardLog& log,
+                                                       std::span<const PasteboardBackEnd> backEnds) {
+    std::string refusals;
+    const auto line = [&refusals](std::string_view name) {
+        return "clipboard: " + std::string(name) + (refusals.empty() ? "" : " (" + refusals + ")");
+    };
+    for (const PasteboardBackEnd& each : backEnds) {
+        std::string whyNot;
+        if (auto pasteboard = each.open(whyNot)) {
+            log(line(each.name));
+            return pasteboard;
+        }
+        refusals += (refusals.empty() ? "" : "; ") + std::string(each.name) + ": " + whyNot;
+    }
+    log(line("none"));
+    return nullptr;
+}
+
+std::unique_ptr<SystemPasteboard> openSystemPasteboard() {
+    return openSystemPasteboard([](const std::string& line) { std::clog << line << std::endl; }, pasteboardBackEnds());
+}
+
+}  // namespace ravlin

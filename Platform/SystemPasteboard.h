@@ -8,15 +8,18 @@ namespace ravlin {
 /// applications, from events that arrive on a descriptor which the application watches.
 class SystemPasteboard : public Pasteboard {
 public:
-    /// Becomes readable when `processEvents` has something to do. -1 where the connection has been lost.
+    /// Becomes readable when `processEvents` has something to do; no operation leaves anything behind that it would not
+    /// tell. -1 once the connection is lost: look after each `processEvents`, and stop watching then, since a lost
+    /// connection stays readable for ever.
     virtual int fileDescriptor() const = 0;
 
-    /// Serves the requests that have arrived. Never blocks.
+    /// Serves the requests that have arrived, and completes a `clearContents` that no `setString` followed. Waits for no
+    /// other application.
     virtual void processEvents() = 0;
 
     /// To be called as the program's last act, after the user interface is gone. Where this pasteboard owns the
     /// clipboard, a child process of its own session goes on serving the text until another program copies or the
-    /// desktop session ends; the child never returns from this call.
+    /// desktop session ends; the child never returns from this call. Afterwards this object has no connection any more.
     virtual void lingerIfOwner() = 0;
 };
 

@@ -1,0 +1,228 @@
+#include "Platform/X11Pasteboard.h"
+
+#include "Platform/LingeringChild.h"
+
+#include <xcb/xfixes.h>
+
+#include <array>
+#include <chrono>
+#include <span>
+#include <utility>
+
+#include <unistd.h>
+
+namespace ravlin {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr std::array kRTFTargets = {X11Atom::textRTF, X11Atom::applicationRTF, X11Atom::richtext};
+constexpr std::array kHTMLTargets = {X11Atom::html};
+
+}  // namespace
+
+std::unique_ptr<X11Pasteboard> X11Pasteboard::open(const char* displayName, std::string& whyNot, X11ReadLimits limits) {
+    auto connection = X11Connection::open(displayName, whyNot);
+    if (!connection) return nullptr;
+    std::unique_ptr<X11Pasteboard> pasteboard(new X11Pasteboard(std::move(connection), limits));
+    // Changes are being told already: one that comes after this answer is not missed.
+    const auto owner = pasteboard->connection_->await<xcb_get_selection_owner_reply_t>(
+        xcb_get_selection_owner(pasteboard->connection_->get(), pasteboard->connection_->atom(X11Atom::clipboard)));
+    if (!owner) {
+        whyNot = "the display does not answer in time";
+        return nullptr;
+    }
+    pasteboard->owner_ = owner->owner;
+    pasteboard->settle();
+    return pasteboard;
+}
+
+X11Pasteboard::X11Pasteboard(std::unique_ptr<X11Connection> connection, X11ReadLimits limits)
+    : connection_(std::move(connection)),
+      reader_(*connection_, limits, [this](X11Connection::TimePoint deadline) { return pump(deadline); }),
+      server_(*connection_) {}
+
+std::int64_t X11Pasteboard::changeCount() {
+    catchUp();
+    settle();
+    return changeCount_;
+}
+
+std::optional<std::string> X11Pasteboard::string() {
+    std::optional<std::string> text;
+    if (!catchUp() || owner_ == XCB_WINDOW_NONE) {
+        text = std::nullopt;
+    } else if (isOwner()) {
+        // Asked through the server, we would wait for ourselves.
+        if (server_.text() != nullptr) text = *server_.text();
+    } else {
+        text = reader_.plainText({.owner = owner_, .changeCount = changeCount_});
+    }
+    settle();
+    return text;
+}
+
+std::optional<std::string> X11Pasteboard::data(Type type) {
+    if (type == Type::string) return string();
+    std::optional<std::string> bytes;
+    if (catchUp() && owner_ != XCB_WINDOW_NONE && !isOwner()) {
+        const auto targets = type == Type::rtf ? std::span<const X11Atom>(kRTFTargets) : kHTMLTargets;
+        bytes = reader_.bytes({.owner = owner_, .changeCount = changeCount_}, targets);
+    }
+    settle();
+    return bytes;
+}
+
+std::optional<std::size_t> X11Pasteboard::itemCount() {
+    const bool isUpToDate = catchUp();
+    settle();
+    if (!isUpToDate) return std::nullopt;
+    if (owner_ == XCB_WINDOW_NONE) return 0;
+    return !isOwner() && reader_.offersNothing({.owner = owner_, .changeCount = changeCount_}) ? 0 : 1;
+}
+
+void X11Pasteboard::clearContents() {
+    isClearPending_ = true;
+    // Its answer makes the descriptor readable, so that `processEvents` comes even if nothing else happens.
+    askServerTime();
+    settle();
+}
+
+bool X11Pasteboard::setString(std::string_view text) {
+    isClearPending_ = false;
+    nextText_ = std::make_shared<const std::string>(text);
+    bool isTaken = false;
+    // With the time of an old event instead, the server would silently ignore us after anybody's later copy.
+    if (const std::optional<xcb_timestamp_t> now = serverTime()) {
+        xcb_set_selection_owner(connection_->get(), connection_->window(), connection_->atom(X11Atom::clipboard), *now);
+        const bool isAnswered = synchronise();
+        isTaken = nextText_ == nullptr && isOwner();
+        if (isAnswered) nextText_ = nullptr;
+    }
+    settle();
+    return isTaken;
+}
+
+void X11Pasteboard::processEvents() {
+    while (const X11Event event = connection_->pollEvent()) handle(*event);
+    if (isClearPending_) completeClear();
+    settle();
+}
+
+void X11Pasteboard::lingerIfOwner() {
+    if (!catchUp() || !(isOwner() || server_.isTransferring())) return;
+    settle();
+    switch (forkLingeringChild(connection_->fileDescriptor())) {
+        case ForkSide::parent: connection_->giveAway(); return;
+        case ForkSide::failed: return;
+        case ForkSide::child: break;
+    }
+    serveToTheEnd();
+    // A socket that is closed while events wait in it loses the requests on their way, a reader's last increment too.
+    synchronise();
+    _exit(0);
+}
+
+void X11Pasteboard::serveToTheEnd() {
+    for (;;) {
+        processEvents();
+        server_.dropStalledTransfers();
+        if (connection_->isLost() || !(isOwner() || server_.isTransferring())) return;
+        const bool isWaitingForReader = server_.isTransferring();
+        connection_->waitReadable(isWaitingForReader ? Clock::now() + X11SelectionServer::kTransferLimit
+                                                     : X11Connection::TimePoint::max());
+    }
+}
+
+/// Makes `changeCount_` and `owner_` those of now. False where the server does not answer.
+bool X11Pasteboard::catchUp() {
+    if (isClearPending_) completeClear();
+    return synchronise();
+}
+
+/// Waits until the server has done everything it was asked, and handles what it told about that.
+bool X11Pasteboard::synchronise() {
+    const auto reply = connection_->await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection_->get()));
+    handleQueuedEvents();
+    if (!reply) ++changeCount_;
+    return reply != nullptr;
+}
+
+void X11Pasteboard::completeClear() {
+    isClearPending_ = false;
+    if (const std::optional<xcb_timestamp_t> now = serverTime()) {
+        xcb_set_selection_owner(connection_->get(), XCB_WINDOW_NONE, connection_->atom(X11Atom::clipboard), *now);
+    }
+}
+
+std::optional<xcb_timestamp_t> X11Pasteboard::serverTime() {
+    serverTime_.reset();
+    askServerTime();
+    const auto deadline = Clock::now() + X11Connection::kServerLimit;
+    while (!serverTime_ && pump(deadline)) continue;
+    return serverTime_;
+}
+
+/// Appending nothing to a property is a change of it, and the event that tells the change carries the time.
+void X11Pasteboard::askServerTime() {
+    xcb_change_property(connection_->get(), XCB_PROP_MODE_APPEND, connection_->window(),
+                        connection_->atom(X11Atom::clock), XCB_ATOM_INTEGER, 32, 0, nullptr);
+}
+
+bool X11Pasteboard::pump(X11Connection::TimePoint deadline) {
+    // Looked at first: an endless stream of events must not outlast the deadline.
+    if (Clock::now() >= deadline) return false;
+    const X11Event event = connection_->waitForEvent(deadline);
+    if (event) handle(*event);
+    return event != nullptr;
+}
+
+void X11Pasteboard::handleQueuedEvents() {
+    while (const X11Event event = connection_->queuedEvent()) handle(*event);
+}
+
+/// Every operation ends here. Events that libxcb has read along with a reply, or while it wrote, are in its own queue:
+/// the descriptor will not become readable for them, so they are handled now.
+void X11Pasteboard::settle() {
+    connection_->flush();
+    while (const X11Event event = connection_->queuedEvent()) {
+        handle(*event);
+        handleQueuedEvents();
+        connection_->flush();
+    }
+}
+
+void X11Pasteboard::handle(const xcb_generic_event_t& event) {
+    // Other programs have one thing to tell us, the answer to a question; everything else comes from the server. An X
+    // error, which has type 0, tells of a window that is gone: its destruction has been told as well.
+    if (x11EventIsSent(event) && x11EventType(event) != XCB_SELECTION_NOTIFY) return;
+    if (x11EventType(event) == connection_->ownerChangeEvent()) {
+        noteOwner(event);
+    } else if (!noteServerTime(event)) {
+        reader_.handle(event);
+        server_.handle(event);
+    }
+}
+
+/// NOTE: SelectionClear is not looked at. It tells the same, but one that was sent before we took the selection again
+/// cannot be told from one sent afterwards within the same millisecond.
+void X11Pasteboard::noteOwner(const xcb_generic_event_t& event) {
+    const auto& change = x11EventAs<xcb_xfixes_selection_notify_event_t>(event);
+    ++changeCount_;
+    owner_ = change.owner;
+    if (!isOwner()) {
+        server_.withdraw();
+    } else if (nextText_ != nullptr) {
+        server_.offer(std::exchange(nextText_, nullptr), change.selection_timestamp);
+    }
+}
+
+bool X11Pasteboard::noteServerTime(const xcb_generic_event_t& event) {
+    if (x11EventType(event) != XCB_PROPERTY_NOTIFY) return false;
+    const auto& change = x11EventAs<xcb_property_notify_event_t>(event);
+    if (change.window != connection_->window() || change.atom != connection_->atom(X11Atom::clock)) return false;
+    serverTime_ = change.time;
+    return true;
+}
+
+}  // namespace ravlin

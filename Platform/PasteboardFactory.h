@@ -1,0 +1,36 @@
+#pragma once
+
+#include "Platform/SystemPasteboard.h"
+
+#include <functional>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace ravlin {
+
+/// One way to reach the clipboard.
+struct PasteboardBackEnd {
+    /// For the log, for example "X11".
+    std::string_view name;
+    /// The clipboard, or null with the reason in the argument.
+    std::function<std::unique_ptr<SystemPasteboard>(std::string& whyNot)> open;
+};
+
+using PasteboardLog = std::function<void(const std::string& line)>;
+
+/// The back ends of this program, the best first: X11.
+std::span<const PasteboardBackEnd> pasteboardBackEnds();
+
+/// The clipboard of this desktop session: that of the first of `backEnds` that can be opened, or null. `log` gets one
+/// line that tells which it is, and why not those before it:
+///     "clipboard: X11"
+///     "clipboard: none (X11: no display answers)"
+std::unique_ptr<SystemPasteboard> openSystemPasteboard(const PasteboardLog& log,
+                                                       std::span<const PasteboardBackEnd> backEnds);
+
+/// The same with this program's back ends; the line goes to the standard log.
+std::unique_ptr<SystemPasteboard> openSystemPasteboard();
+
+}  // namespace ravlin

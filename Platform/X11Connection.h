@@ -1,0 +1,170 @@
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include <array>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <map>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace ravlin {
+
+/// The atoms that the clipboard protocol (ICCCM, section 2) and its usual data formats need.
+enum class X11Atom : std::uint8_t {
+    clipboard,
+    targets,
+    multiple,
+    timestamp,
+    incr,
+    utf8String,
+    plainUTF8,
+    plain,
+    latin1String,
+    text,
+    textRTF,
+    applicationRTF,
+    richtext,
+    html,
+    saveTargets,
+    deleteTarget,
+    clock,  // the property of our own window whose changes tell the server's time
+};
+inline constexpr std::size_t kX11AtomCount = 17;
+
+/// Frees what libxcb hands over, which it allocates with malloc.
+struct X11Deleter {
+    void operator()(void* memory) const noexcept { std::free(memory); }  // NOLINT(cppcoreguidelines-no-malloc)
+};
+using X11Event = std::unique_ptr<xcb_generic_event_t, X11Deleter>;
+template <class Reply>
+using X11Reply = std::unique_ptr<Reply, X11Deleter>;
+
+/// A connection to an X server with one window that nobody sees, which asks for data and owns selections. Every wait
+/// has an end, and neither an X error nor the loss of the connection ends the program.
+class X11Connection {
+public:
+    using TimePoint = std::chrono::steady_clock::time_point;
+
+    /// How long the server may take for an answer before it counts as not answering. It takes microseconds, unless
+    /// another program has grabbed it.
+    static constexpr std::chrono::milliseconds kServerLimit{2000};
+
+    /// Connects to `displayName` (null: to the one that DISPLAY names). Null where that fails, with the reason in
+    /// `whyNot`.
+    static std::unique_ptr<X11Connection> open(const char* displayName, std::string& whyNot);
+
+    X11Connection(const X11Connection&) = delete;
+    X11Connection& operator=(const X11Connection&) = delete;
+    X11Connection(X11Connection&&) = delete;
+    X11Connection& operator=(X11Connection&&) = delete;
+    ~X11Connection();
+
+    xcb_connection_t* get() const { return connection_; }
+    xcb_window_t window() const { return window_; }
+    xcb_atom_t atom(X11Atom atom) const { return atoms_.at(static_cast<std::size_t>(atom)); }
+
+    /// The type of the event that tells a change of the clipboard's owner.
+    int ownerChangeEvent() const { return ownerChangeEvent_; }
+
+    /// How much data one request may carry, in bytes.
+    std::size_t maximumDataSize() const { return maximumDataSize_; }
+
+    bool isLost() const { return xcb_connection_has_error(connection_) != 0; }
+
+    /// The socket; -1 once the connection is lost or given away.
+    int fileDescriptor() const;
+
+    /// Leaves the server with a forked process: from now on this one is without a connection. Closing it the usual way
+    /// would shut the shared socket down for both.
+    void giveAway();
+
+    /// The reply to the request behind `cookie`; null for an X error, a lost connection or a server that does not
+    /// answer.
+    template <class Reply, class Cookie>
+    X11Reply<Reply> await(Cookie cookie) {
+        return X11Reply<Reply>(static_cast<Reply*>(awaitReply(cookie.sequence)));
+    }
+
+    /// The next event, waited for until `deadline` at most; null when there was none or the connection is lost.
+    X11Event waitForEvent(TimePoint deadline);
+
+    /// The next event that has arrived at the socket; never waits.
+    X11Event pollEvent() { return X11Event(xcb_poll_for_event(connection_)); }
+
+    /// The next event that libxcb has read along with something else; the socket tells nothing about these.
+    X11Event queuedEvent() { return X11Event(xcb_poll_for_queued_event(connection_)); }
+
+    /// Sleeps until there is something to read. False at the deadline; `TimePoint::max()` means for ever.
+    bool waitReadable(TimePoint deadline) const;
+
+    void flush() { xcb_flush(connection_); }
+
+    /// The atom of that name; XCB_ATOM_NONE where the server does not answer.
+    xcb_atom_t intern(const std::string& name);
+
+    /// Replaces a property of any window by bytes, or by 32-bit values.
+    void putBytes(xcb_window_t window, xcb_atom_t property, xcb_atom_t type, std::string_view bytes);
+    void putValues(xcb_window_t window, xcb_atom_t property, xcb_atom_t type, std::span<const std::uint32_t> values);
+
+private:
+    friend class X11WindowWatch;
+
+    explicit X11Connection(xcb_connection_t* connection);
+    bool selectOwnerChanges();
+    bool internAtoms();
+    void createWindow(int screenNumber);
+    void* awaitReply(unsigned int sequence);
+    void watch(xcb_window_t window);
+    void unwatch(xcb_window_t window);
+
+    xcb_connection_t* connection_;
+    xcb_window_t window_ = XCB_WINDOW_NONE;
+    std::array<xcb_atom_t, kX11AtomCount> atoms_{};
+    int ownerChangeEvent_ = 0;
+    std::size_t maximumDataSize_ = 0;
+    std::map<xcb_window_t, int> watchCounts_;
+};
+
+/// Lets events about another program's window come in for as long as it exists: changes of its properties and its
+/// destruction. One window may be watched for several reasons at once, since a clipboard manager both owns and asks.
+class X11WindowWatch {
+public:
+    X11WindowWatch(X11Connection& connection, xcb_window_t window) : connection_(connection), window_(window) {
+        connection_.watch(window_);
+    }
+    X11WindowWatch(const X11WindowWatch&) = delete;
+    X11WindowWatch& operator=(const X11WindowWatch&) = delete;
+    X11WindowWatch(X11WindowWatch&&) = delete;
+    X11WindowWatch& operator=(X11WindowWatch&&) = delete;
+    ~X11WindowWatch() { connection_.unwatch(window_); }
+
+    xcb_window_t window() const { return window_; }
+
+private:
+    X11Connection& connection_;
+    xcb_window_t window_;
+};
+
+/// What kind of event this is: the XCB_... number, whether it came from the server or from another program.
+inline int x11EventType(const xcb_generic_event_t& event) {
+    return event.response_type & 0x7F;
+}
+
+/// Whether another program made this event up with SendEvent.
+inline bool x11EventIsSent(const xcb_generic_event_t& event) {
+    return (event.response_type & 0x80) != 0;
+}
+
+/// `event` as what its type says it is.
+template <class Event>
+const Event& x11EventAs(const xcb_generic_event_t& event) {
+    return reinterpret_cast<const Event&>(event);
+}
+
+}  // namespace ravlin

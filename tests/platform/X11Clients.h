@@ -1,0 +1,172 @@
+#pragma once
+
+#include "Platform/X11Pasteboard.h"
+#include "tests/platform/Processes.h"
+
+#include <xcb/xcb.h>
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace ravlin::tests {
+
+/// The X11 pasteboard of the display that the test runs on; the test fails where there is none.
+std::unique_ptr<X11Pasteboard> openPasteboard(X11ReadLimits limits = {}, const char* displayName = nullptr);
+
+/// Does what the application's event loop does, until `condition` holds: handles events whenever the descriptor says
+/// that there are some, and never otherwise. False where the condition does not come to hold.
+bool serveUntil(X11Pasteboard& pasteboard, const std::function<bool()>& condition);
+
+/// What a program writes to its standard output while the pasteboard serves it.
+std::string outputOf(const std::vector<std::string>& command, X11Pasteboard& pasteboard);
+
+/// A plain X client with a window of its own; its calls wait for the server.
+class X11Client {
+public:
+    explicit X11Client(const char* displayName = nullptr);
+    X11Client(const X11Client&) = delete;
+    X11Client& operator=(const X11Client&) = delete;
+    X11Client(X11Client&&) = delete;
+    X11Client& operator=(X11Client&&) = delete;
+    ~X11Client();
+
+    xcb_connection_t* get() const { return connection_; }
+    xcb_window_t window() const { return window_; }
+    xcb_atom_t atom(const std::string& name);
+    std::string nameOf(xcb_atom_t atom);
+    xcb_window_t owner(const std::string& selection = "CLIPBOARD");
+
+    /// Takes a selection with the server's present time, or gives it to nobody.
+    void own(const std::string& selection = "CLIPBOARD");
+    void disown();
+
+    /// Waits until the server has done everything asked so far.
+    void synchronise();
+
+private:
+    xcb_connection_t* connection_;
+    xcb_window_t window_;
+    std::map<std::string, xcb_atom_t> atoms_;
+};
+
+/// A program that copies: what it offers, and how it misbehaves.
+struct OwnerPlan {
+    struct Representation {
+        std::string bytes;
+        std::string type;  // of the answer; empty: the target itself
+    };
+    std::map<std::string, Representation> content = {};
+    bool listsTargets = true;
+    bool answers = true;
+    std::size_t incrementSize = 0;  // 0: everything in one piece
+    int stopsAfterIncrements = -1;  // with SIGSTOP, the first time
+    int diesAfterIncrements = -1;   // with SIGKILL
+    std::chrono::milliseconds pauseBeforeIncrement{0};
+};
+
+/// Another program, a process of its own, that owns the clipboard as soon as this object exists.
+class ForeignOwner {
+public:
+    explicit ForeignOwner(const OwnerPlan& plan);
+    /// The owner of one plain UTF-8 text.
+    explicit ForeignOwner(const std::string& text)
+        : ForeignOwner(OwnerPlan{.content = {{"UTF8_STRING", {text, ""}}}}) {}
+    ForeignOwner(const ForeignOwner&) = delete;
+    ForeignOwner& operator=(const ForeignOwner&) = delete;
+    ForeignOwner(ForeignOwner&&) = delete;
+    ForeignOwner& operator=(ForeignOwner&&) = delete;
+    ~ForeignOwner();
+
+    Process& process() { return *process_; }
+
+    /// Whether a transfer in increments has come to its end.
+    bool hasEndedTransfer();
+
+    // Each returns when it has happened.
+    void copyAgain() { command('c'); }
+    void copyManyTimes() { command('m'); }  // kManyTimes
+    void select() { command('p'); }         // takes PRIMARY
+    void clear() { command('0'); }
+    static constexpr int kManyTimes = 5000;
+
+private:
+    void command(char letter);
+    char nextReply();
+
+    int commands_ = -1;
+    int replies_ = -1;
+    std::unique_ptr<Process> process_;
+};
+
+/// A program that pastes, step by step, in the test's own process.
+class Requestor : public X11Client {
+public:
+    struct Answer {
+        xcb_atom_t property = XCB_ATOM_NONE;  // none: refused
+        xcb_timestamp_t time = 0;
+    };
+    struct Property {
+        std::string type;
+        int format = 0;
+        std::string bytes;
+        std::vector<std::uint32_t> values() const;
+        friend bool operator==(const Property&, const Property&) = default;
+    };
+
+    explicit Requestor(X11Pasteboard& pasteboard) : pasteboard_(pasteboard) {}
+
+    /// Asks for the clipboard as `target` and waits for the answer.
+    std::optional<Answer> ask(const std::string& target, const std::string& property = "ANSWER",
+                              xcb_timestamp_t time = XCB_CURRENT_TIME);
+
+    /// The content of a property of the own window, which is deleted; nothing where there is none.
+    std::optional<Property> take(const std::string& property = "ANSWER");
+
+    /// The whole of what came as `target`, increments put together; nothing where it was refused.
+    std::optional<Property> read(const std::string& target, const std::string& property = "ANSWER");
+
+    /// Asks for something large: on return the increments are announced, and the first one has been asked for.
+    void begin(const std::string& target, const std::string& property = "ANSWER");
+
+    /// What is in a property, or what is announced there to come in increments.
+    std::optional<Property> takeAnnounced(const std::string& property = "ANSWER");
+
+    /// All increments up to the end, put together.
+    Property takeIncrements(const std::string& property = "ANSWER");
+
+    /// The next increment in a property, waited for; nothing where none comes.
+    std::optional<Property> takeIncrement(const std::string& property = "ANSWER");
+
+    /// The names in the answer to TARGETS, sorted.
+    std::vector<std::string> targets();
+
+private:
+    void noteEvents();
+
+    X11Pasteboard& pasteboard_;
+    std::optional<Answer> answer_;
+    std::map<xcb_atom_t, int> newValueCounts_;
+};
+
+/// A program that watches the clipboard's owners come and go.
+class Observer : public X11Client {
+public:
+    Observer();
+    /// The owners since the last call, in order: 0 for nobody.
+    std::vector<xcb_window_t> newOwners();
+
+    /// The server time since which the present owner owns it.
+    xcb_timestamp_t ownedSince();
+
+private:
+    xcb_timestamp_t ownedSince_ = 0;
+    int firstEvent_ = 0;
+};
+
+}  // namespace ravlin::tests

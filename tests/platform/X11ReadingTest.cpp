@@ -1,0 +1,315 @@
+// What X11Pasteboard reads from other programs.
+
+#include "tests/platform/X11Clients.h"
+
+#include <chrono>
+#include <optional>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace ravlin::tests {
+namespace {
+
+using namespace std::literals;
+using testing::Optional;
+using Type = Pasteboard::Type;
+
+/// Waits until `owner`'s copy, which it makes in its own time, is on the clipboard.
+void waitForChange(X11Pasteboard& pasteboard, std::int64_t countBefore) {
+    ASSERT_TRUE(serveUntil(pasteboard, [&] { return pasteboard.changeCount() != countBefore; }));
+}
+
+/// A program of the system that copies `text`, in the foreground so that it ends with this object.
+class CopyingProgram {
+public:
+    CopyingProgram(X11Pasteboard& pasteboard, const std::vector<std::string>& command, const std::string& text)
+        : countBefore_(pasteboard.changeCount()), process_(command, text) {
+        waitForChange(pasteboard, countBefore_);
+    }
+    Process& process() { return process_; }
+
+private:
+    std::int64_t countBefore_;
+    Process process_;
+};
+
+const std::vector<std::string> kXclip = {"xclip", "-quiet", "-selection", "clipboard"};
+const std::vector<std::string> kXsel = {"xsel", "--clipboard", "--input", "--nodetach"};
+
+// ---- Content -------------------------------------------------------------------------------------------------------
+
+class X11ReadingOfSize : public testing::TestWithParam<std::size_t> {};
+
+TEST_P(X11ReadingOfSize, IsExactFromXclip) {
+    const auto pasteboard = openPasteboard();
+    const std::string text = textOfSize(GetParam());
+    const CopyingProgram owner(*pasteboard, kXclip, text);
+    EXPECT_TRUE(pasteboard->string() == text);
+    EXPECT_THAT(pasteboard->itemCount(), Optional(1U));
+}
+
+TEST_P(X11ReadingOfSize, IsExactFromXsel) {
+    if (GetParam() == 0) return;  // xsel copies no empty text
+    const auto pasteboard = openPasteboard();
+    const std::string text = textOfSize(GetParam());
+    const CopyingProgram owner(*pasteboard, kXsel, text);
+    EXPECT_TRUE(pasteboard->string() == text);
+}
+
+TEST_P(X11ReadingOfSize, IsExactInIncrements) {
+    const auto pasteboard = openPasteboard();
+    const std::string text = textOfSize(GetParam());
+    const ForeignOwner owner({.content = {{"UTF8_STRING", {text, ""}}}, .incrementSize = 65536});
+    EXPECT_TRUE(pasteboard->string() == text);
+    EXPECT_TRUE(pasteboard->string() == text) << "the second time";
+}
+
+INSTANTIATE_TEST_SUITE_P(X11Reading, X11ReadingOfSize,
+                         testing::Values(0, 1, 65535, 65536, 65537, 262143, 262144, 262145, 1000000, 10485760,
+                                         52428800));
+
+struct PlainCase {
+    const char* name;
+    OwnerPlan plan;
+    std::optional<std::string> expected;
+};
+std::ostream& operator<<(std::ostream& stream, const PlainCase& each) {
+    return stream << each.name;
+}
+
+const PlainCase kPlainCases[] = {
+    {"UTF8StringIsPreferred",
+     {.content = {{"STRING", {"caf?", ""}}, {"UTF8_STRING", {"caf\u00e9", ""}}, {"TEXT", {"t", "STRING"}}}},
+     "caf\u00e9"},
+    {"TextPlainWithCharsetOnly", {.content = {{"text/plain;charset=utf-8", {"\u20ac", ""}}}}, "\u20ac"},
+    {"TextPlainOnlyIsUTF8", {.content = {{"text/plain", {"\u20ac", ""}}}}, "\u20ac"},
+    {"TextPlainTypedAsStringIsLatin1", {.content = {{"text/plain", {"caf\xE9", "STRING"}}}}, "caf\u00e9"},
+    {"StringOnlyIsLatin1", {.content = {{"STRING", {"caf\xE9 \xA3", ""}}}}, "caf\u00e9 \u00a3"},
+    {"TextTypedAsUTF8", {.content = {{"TEXT", {"\u20ac", "UTF8_STRING"}}}}, "\u20ac"},
+    {"TextTypedAsString", {.content = {{"TEXT", {"\xE9", "STRING"}}}}, "\u00e9"},
+    {"TextOfUnknownTypeIsAbsent", {.content = {{"TEXT", {"x", "COMPOUND_TEXT"}}}}, std::nullopt},
+    {"TrailingNULIsDropped", {.content = {{"UTF8_STRING", {"a\0"s, ""}}}}, "a"},
+    {"OneTrailingNULIsDroppedOnly", {.content = {{"UTF8_STRING", {"a\0b\0\0"s, ""}}}}, "a\0b\0"s},
+    {"EmptyIsPresent", {.content = {{"UTF8_STRING", {"", ""}}}}, ""},
+    {"InvalidUTF8IsAbsent", {.content = {{"UTF8_STRING", {"ab\xFF\xFE", ""}}}}, std::nullopt},
+    {"InvalidUTF8IsNotReadAsLatin1Either",
+     {.content = {{"UTF8_STRING", {"ab\xFF", ""}}, {"STRING", {"ab\xFF", ""}}}},
+     std::nullopt},
+    {"OwnerThatListsNoTargetsIsAskedDirectly",
+     {.content = {{"UTF8_STRING", {"old", ""}}}, .listsTargets = false},
+     "old"},
+    {"OwnerThatListsNoTargetsAndHasStringOnly",
+     {.content = {{"STRING", {"\xFC", ""}}}, .listsTargets = false},
+     "\u00fc"},
+    {"ImageOnlyIsAbsent", {.content = {{"image/png", {"\x89PNG", ""}}}}, std::nullopt}};
+
+class X11ReadingPlainText : public testing::TestWithParam<PlainCase> {};
+
+TEST_P(X11ReadingPlainText, IsAsTabled) {
+    const auto pasteboard = openPasteboard();
+    const ForeignOwner owner(GetParam().plan);
+    EXPECT_EQ(pasteboard->string(), GetParam().expected);
+    EXPECT_EQ(pasteboard->data(Type::string), GetParam().expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(X11Reading, X11ReadingPlainText, testing::ValuesIn(kPlainCases),
+                         [](const auto& each) { return std::string(each.param.name); });
+
+TEST(X11Reading, NobodyOwnsTheClipboard) {
+    const auto pasteboard = openPasteboard();
+    X11Client().disown();
+    EXPECT_EQ(pasteboard->string(), std::nullopt);
+    EXPECT_EQ(pasteboard->data(Type::rtf), std::nullopt);
+    EXPECT_EQ(pasteboard->data(Type::html), std::nullopt);
+    EXPECT_THAT(pasteboard->itemCount(), Optional(0U));
+}
+
+TEST(X11Reading, ImageIsAnItemWithoutText) {
+    const auto pasteboard = openPasteboard();
+    const ForeignOwner owner({.content = {{"image/png", {"\x89PNG", ""}}}});
+    EXPECT_EQ(pasteboard->string(), std::nullopt);
+    EXPECT_THAT(pasteboard->itemCount(), Optional(1U));
+}
+
+TEST(X11Reading, OwnerThatOffersNothingCountsAsEmptyClipboard) {
+    const auto pasteboard = openPasteboard();
+    const ForeignOwner owner(OwnerPlan{});
+    EXPECT_EQ(pasteboard->string(), std::nullopt);
+    EXPECT_THAT(pasteboard->itemCount(), Optional(0U));
+}
+
+TEST(X11Reading, RTFAloneComesAsBytes) {
+    const auto pasteboard = openPasteboard();
+    std::vector<std::string> command = kXclip;
+    command.insert(command.end(), {"-target", "text/rtf"});
+    const CopyingProgram owner(*pasteboard, command, R"({\rtf1 caf\'e9})");
+    EXPECT_EQ(pasteboard->string(), std::nullopt);
+    EXPECT_THAT(pasteboard->data(Type::rtf), Optional(R"({\rtf1 caf\'e9})"s));
+    EXPECT_EQ(pasteboard->data(Type::html), std::nullopt);
+}
+
+TEST(X11Reading, RTFIsFoundUnderEachOfItsNames) {
+    const auto pasteboard = openPasteboard();
+    for (const char* name : {"text/rtf", "application/rtf", "text/richtext"}) {
+        const ForeignOwner owner({.content = {{name, {R"({\rtf1 x})", ""}}}});
+        EXPECT_THAT(pasteboard->data(Type::rtf), Optional(R"({\rtf1 x})"s)) << name;
+    }
+}
+
+TEST(X11Reading, HTMLAloneComesAsBytes) {
+    const auto pasteboard = openPasteboard();
+    std::vector<std::string> command = kXclip;
+    command.insert(command.end(), {"-target", "text/html"});
+    const CopyingProgram owner(*pasteboard, command, "<b>caf\u00e9</b>");
+    EXPECT_EQ(pasteboard->string(), std::nullopt);
+    EXPECT_EQ(pasteboard->data(Type::rtf), std::nullopt);
+    EXPECT_THAT(pasteboard->data(Type::html), Optional("<b>caf\u00e9</b>"s));
+}
+
+TEST(X11Reading, HTMLInUTF16ComesAsItIs) {
+    const std::string utf16 = "\xFF\xFE<\0b\0>\0"s;
+    const auto pasteboard = openPasteboard();
+    const ForeignOwner owner({.content = {{"text/html", {utf16, ""}}}});
+    EXPECT_THAT(pasteboard->data(Type::html), Optional(utf16));
+}
+
+TEST(X11Reading, EveryRepresentationOfOneOwnerCanBeReadInAnyOrder) {
+    const auto pasteboard = openPasteboard();
+    const ForeignOwner owner(
+        {.content = {{"UTF8_STRING", {"plain", ""}}, {"text/rtf", {R"({\rtf1 r})", ""}}, {"text/html", {"<i>h", ""}}}});
+    EXPECT_THAT(pasteboard->data(Type::html), Optional("<i>h"s));
+    EXPECT_THAT(pasteboard->string(), Optional("plain"s));
+    EXPECT_THAT(pasteboard->data(Type::rtf), Optional(R"({\rtf1 r})"s));
+}
+
+TEST(X11Reading, TheNextOwnerIsAskedAnew) {
+    const auto pasteboard = openPasteboard();
+    const ForeignOwner first("first");
+    EXPECT_EQ(pasteboard->string(), "first");
+    const ForeignOwner second({.content = {{"text/html", {"<p>", ""}}}});
+    EXPECT_EQ(pasteboard->data(Type::html), "<p>");
+    EXPECT_EQ(pasteboard->string(), std::nullopt);
+}
+
+// ---- Owners in trouble ---------------------------------------------------------------------------------------------
+
+/// How long `action` takes.
+template <class Action>
+std::chrono::milliseconds durationOf(Action action) {
+    const auto start = Clock::now();
+    action();
+    return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start);
+}
+
+TEST(X11ReadingFromTrouble, HungOwnerCostsTheIdleLimitOnceForTheWholeReading) {
+    const auto pasteboard = openPasteboard();
+    ForeignOwner owner("text");
+    owner.process().stop();
+    const auto time = durationOf([&] {
+        EXPECT_EQ(pasteboard->string(), std::nullopt);
+        EXPECT_EQ(pasteboard->data(Type::rtf), std::nullopt);
+        EXPECT_EQ(pasteboard->data(Type::html), std::nullopt);
+        EXPECT_THAT(pasteboard->itemCount(), Optional(1U));
+    });
+    EXPECT_GE(time, 1990ms);
+    EXPECT_LT(time, 2500ms);
+}
+
+constexpr X11ReadLimits kImpatient = {.idle = 200ms, .total = 600ms, .byteSize = 100000};
+
+TEST(X11ReadingFromTrouble, HungOwnerIsReadAgainOnceItAnswers) {
+    const auto pasteboard = openPasteboard(kImpatient);
+    const std::string text = textOfSize(50000);
+    ForeignOwner owner({.content = {{"UTF8_STRING", {text, ""}}}, .incrementSize = 20000});
+    for (int i = 0; i < 3; ++i) {
+        owner.process().stop();
+        EXPECT_EQ(pasteboard->string(), std::nullopt);
+        owner.process().resume();
+        EXPECT_TRUE(pasteboard->string() == text) << "its late answers must not be mistaken for new ones";
+    }
+}
+
+TEST(X11ReadingFromTrouble, OwnerThatWasGivenUpComesToItsEndOnceItGoesOn) {
+    const auto pasteboard = openPasteboard(kImpatient);
+    ForeignOwner owner(
+        {.content = {{"UTF8_STRING", {textOfSize(50000), ""}}}, .incrementSize = 20000, .stopsAfterIncrements = 1});
+    EXPECT_EQ(pasteboard->string(), std::nullopt);
+    ASSERT_TRUE(owner.process().waitForStop());
+    owner.process().resume();
+    EXPECT_TRUE(serveUntil(*pasteboard, [&] { return owner.hasEndedTransfer(); }));
+}
+
+TEST(X11ReadingFromTrouble, OwnerThatStopsBetweenIncrementsCostsTheIdleLimit) {
+    const auto pasteboard = openPasteboard(kImpatient);
+    const ForeignOwner owner(
+        {.content = {{"UTF8_STRING", {textOfSize(90000), ""}}}, .incrementSize = 10000, .stopsAfterIncrements = 5});
+    const auto time = durationOf([&] { EXPECT_EQ(pasteboard->string(), std::nullopt); });
+    EXPECT_GE(time, kImpatient.idle);
+    EXPECT_LT(time, kImpatient.total);
+    EXPECT_THAT(pasteboard->itemCount(), Optional(1U));
+}
+
+TEST(X11ReadingFromTrouble, OwnerThatDiesBetweenIncrementsIsNoticedAtOnce) {
+    const auto pasteboard = openPasteboard();
+    const ForeignOwner owner(
+        {.content = {{"UTF8_STRING", {textOfSize(90000), ""}}}, .incrementSize = 10000, .diesAfterIncrements = 5});
+    const auto time = durationOf([&] { EXPECT_EQ(pasteboard->string(), std::nullopt); });
+    EXPECT_LT(time, 1s);
+    EXPECT_THAT(pasteboard->itemCount(), Optional(0U));
+}
+
+TEST(X11ReadingFromTrouble, OwnerKilledBeforeTheReadingLeavesAnEmptyClipboard) {
+    const auto pasteboard = openPasteboard();
+    ForeignOwner owner("text");
+    const std::int64_t count = pasteboard->changeCount();
+    owner.process().kill();
+    waitForChange(*pasteboard, count);
+    EXPECT_EQ(pasteboard->string(), std::nullopt);
+    EXPECT_THAT(pasteboard->itemCount(), Optional(0U));
+}
+
+TEST(X11ReadingFromTrouble, SlowOwnerIsReadAsLongAsBytesCome) {
+    const auto pasteboard = openPasteboard({.idle = 400ms, .total = 20s, .byteSize = 100000});
+    const std::string text = textOfSize(60);
+    const ForeignOwner owner(
+        {.content = {{"UTF8_STRING", {text, ""}}}, .incrementSize = 10, .pauseBeforeIncrement = 100ms});
+    EXPECT_EQ(pasteboard->string(), text);  // takes 700 ms, more than the idle limit
+}
+
+TEST(X11ReadingFromTrouble, TricklingOwnerIsGivenUpAtTheTotalLimit) {
+    const auto pasteboard = openPasteboard(kImpatient);
+    const ForeignOwner owner(
+        {.content = {{"UTF8_STRING", {textOfSize(1000), ""}}}, .incrementSize = 1, .pauseBeforeIncrement = 20ms});
+    const auto time = durationOf([&] { EXPECT_EQ(pasteboard->string(), std::nullopt); });
+    EXPECT_GE(time, kImpatient.total);
+    EXPECT_LT(time, kImpatient.total + 500ms);
+}
+
+TEST(X11ReadingFromTrouble, OwnerThatNeverAnswersIsGivenUpAtTheIdleLimit) {
+    const auto pasteboard = openPasteboard(kImpatient);
+    const ForeignOwner owner({.content = {{"UTF8_STRING", {"x", ""}}}, .answers = false});
+    const auto time = durationOf([&] { EXPECT_EQ(pasteboard->string(), std::nullopt); });
+    EXPECT_LT(time, kImpatient.total);
+}
+
+TEST(X11ReadingFromTrouble, TextOfTheLargestSizeIsReadAndOneByteMoreIsNot) {
+    for (const std::size_t incrementSize : {std::size_t{0}, std::size_t{30000}}) {
+        const auto pasteboard = openPasteboard({.byteSize = 100000});
+        const std::string text = textOfSize(100000);
+        {
+            const ForeignOwner owner({.content = {{"UTF8_STRING", {text, ""}}}, .incrementSize = incrementSize});
+            EXPECT_TRUE(pasteboard->string() == text);
+        }
+        const ForeignOwner owner({.content = {{"UTF8_STRING", {text + "x", ""}}}, .incrementSize = incrementSize});
+        EXPECT_EQ(pasteboard->string(), std::nullopt);
+        const ForeignOwner next("next");
+        EXPECT_EQ(pasteboard->string(), "next");
+    }
+}
+
+}  // namespace
+}  // namespace ravlin::tests
