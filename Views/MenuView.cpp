@@ -2,6 +2,7 @@
 
 #include "App/UpdaterController.h"
 #include "Engine/PasteboardService.h"
+#include "Views/Accessibility.h"
 #include "Views/Divider.h"
 #include "Views/Footer.h"
 #include "Views/GroupedTransforms.h"
@@ -21,8 +22,6 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QVBoxLayout>
-
-#include <string>
 
 namespace ravlin {
 namespace {
@@ -52,39 +51,33 @@ std::optional<TransformList::Move> moveFor(int key) {
 }  // namespace
 
 MenuView::MenuView(UpdaterController& updater, QWidget* parent)
-    : QWidget(parent, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint),
-      updater_(updater),
-      searchField_(searchField()),
-      list_(new TransformList(this)),
-      statusDivider_(new Divider(this)),
-      statusLine_(new StatusLine(this)),
-      footer_(footer()) {
+    : QWidget(parent, Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint), updater_(updater) {
+    installAccessibleRoles();
     setObjectName(QStringLiteral("panel"));
     setWindowTitle(QStringLiteral("Ravlin"));
     setAccessibleName(QStringLiteral("Ravlin"));
-    connect(list_, &TransformList::triggered, this, &MenuView::apply);
-    connect(&updater_, &UpdaterController::canCheckForUpdatesChanged, this, &MenuView::refresh);
-    buildLayout();
-    showMatches();
-    showStatus();
-}
 
-void MenuView::buildLayout() {
     auto* const layout = new QVBoxLayout(this);
     // The list's scroll bar stands in the padding at the right; everything else is as wide as the content.
     layout->setContentsMargins(Metrics::kPanelPadding, Metrics::kPanelPadding,
                                Metrics::kPanelPadding - Metrics::kScrollBarWidth, Metrics::kPanelPadding);
     layout->setSpacing(Metrics::kPanelSpacing);
     layout->setSizeConstraint(QLayout::SetFixedSize);
+    // Made from top to bottom, which is the order in which assistive technology meets the parts.
     layout->addWidget(header());
     layout->addWidget(hint());
-    layout->addWidget(searchField_);
+    layout->addWidget(searchField_ = searchField());
     layout->addWidget(new Divider(this));
-    layout->addWidget(list_);
-    layout->addWidget(statusDivider_);
-    layout->addWidget(statusLine_);
+    layout->addWidget(list_ = new TransformList(this));
+    layout->addWidget(statusLine_ = new StatusLine(this));
     layout->addWidget(new Divider(this));
-    layout->addWidget(footer_);
+    layout->addWidget(footer_ = footer());
+
+    connect(searchField_, &SearchField::queryChanged, this, &MenuView::showMatches);
+    connect(list_, &TransformList::triggered, this, &MenuView::apply);
+    connect(&updater_, &UpdaterController::canCheckForUpdatesChanged, this, &MenuView::refresh);
+    showMatches();
+    showStatus();
 }
 
 QWidget* MenuView::header() {
@@ -111,9 +104,7 @@ QWidget* MenuView::hint() {
 }
 
 SearchField* MenuView::searchField() {
-    auto* const field = new SearchField(this);
-    connect(field, &SearchField::queryChanged, this, &MenuView::showMatches);
-    return field;
+    return new SearchField(this);
 }
 
 Footer* MenuView::footer() {
@@ -130,6 +121,7 @@ QString MenuView::query() const {
 void MenuView::apply(TextTransform transform) {
     feedback_ = feedbackFor(transform, PasteboardService::transformClipboard(transform));
     showStatus();
+    statusLine_->announce();
 }
 
 void MenuView::showMatches() {
@@ -138,10 +130,17 @@ void MenuView::showMatches() {
 }
 
 void MenuView::showStatus() {
-    statusDivider_->setVisible(feedback_.has_value());
-    statusLine_->setVisible(feedback_.has_value());
     if (feedback_) statusLine_->setFeedback(*feedback_);
+    statusLine_->setVisible(feedback_.has_value());
     refresh();
+}
+
+void MenuView::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() != QEvent::FontChange || layout() == nullptr) return;
+    // The parts have adopted the new font by now. Layouts of a hidden panel would not hear of it.
+    for (QLayout* const each : findChildren<QLayout*>()) each->invalidate();
+    layout()->activate();
 }
 
 // What has to be true whenever the panel is seen.
@@ -156,9 +155,15 @@ bool MenuView::event(QEvent* event) {
     return handled;
 }
 
-// The search field's own menu is no other window.
+void MenuView::setVisible(bool visible) {
+    isHiding_ = !visible;
+    QWidget::setVisible(visible);
+    isHiding_ = false;
+}
+
+// A window that is being hidden loses the focus, too, and the search field's own menu is no other window.
 void MenuView::dismissForFocusLoss() {
-    if (!isVisible() || QApplication::activePopupWidget() != nullptr) return;
+    if (!isVisible() || isHiding_ || QApplication::activePopupWidget() != nullptr) return;
     hide();
     Q_EMIT dismissedByFocusLoss();
 }

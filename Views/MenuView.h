@@ -7,8 +7,6 @@
 
 #include <optional>
 
-class QVBoxLayout;
-
 namespace ravlin {
 
 class Footer;
@@ -40,6 +38,8 @@ public:
     /// The status of the last run, or nothing before the first one.
     const std::optional<Feedback>& feedback() const { return feedback_; }
 
+    void setVisible(bool visible) override;
+
 Q_SIGNALS:
     /// "Quit" was pressed.
     void quitRequested();
@@ -52,6 +52,7 @@ Q_SIGNALS:
 
 protected:
     bool event(QEvent* event) override;
+    void changeEvent(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
@@ -63,7 +64,6 @@ private:
     QWidget* hint();
     SearchField* searchField();
     Footer* footer();
-    void buildLayout();
 
     void refresh();
     void showMatches();
@@ -79,11 +79,11 @@ private:
 
     UpdaterController& updater_;
     std::optional<Feedback> feedback_;
-    SearchField* searchField_;
-    TransformList* list_;
-    QWidget* statusDivider_;
-    StatusLine* statusLine_;
-    Footer* footer_;
+    SearchField* searchField_ = nullptr;
+    TransformList* list_ = nullptr;
+    StatusLine* statusLine_ = nullptr;
+    Footer* footer_ = nullptr;
+    bool isHiding_ = false;
 };
 
 }  // namespace ravlin

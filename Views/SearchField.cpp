@@ -41,7 +41,6 @@ SearchField::SearchField(QWidget* parent)
           {.symbol = Symbol::clearCircle, .style = TextStyle::callout, .color = &PanelColors::tertiary}, this)) {
     setFixedWidth(Metrics::kContentWidth);
     setCursor(Qt::IBeamCursor);
-    setFocusProxy(line_);
 
     line_->setObjectName(QStringLiteral("searchField"));
     line_->setAccessibleName(QStringLiteral("Search transforms"));

@@ -10,7 +10,9 @@
 #include <QMouseEvent>
 #include <QRegularExpression>
 
+#include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <optional>
 #include <string>
 
@@ -24,6 +26,32 @@ QString asOneLine(std::string_view text, int maxLength) {
     const QRegularExpression lineBreak(QStringLiteral("\r\n|[\n\v\f\r\u0085\u2028\u2029]"));
     return toQString(text).replace(lineBreak, QStringLiteral(" "));
 }
+
+struct EditingKey {
+    QKeySequence::StandardKey key;
+    void (*act)(SearchLine& line);
+};
+
+// Every key for which the base class would reach for Qt's clipboard: it also puts what a key deletes on the clipboard,
+// over what the user copied there, and what a key selects or restores into the primary selection.
+constexpr EditingKey kEditingKeys[] = {
+    {QKeySequence::Copy, [](SearchLine& line) { line.copySelection(); }},
+    {QKeySequence::Cut, [](SearchLine& line) { line.cutSelection(); }},
+    {QKeySequence::Paste, [](SearchLine& line) { line.pasteText(); }},
+    {QKeySequence::DeleteEndOfLine, [](SearchLine& line) { line.deleteToEnd(); }},
+    {QKeySequence::DeleteCompleteLine, [](SearchLine& line) { line.deleteAll(); }},
+    {QKeySequence::Undo, [](SearchLine& line) { line.undo(); }},
+    {QKeySequence::Redo, [](SearchLine& line) { line.redo(); }},
+    {QKeySequence::SelectAll, [](SearchLine& line) { line.selectAll(); }},
+    {QKeySequence::SelectNextChar, [](SearchLine& line) { line.cursorForward(/*mark=*/true); }},
+    {QKeySequence::SelectPreviousChar, [](SearchLine& line) { line.cursorBackward(/*mark=*/true); }},
+    {QKeySequence::SelectNextWord, [](SearchLine& line) { line.cursorWordForward(/*mark=*/true); }},
+    {QKeySequence::SelectPreviousWord, [](SearchLine& line) { line.cursorWordBackward(/*mark=*/true); }},
+    {QKeySequence::SelectStartOfLine, [](SearchLine& line) { line.home(/*mark=*/true); }},
+    {QKeySequence::SelectStartOfBlock, [](SearchLine& line) { line.home(/*mark=*/true); }},
+    {QKeySequence::SelectEndOfLine, [](SearchLine& line) { line.end(/*mark=*/true); }},
+    {QKeySequence::SelectEndOfBlock, [](SearchLine& line) { line.end(/*mark=*/true); }},
+};
 
 QString withShortcut(const QString& text, QKeySequence::StandardKey key) {
     return text + QLatin1Char('\t') + QKeySequence(key).toString(QKeySequence::NativeText);
@@ -67,33 +95,21 @@ std::unique_ptr<QMenu> SearchLine::makeContextMenu() {
 }
 
 void SearchLine::keyPressEvent(QKeyEvent* event) {
-    if (!handleEditingKey(*event)) QLineEdit::keyPressEvent(event);
-}
-
-// Every key for which the base class would reach for Qt's clipboard. It does so for the two keys that delete, too, and
-// would overwrite what the user copied.
-bool SearchLine::handleEditingKey(const QKeyEvent& event) {
-    if (event.matches(QKeySequence::Copy)) {
-        copySelection();
-    } else if (event.matches(QKeySequence::Cut)) {
-        cutSelection();
-    } else if (event.matches(QKeySequence::Paste)) {
-        pasteText();
-    } else if (event.matches(QKeySequence::DeleteEndOfLine)) {
-        deleteToEnd();
-    } else if (event.matches(QKeySequence::DeleteCompleteLine)) {
-        selectAll();
-        del();
-    } else {
-        return false;
-    }
-    return true;
+    const auto* const found =
+        std::ranges::find_if(kEditingKeys, [event](const EditingKey& each) { return event->matches(each.key); });
+    if (found == std::end(kEditingKeys)) return QLineEdit::keyPressEvent(event);
+    found->act(*this);
 }
 
 void SearchLine::deleteToEnd() {
     const int length = static_cast<int>(text().size());
     if (cursorPosition() == length) return;
     setSelection(cursorPosition(), length - cursorPosition());
+    del();
+}
+
+void SearchLine::deleteAll() {
+    selectAll();
     del();
 }
 

@@ -24,6 +24,10 @@ public:
     /// Replaces the selection by the clipboard's text. Line breaks become spaces, as one line has room for none.
     void pasteText();
 
+    /// Deletes what stands after the cursor, or everything, without putting it on the clipboard.
+    void deleteToEnd();
+    void deleteAll();
+
     /// The field's menu. It looks at the clipboard only when "Paste" is chosen.
     std::unique_ptr<QMenu> makeContextMenu();
 
@@ -31,10 +35,6 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
-
-private:
-    bool handleEditingKey(const QKeyEvent& event);
-    void deleteToEnd();
 };
 
 }  // namespace ravlin

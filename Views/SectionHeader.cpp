@@ -11,7 +11,7 @@
 namespace ravlin {
 
 SectionHeader::SectionHeader(TransformCategory category, Kind kind, QWidget* parent)
-    : QWidget(parent), category_(category) {
+    : QWidget(parent), category_(category), kind_(kind) {
     setAttribute(Qt::WA_OpaquePaintEvent);
     if (kind == Kind::pinned) return;
     setObjectName(QStringLiteral("section.") + toQString(category.id()));

@@ -4,6 +4,8 @@
 
 #include <QWidget>
 
+#include <cstdint>
+
 namespace ravlin {
 
 /// The title of one section of the list, in capitals, on an opaque bar. The one that stays pinned to the top while its
@@ -16,6 +18,7 @@ public:
 
     explicit SectionHeader(TransformCategory category, Kind kind, QWidget* parent = nullptr);
 
+    Kind kind() const { return kind_; }
     TransformCategory category() const { return category_; }
     void setCategory(TransformCategory category);
 
@@ -32,6 +35,7 @@ protected:
 
 private:
     TransformCategory category_;
+    Kind kind_;
 };
 
 }  // namespace ravlin

@@ -1,10 +1,10 @@
 #include "Views/StatusLine.h"
 
+#include "Views/Divider.h"
 #include "Views/Metrics.h"
+#include "Views/StatusLabel.h"
 #include "Views/SymbolView.h"
-#include "Views/TextLabel.h"
 
-#include <QAccessible>
 #include <QEvent>
 
 #include <algorithm>
@@ -13,8 +13,9 @@ namespace ravlin {
 
 StatusLine::StatusLine(QWidget* parent)
     : QWidget(parent),
+      divider_(new Divider(this)),
       symbol_(new SymbolView({}, this)),
-      label_(new TextLabel({}, {.style = TextStyle::caption, .maxLines = Metrics::kStatusMaxLines}, this)) {
+      label_(new StatusLabel({}, {.style = TextStyle::caption, .maxLines = Metrics::kStatusMaxLines}, this)) {
     label_->setObjectName(QStringLiteral("statusLabel"));
     fit();
 }
@@ -30,6 +31,10 @@ void StatusLine::setFeedback(const Feedback& feedback) {
     fit();
 }
 
+void StatusLine::announce() {
+    label_->announce();
+}
+
 void StatusLine::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
     if (event->type() == QEvent::FontChange) fit();
@@ -40,10 +45,13 @@ void StatusLine::fit() {
     const int symbolEdge = symbolSize(TextStyle::caption, font());
     const int labelLeft = symbolEdge + Metrics::kStatusSpacing;
     label_->setTextWidth(Metrics::kContentWidth - labelLeft);
-    const int lead = label_->block().firstLineHeight() - symbolEdge;
-    symbol_->setGeometry(0, std::max(lead, 0) / 2, symbolEdge, symbolEdge);
-    label_->setGeometry(QRect(QPoint(labelLeft, std::max(-lead, 0) / 2), label_->sizeHint()));
-    setFixedSize(Metrics::kContentWidth, std::max(label_->geometry().bottom(), symbol_->geometry().bottom()) + 1);
+    const QSize labelSize = label_->sizeHint();
+    const int firstLineHeight = std::max(label_->block().firstLineHeight(), symbolEdge);
+    const int top = divider_->height() + Metrics::kPanelSpacing;
+    const int labelTop = top + (firstLineHeight - label_->block().firstLineHeight()) / 2;
+    symbol_->setGeometry(0, top + (firstLineHeight - symbolEdge) / 2, symbolEdge, symbolEdge);
+    label_->setGeometry(QRect(QPoint(labelLeft, labelTop), labelSize));
+    setFixedSize(Metrics::kContentWidth, std::max(labelTop + labelSize.height(), top + firstLineHeight));
 }
 
 }  // namespace ravlin

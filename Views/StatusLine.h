@@ -6,20 +6,23 @@
 
 namespace ravlin {
 
+class StatusLabel;
 class SymbolView;
-class TextLabel;
 
-/// The outcome of the last run: a pictogram and at most two lines of text.
+/// The outcome of the last run: a divider, and under it a pictogram and at most two lines of text.
 class StatusLine final : public QWidget {
     Q_OBJECT
 
 public:
     explicit StatusLine(QWidget* parent = nullptr);
 
-    /// Shows `feedback` in place of what was shown before, and has assistive technology announce it.
+    /// Shows `feedback` in place of what was shown before.
     void setFeedback(const Feedback& feedback);
 
-    TextLabel& label() const { return *label_; }
+    /// Has assistive technology read the text out.
+    void announce();
+
+    StatusLabel& label() const { return *label_; }
     SymbolView& symbol() const { return *symbol_; }
 
 protected:
@@ -28,8 +31,9 @@ protected:
 private:
     void fit();
 
+    QWidget* divider_;
     SymbolView* symbol_;
-    TextLabel* label_;
+    StatusLabel* label_;
 };
 
 }  // namespace ravlin

@@ -10,7 +10,7 @@ namespace ravlin {
 
 /// A plain text in one of the panel's styles and colours. It follows the desktop's font and palette, and is always as
 /// high as its text needs.
-class TextLabel final : public QLabel {
+class TextLabel : public QLabel {
     Q_OBJECT
 
 public:

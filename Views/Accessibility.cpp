@@ -1,0 +1,35 @@
+#include "Views/Accessibility.h"
+
+#include "Views/MenuView.h"
+#include "Views/SectionHeader.h"
+#include "Views/StatusLabel.h"
+
+#include <QAccessible>
+#include <QAccessibleWidget>
+
+#include <optional>
+
+namespace ravlin {
+namespace {
+
+std::optional<QAccessible::Role> roleOf(const QObject* object) {
+    if (qobject_cast<const MenuView*>(object) != nullptr) return QAccessible::Window;
+    if (const auto* const header = qobject_cast<const SectionHeader*>(object);
+        header != nullptr && header->kind() == SectionHeader::Kind::inList)
+        return QAccessible::Heading;
+    if (qobject_cast<const StatusLabel*>(object) != nullptr) return QAccessible::Notification;
+    return std::nullopt;
+}
+
+QAccessibleInterface* makeInterface(const QString& /*className*/, QObject* object) {
+    const std::optional<QAccessible::Role> role = roleOf(object);
+    return role ? new QAccessibleWidget(qobject_cast<QWidget*>(object), *role) : nullptr;
+}
+
+}  // namespace
+
+void installAccessibleRoles() {
+    QAccessible::installFactory(makeInterface);
+}
+
+}  // namespace ravlin
