@@ -13,8 +13,8 @@ public:
     /// connection stays readable for ever.
     virtual int fileDescriptor() const = 0;
 
-    /// Serves the requests that have arrived, and completes a `clearContents` that no `setString` followed. Waits for no
-    /// other application.
+    /// Serves the requests that have arrived, and completes a `clearContents` that no `setString` followed. Waits for
+    /// no other application.
     virtual void processEvents() = 0;
 
     /// To be called as the program's last act, after the user interface is gone. Where this pasteboard owns the

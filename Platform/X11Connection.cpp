@@ -33,8 +33,6 @@ constexpr std::array<std::string_view, kX11AtomCount> kAtomNames = {"CLIPBOARD",
                                                                     "application/rtf",
                                                                     "text/richtext",
                                                                     "text/html",
-                                                                    "SAVE_TARGETS",
-                                                                    "DELETE",
                                                                     "RAVLIN_CLOCK"};
 static_assert(!kAtomNames.back().empty());
 
@@ -48,7 +46,8 @@ int millisecondsUntil(X11Connection::TimePoint deadline) {
     return static_cast<int>(std::clamp<std::int64_t>(left, 0, INT_MAX));
 }
 
-/// libxcb writes with writev, so a server that has gone away would raise the signal whose default is the program's end.
+/// libxcb looks whether the server is still there before it writes, but a server that goes away in that very moment
+/// raises the signal whose default is the program's end.
 void surviveBrokenConnections() {
     struct sigaction current = {};
     if (sigaction(SIGPIPE, nullptr, &current) == 0 && current.sa_handler == SIG_DFL) {

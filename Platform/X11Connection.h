@@ -31,11 +31,9 @@ enum class X11Atom : std::uint8_t {
     applicationRTF,
     richtext,
     html,
-    saveTargets,
-    deleteTarget,
     clock,  // the property of our own window whose changes tell the server's time
 };
-inline constexpr std::size_t kX11AtomCount = 17;
+inline constexpr std::size_t kX11AtomCount = 15;
 
 /// Frees what libxcb hands over, which it allocates with malloc.
 struct X11Deleter {

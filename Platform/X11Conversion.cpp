@@ -71,6 +71,8 @@ X11Reply<xcb_get_property_reply_t> X11Conversion::takeProperty() {
         xcb_get_property(connection_.get(), /*_delete=*/1, connection_.window(), question_.property,
                          XCB_GET_PROPERTY_TYPE_ANY, 0, static_cast<std::uint32_t>(roomLeft / kPropertyUnit + 1)));
     if (!reply || reply->bytes_after > 0) state_ = State::failed;
+    // The server deletes nothing that was not read to its end.
+    if (state_ == State::failed) xcb_delete_property(connection_.get(), connection_.window(), question_.property);
     return state_ == State::failed ? nullptr : std::move(reply);
 }
 

@@ -36,7 +36,7 @@ public:
     std::optional<std::string> string() override;
     std::optional<std::string> data(Type type) override;
 
-    /// 1 where the selection has an owner, even one that does not answer, unless it is known to offer nothing.
+    /// 1 where the selection has an owner, whether it answers or not.
     std::optional<std::size_t> itemCount() override;
 
     /// Takes effect with the next operation or at the next `processEvents`: a `setString` that comes first takes its

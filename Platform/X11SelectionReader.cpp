@@ -18,10 +18,6 @@ using TimePoint = X11Connection::TimePoint;
 constexpr std::array kPlainTargets = {X11Atom::utf8String, X11Atom::plainUTF8, X11Atom::plain, X11Atom::latin1String,
                                       X11Atom::text};
 
-// What every owner lists besides its content.
-constexpr std::array kSideTargets = {X11Atom::targets, X11Atom::multiple, X11Atom::timestamp, X11Atom::saveTargets,
-                                     X11Atom::deleteTarget};
-
 constexpr int kByteFormat = 8;
 constexpr int kAtomFormat = 32;
 
@@ -73,13 +69,6 @@ std::optional<std::string> X11SelectionReader::bytes(Source source, std::span<co
         if (std::optional<Answer> answer = ask(source, target, patience)) return std::move(answer->bytes);
     }
     return std::nullopt;
-}
-
-bool X11SelectionReader::offersNothing(Source source) const {
-    if (knowledge_.changeCount != source.changeCount || !knowledge_.targets) return false;
-    return std::ranges::all_of(*knowledge_.targets, [this](xcb_atom_t offered) {
-        return std::ranges::any_of(kSideTargets, [&](X11Atom side) { return connection_.atom(side) == offered; });
-    });
 }
 
 /// Asks for the list of targets, once for each change of the clipboard. False where the owner does not answer.

@@ -47,9 +47,6 @@ public:
     /// The bytes of the first of `targets` that the owner has.
     std::optional<std::string> bytes(Source source, std::span<const X11Atom> targets);
 
-    /// Whether the owner has said that it offers no content. False where it was not asked or did not answer.
-    bool offersNothing(Source source) const;
-
     void handle(const xcb_generic_event_t& event);
 
 private:
@@ -63,7 +60,7 @@ private:
     /// What has been learned about the present owner.
     struct Knowledge {
         std::int64_t changeCount = -1;
-        bool isSilent = false;                           // did not answer in time, or ended meanwhile
+        bool isSilent = false;                           // did not answer in time, ended, or sent too much
         bool isAsked = false;                            // for its targets
         std::optional<std::vector<xcb_atom_t>> targets;  // nothing where it refused to list them
     };

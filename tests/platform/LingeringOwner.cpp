@@ -2,19 +2,27 @@
 
 #include "Platform/X11Pasteboard.h"
 
+#include <array>
 #include <iostream>
 #include <sstream>
 #include <string>
 
+#include <unistd.h>
+
 int main() {
     std::ostringstream text;
     text << std::cin.rdbuf();
+    // What a program has open besides the clipboard: its bus, its lock, its pipes.
+    std::array<int, 2> before = {};
+    std::array<int, 2> after = {};
     std::string whyNot;
+    if (pipe(before.data()) != 0) return 1;
     const auto pasteboard = ravlin::X11Pasteboard::open(nullptr, whyNot);
     if (!pasteboard || !pasteboard->setString(text.str())) {
         std::cout << "not on the clipboard: " << whyNot << std::endl;
         return 1;
     }
+    if (pipe(after.data()) != 0) return 1;
     pasteboard->lingerIfOwner();
     std::cout << "descriptor " << pasteboard->fileDescriptor() << std::endl;
     return 0;

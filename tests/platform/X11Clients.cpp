@@ -82,13 +82,15 @@ private:
     void handleEvents() {
         while (const auto event = owned(xcb_poll_for_event(client_.get()))) {
             const int type = event->response_type & 0x7F;
-            if (type == XCB_SELECTION_REQUEST && plan_.answers) answer(as<xcb_selection_request_event_t>(*event));
+            if (type == XCB_SELECTION_REQUEST) answer(as<xcb_selection_request_event_t>(*event));
             if (type == XCB_PROPERTY_NOTIFY) handleDeletion(as<xcb_property_notify_event_t>(*event));
         }
         xcb_flush(client_.get());
     }
 
     void answer(const xcb_selection_request_event_t& request) {
+        if (!plan_.answers && request.target != client_.atom("TARGETS")) return;
+        if (plan_.pauseBeforeAnswer.count() > 0) isReadable(-1, plan_.pauseBeforeAnswer);
         std::array<char, 32> wire = {};
         xcb_selection_notify_event_t notification = {};
         notification.response_type = XCB_SELECTION_NOTIFY;
@@ -103,33 +105,33 @@ private:
 
     bool convert(const xcb_selection_request_event_t& request) {
         if (request.target == client_.atom("TARGETS")) return plan_.listsTargets && listTargets(request);
-        const auto found = plan_.content.find(client_.nameOf(request.target));
+        const auto found =
+            std::ranges::find(plan_.content, client_.nameOf(request.target), &OwnerPlan::Representation::target);
         if (found == plan_.content.end()) return false;
         if (plan_.incrementSize == 0) {
-            put({request.requestor, request.property}, found->first, found->second, found->second.bytes);
+            put({request.requestor, request.property}, *found, found->bytes);
             return true;
         }
         const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
         xcb_change_window_attributes(client_.get(), request.requestor, XCB_CW_EVENT_MASK, &events);
-        transfers_[{request.requestor, request.property}] = {found->second};
-        const auto size = static_cast<std::uint32_t>(found->second.bytes.size());
+        transfers_[{request.requestor, request.property}] = {*found};
+        const auto size = static_cast<std::uint32_t>(found->bytes.size());
         xcb_change_property(client_.get(), XCB_PROP_MODE_REPLACE, request.requestor, request.property,
                             client_.atom("INCR"), 32, 1, &size);
-        targets_[{request.requestor, request.property}] = found->first;
         return true;
     }
 
     bool listTargets(const xcb_selection_request_event_t& request) {
         std::vector<xcb_atom_t> targets = {client_.atom("TARGETS"), client_.atom("TIMESTAMP")};
-        for (const auto& [name, representation] : plan_.content) targets.push_back(client_.atom(name));
+        for (const auto& each : plan_.content) targets.push_back(client_.atom(each.target));
         xcb_change_property(client_.get(), XCB_PROP_MODE_REPLACE, request.requestor, request.property, XCB_ATOM_ATOM,
                             32, static_cast<std::uint32_t>(targets.size()), targets.data());
         return true;
     }
 
-    void put(Destination to, const std::string& target, const OwnerPlan::Representation& what, std::string_view bytes) {
+    void put(Destination to, const OwnerPlan::Representation& what, std::string_view bytes) {
         xcb_change_property(client_.get(), XCB_PROP_MODE_REPLACE, to.first, to.second,
-                            client_.atom(what.type.empty() ? target : what.type), 8,
+                            client_.atom(what.type.empty() ? what.target : what.type), 8,
                             static_cast<std::uint32_t>(bytes.size()), bytes.data());
     }
 
@@ -140,7 +142,7 @@ private:
         Transfer& transfer = found->second;
         misbehave(transfer);
         const auto increment = std::string_view(transfer.content.bytes).substr(transfer.offset, plan_.incrementSize);
-        put(destination, targets_[destination], transfer.content, increment);
+        put(destination, transfer.content, increment);
         transfer.offset += increment.size();
         ++transfer.incrementCount;
         if (!increment.empty()) return;
@@ -163,7 +165,6 @@ private:
     int replies_;
     X11Client client_;
     std::map<Destination, Transfer> transfers_;
-    std::map<Destination, std::string> targets_;
 };
 
 }  // namespace
@@ -232,6 +233,14 @@ void X11Client::own(const std::string& selection) {
 void X11Client::disown() {
     xcb_set_selection_owner(connection_, XCB_WINDOW_NONE, atom("CLIPBOARD"), XCB_CURRENT_TIME);
     synchronise();
+}
+
+std::vector<std::string> X11Client::propertiesOf(xcb_window_t window) {
+    const auto reply = owned(xcb_list_properties_reply(connection_, xcb_list_properties(connection_, window), nullptr));
+    std::vector<std::string> names;
+    for (int i = 0; i < reply->atoms_len; ++i) names.push_back(nameOf(xcb_list_properties_atoms(reply.get())[i]));
+    std::ranges::sort(names);
+    return names;
 }
 
 void X11Client::synchronise() {

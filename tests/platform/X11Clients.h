@@ -46,6 +46,9 @@ public:
     void own(const std::string& selection = "CLIPBOARD");
     void disown();
 
+    /// The names of the properties that a window has, sorted.
+    std::vector<std::string> propertiesOf(xcb_window_t window);
+
     /// Waits until the server has done everything asked so far.
     void synchronise();
 
@@ -58,12 +61,14 @@ private:
 /// A program that copies: what it offers, and how it misbehaves.
 struct OwnerPlan {
     struct Representation {
+        std::string target;
         std::string bytes;
-        std::string type;  // of the answer; empty: the target itself
+        std::string type = "";  // of the answer; empty: the target itself
     };
-    std::map<std::string, Representation> content = {};
+    std::vector<Representation> content = {};
     bool listsTargets = true;
-    bool answers = true;
+    bool answers = true;  // with content; it lists its targets nevertheless
+    std::chrono::milliseconds pauseBeforeAnswer{0};
     std::size_t incrementSize = 0;  // 0: everything in one piece
     int stopsAfterIncrements = -1;  // with SIGSTOP, the first time
     int diesAfterIncrements = -1;   // with SIGKILL
@@ -75,8 +80,7 @@ class ForeignOwner {
 public:
     explicit ForeignOwner(const OwnerPlan& plan);
     /// The owner of one plain UTF-8 text.
-    explicit ForeignOwner(const std::string& text)
-        : ForeignOwner(OwnerPlan{.content = {{"UTF8_STRING", {text, ""}}}}) {}
+    explicit ForeignOwner(const std::string& text) : ForeignOwner(OwnerPlan{.content = {{"UTF8_STRING", text}}}) {}
     ForeignOwner(const ForeignOwner&) = delete;
     ForeignOwner& operator=(const ForeignOwner&) = delete;
     ForeignOwner(ForeignOwner&&) = delete;
