@@ -2,10 +2,12 @@
 
 #include "Views/Metrics.h"
 #include "Views/PanelButton.h"
+#include "Views/PanelColors.h"
 #include "Views/TextStyle.h"
 
 #include <QEvent>
 #include <QHBoxLayout>
+#include <QPainter>
 #include <QPushButton>
 
 namespace ravlin {
@@ -19,6 +21,19 @@ public:
     QSize sizeHint() const override {
         return {fontMetrics().horizontalAdvance(text()) + 2 * Metrics::kFooterButtonPaddingX,
                 QPushButton::sizeHint().height()};
+    }
+
+protected:
+    // Many styles mark the focus so faintly that it gets lost.
+    void paintEvent(QPaintEvent* event) override {
+        QPushButton::paintEvent(event);
+        if (!hasFocus()) return;
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(QPen(PanelColors(palette()).focusRing, Metrics::kFocusRingWidth));
+        constexpr qreal kInset = Metrics::kFocusRingWidth / 2;
+        painter.drawRoundedRect(QRectF(rect()).adjusted(kInset, kInset, -kInset, -kInset), Metrics::kFooterRadius,
+                                Metrics::kFooterRadius);
     }
 };
 

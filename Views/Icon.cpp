@@ -54,12 +54,12 @@ int symbolSize(TextStyle style, const QFont& base) {
     return qRound(QFontInfo(fontFor(style, base)).pixelSize() * kSizePerFontSize);
 }
 
-void paintSymbol(QPainter& painter, Symbol symbol, const QPointF& topLeft, int size, const QColor& color) {
+void paintSymbol(QPainter& painter, Symbol symbol, const QRectF& place, const QColor& color) {
     const qreal ratio = painter.device()->devicePixelRatio();
-    QPixmap pixmap = cachedPixmap(symbol, qRound(size * ratio), color);
+    QPixmap pixmap = cachedPixmap(symbol, qRound(place.width() * ratio), color);
     pixmap.setDevicePixelRatio(ratio);
     const auto onWholePixel = [ratio](qreal position) { return qRound(position * ratio) / ratio; };
-    painter.drawPixmap(QPointF(onWholePixel(topLeft.x()), onWholePixel(topLeft.y())), pixmap);
+    painter.drawPixmap(QPointF(onWholePixel(place.x()), onWholePixel(place.y())), pixmap);
 }
 
 }  // namespace ravlin

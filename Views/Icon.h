@@ -3,7 +3,7 @@
 #include "Views/TextStyle.h"
 
 #include <QColor>
-#include <QPointF>
+#include <QRectF>
 
 #include <cstdint>
 
@@ -24,8 +24,8 @@ enum class Symbol : std::uint8_t {
 /// The edge of the square in which a pictogram looks as large as text in `style`.
 int symbolSize(TextStyle style, const QFont& base);
 
-/// Draws `symbol` in `color` into the square of `size` at `topLeft`, on whole device pixels so that it is crisp at
-/// every scale of the screen.
-void paintSymbol(QPainter& painter, Symbol symbol, const QPointF& topLeft, int size, const QColor& color);
+/// Draws `symbol` in `color` into the square `place`, moved to whole device pixels so that it is crisp at every scale
+/// of the screen.
+void paintSymbol(QPainter& painter, Symbol symbol, const QRectF& place, const QColor& color);
 
 }  // namespace ravlin

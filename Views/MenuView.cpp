@@ -56,6 +56,7 @@ MenuView::MenuView(UpdaterController& updater, QWidget* parent)
     setObjectName(QStringLiteral("panel"));
     setWindowTitle(QStringLiteral("Ravlin"));
     setAccessibleName(QStringLiteral("Ravlin"));
+    setLayoutDirection(Qt::LeftToRight);  // its texts are English in every locale
 
     auto* const layout = new QVBoxLayout(this);
     // The list's scroll bar stands in the padding at the right; everything else is as wide as the content.

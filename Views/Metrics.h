@@ -16,6 +16,7 @@ inline constexpr int kStatusSpacing = 5;
 inline constexpr int kStatusMaxLines = 2;
 inline constexpr int kFooterSpacing = 10;
 inline constexpr int kFooterButtonPaddingX = 10;
+inline constexpr qreal kFooterRadius = 3;
 
 inline constexpr int kSearchSpacing = 6;
 inline constexpr int kSearchPaddingX = 8;
@@ -44,6 +45,8 @@ inline constexpr qreal kFocusRingWidth = 1.5;
 
 // The windows beside the panel.
 inline constexpr int kNoticePadding = 20;
+inline constexpr int kNoticeSpacing = 16;
+inline constexpr int kNoticeIconSize = 56;
 inline constexpr int kNoticeTextWidth = 340;
 
 }  // namespace ravlin::Metrics

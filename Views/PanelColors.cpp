@@ -20,10 +20,9 @@ qreal luminance(const QColor& color) {
     return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
 }
 
-QColor mix(const QColor& ground, const QColor& color, qreal share) {
+QColor mix(const QColor& start, const QColor& goal, qreal share) {
     const auto channel = [share](int from, int to) { return qRound(from + (to - from) * share); };
-    return {channel(ground.red(), color.red()), channel(ground.green(), color.green()),
-            channel(ground.blue(), color.blue())};
+    return {channel(start.red(), goal.red()), channel(start.green(), goal.green()), channel(start.blue(), goal.blue())};
 }
 
 /// `color`, moved towards `text` as little as it takes to stand out from every one of `grounds`.

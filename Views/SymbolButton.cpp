@@ -30,7 +30,7 @@ void SymbolButton::paintEvent(QPaintEvent* /*event*/) {
     }
     const QColor& color = isDown() ? colors.text : underMouse() ? colors.secondary : colors.*look_.color;
     constexpr int kMargin = Metrics::kSymbolButtonMargin;
-    paintSymbol(painter, look_.symbol, QPointF(kMargin, kMargin), width() - 2 * kMargin, color);
+    paintSymbol(painter, look_.symbol, QRectF(rect()).marginsRemoved({kMargin, kMargin, kMargin, kMargin}), color);
 }
 
 void SymbolButton::changeEvent(QEvent* event) {

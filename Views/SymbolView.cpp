@@ -22,7 +22,7 @@ QSize SymbolView::sizeHint() const {
 
 void SymbolView::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
-    paintSymbol(painter, look_.symbol, {}, width(), PanelColors(palette()).*look_.color);
+    paintSymbol(painter, look_.symbol, rect(), PanelColors(palette()).*look_.color);
 }
 
 void SymbolView::changeEvent(QEvent* event) {

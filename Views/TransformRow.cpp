@@ -63,8 +63,8 @@ void TransformRow::paintEvent(QPaintEvent* /*event*/) {
     subtitleBlock().paint(painter, topLeft + QPoint(0, title.height() + Metrics::kRowTextSpacing), colors.secondary);
 
     const int arrowSize = symbolSize(TextStyle::callout, font());
-    const QPointF arrow(width() - Metrics::kRowPaddingX - arrowSize, (height() - arrowSize) / 2.0);
-    paintSymbol(painter, Symbol::arrowRightCircle, arrow, arrowSize, colors.tertiary);
+    const QRectF arrow(width() - Metrics::kRowPaddingX - arrowSize, (height() - arrowSize) / 2.0, arrowSize, arrowSize);
+    paintSymbol(painter, Symbol::arrowRightCircle, arrow, colors.tertiary);
 }
 
 void TransformRow::paintGround(QPainter& painter, const PanelColors& colors) const {
@@ -81,9 +81,10 @@ void TransformRow::paintGround(QPainter& painter, const PanelColors& colors) con
 // Pointing at a subtitle that has no room shows it whole.
 bool TransformRow::event(QEvent* event) {
     if (event->type() != QEvent::ToolTip) return QAbstractButton::event(event);
-    if (subtitleBlock().isElided())
-        QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(),
-                           toQString(transform_.subtitle()).toHtmlEscaped(), this);
+    if (subtitleBlock().isElided()) {
+        const QString asRichText = QStringLiteral("<qt>%1</qt>").arg(toQString(transform_.subtitle()).toHtmlEscaped());
+        QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), asRichText, this);
+    }
     return true;
 }
 

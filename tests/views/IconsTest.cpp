@@ -18,7 +18,7 @@ QImage drawn(Symbol symbol, int size, qreal ratio, const QColor& color, const QP
     image.setDevicePixelRatio(ratio);
     image.fill(Qt::white);
     QPainter painter(&image);
-    paintSymbol(painter, symbol, topLeft, size, color);
+    paintSymbol(painter, symbol, QRectF(topLeft, QSizeF(size, size)), color);
     return image;
 }
 

@@ -4,6 +4,9 @@
 #include "Views/Metrics.h"
 #include "tests/views/PanelFixture.h"
 
+#include <QHelpEvent>
+#include <QToolTip>
+
 #include <gmock/gmock.h>
 
 namespace ravlin {
@@ -269,6 +272,35 @@ TEST_F(MenuViewTest, ASubtitleThatHasNoRoomIsElidedInOneLine) {
     open();
     EXPECT_TRUE(row(TextTransform::stripTracking).subtitleBlock().isElided());
     EXPECT_EQ(row(TextTransform::stripTracking).subtitleBlock().lineCount(), 1);
+}
+
+TEST_F(MenuViewTest, PointingAtAnElidedSubtitleShowsItWhole) {
+    const auto toolTipOver = [](QWidget& widget) {
+        QHelpEvent event(QEvent::ToolTip, QPoint(5, 5), widget.mapToGlobal(QPoint(5, 5)));
+        QApplication::sendEvent(&widget, &event);
+        return QToolTip::text().toStdString();
+    };
+    open();
+    EXPECT_FALSE(row(TextTransform::stripTracking).subtitleBlock().isElided());
+    EXPECT_EQ(toolTipOver(row(TextTransform::stripTracking)), "");
+    QFont font = QApplication::font();
+    font.setPointSizeF(16);
+    QApplication::setFont(font);
+    type("escape &");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return row(TextTransform::htmlEntitiesEncode).subtitleBlock().isElided(); }));
+    EXPECT_EQ(toolTipOver(row(TextTransform::htmlEntitiesEncode)),
+              "<qt>Escape &amp; &lt; &gt; &quot; ' to HTML entities</qt>");
+    QToolTip::hideText();
+}
+
+TEST_F(MenuViewTest, StaysLeftToRightOnARightToLeftDesktop) {
+    QApplication::setLayoutDirection(Qt::RightToLeft);
+    MenuView mirrored(updater);
+    mirrored.show();
+    EXPECT_EQ(mirrored.layoutDirection(), Qt::LeftToRight);
+    const auto* const quit = mirrored.findChild<QPushButton*>(QStringLiteral("quitButton"));
+    EXPECT_EQ(quit->mapTo(&mirrored, QPoint(quit->width(), 0)).x(), 340 - 12);
+    QApplication::setLayoutDirection(Qt::LeftToRight);
 }
 
 // --- Pinned section headers --------------------------------------------------------------------------------------
