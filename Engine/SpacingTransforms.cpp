@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 
 namespace ravlin::TextTransforms {
 namespace {
@@ -19,13 +18,6 @@ constexpr Replace::Table kPlainDashes(std::to_array<Replace::Literal>({
 }));
 
 constexpr Replace::Table kSpacesForTabs(std::to_array<Replace::Literal>({{"\t", "    "}}));
-
-/// The end of the bytes from `at` on that are characters of their own, given where the run of ASCII ends.
-std::size_t singlesEnd(std::string_view text, std::size_t at, std::size_t asciiEnd) noexcept {
-    if (at + 1 >= asciiEnd) return at;
-    const std::string_view run = text.substr(at, asciiEnd - 1 - at);
-    return at + std::min(run.find('\r'), run.size());
-}
 
 }  // namespace
 
@@ -53,18 +45,13 @@ std::string normalizeDashes(std::string_view text) {
 std::string reverseCharacters(std::string_view text) {
     std::string result(text.size(), '\0');
     char* to = result.data() + result.size();
-    for (std::size_t at = 0, asciiEnd = 0; at < text.size();) {
-        if (at >= asciiEnd) asciiEnd = Unicode::asciiRunEnd(text, at);
-        // Up to a CR, and to the last ASCII character, which may carry a mark, every byte is a character.
-        const std::size_t end = singlesEnd(text, at, asciiEnd);
-        to = std::reverse_copy(text.data() + at, text.data() + end, to - (end - at)) - (end - at);
-        at = end;
-        if (at == text.size()) break;
-
-        const std::size_t size = Unicode::characterEnd(text, at) - at;
-        to -= size;
-        std::memcpy(to, text.data() + at, size);
-        at += size;
+    for (Unicode::Pieces pieces(text); !pieces.isAtEnd();) {
+        const auto [piece, isPlain] = pieces.next();
+        to -= piece.size();
+        if (isPlain)
+            std::reverse_copy(piece.begin(), piece.end(), to);
+        else
+            std::copy(piece.begin(), piece.end(), to);
     }
     return result;
 }

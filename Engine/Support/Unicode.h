@@ -78,7 +78,41 @@ std::size_t characterEnd(std::string_view text, std::size_t at) noexcept;
 /// Looks at the two neighbours only, unless they are regional indicators, or joined emoji or Indic consonants.
 bool isCharacterBoundary(std::string_view text, std::size_t at) noexcept;
 
+/// A stretch of a text that can be taken at once: one character, or, where it is `isPlain`, ASCII without CR, of which
+/// every byte is a character.
+struct Piece {
+    std::string_view text;
+    bool isPlain = false;
+};
+
+/// Cuts a text into pieces from its start on.
+///     "ab\r\nc" followed by U+0301  ->  plain "ab", "\r\n", "c" with its accent
+class Pieces {
+public:
+    explicit Pieces(std::string_view text) noexcept : text_(text) {}
+
+    bool isAtEnd() const noexcept { return at_ == text_.size(); }
+
+    /// The next piece, before the end.
+    Piece next() noexcept;
+
+private:
+    std::string_view text_;
+    std::size_t at_ = 0;
+    std::size_t asciiEnd_ = 0;
+};
+
+/// The first place at or after byte `from`, the start of a code point, where `text` can be cut so that mapping the
+/// case of both parts or cutting them into characters gives the same as for the whole; the end where there is none.
+std::size_t independentPartEnd(std::string_view text, std::size_t from) noexcept;
+
 // --- Case and normalisation ------------------------------------------------------------------------------------------
+
+/// Room to reserve for the mapping of a text of `size` bytes, so that the few characters that grow in some language do
+/// not make the text move.
+constexpr std::size_t roomForMapped(std::size_t size) noexcept {
+    return size + size / 16 + 16;
+}
 
 /// The full, locale-independent lower-case mapping of the whole text, final sigma included.
 std::string lowerCased(std::string_view text);
@@ -97,11 +131,28 @@ void appendUpperCased(std::string& result, std::string_view text);
 /// Appends the full title-case mapping of one code point: "Ss" for U+00DF.
 void appendTitleCased(std::string& result, char32_t scalar);
 
+/// Whether the full mapping of any code point of `text` differs from it.
+bool isChangedByLowerCasing(std::string_view text) noexcept;
+bool isChangedByUpperCasing(std::string_view text) noexcept;
+
+/// The first code point of the canonical decomposition: "e" for U+00E9, itself for what does not decompose.
+char32_t decompositionStart(char32_t scalar) noexcept;
+
 /// `text` in normalisation form C (UAX #15).
 std::string nfc(std::string_view text);
 
 /// Whether `text` is in normalisation form C. Free for texts that are below U+0300 throughout.
 bool isNFC(std::string_view text);
+
+/// The longest run of combining marks that ICU may be given. It takes quadratic time for marks out of order and for
+/// some contractions; no language comes near this number, and twice the limit of the Stream-Safe Text Format (UAX #15).
+inline constexpr std::size_t kLongestMarkRun = 64;  // code points
+
+/// Whether more than `kLongestMarkRun` combining marks follow one another somewhere.
+bool hasLongMarkRun(std::string_view text) noexcept;
+
+/// `text` with every run of combining marks cut to `kLongestMarkRun`.
+std::string withShortMarkRuns(std::string_view text);
 
 // --- Trimming --------------------------------------------------------------------------------------------------------
 

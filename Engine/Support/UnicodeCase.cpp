@@ -1,13 +1,11 @@
-// Full case mappings with the root locale, and normalisation. ICU maps the single code points; whole texts are walked
-// here, because ICU measures texts in 32 bits and is slow on ASCII.
+// Full case mappings with the root locale. ICU maps the single code points; whole texts are walked here, because ICU
+// measures texts in 32 bits and is slow on ASCII.
 
 #include "Engine/Support/ASCII.h"
 #include "Engine/Support/LazyTable.h"
 #include "Engine/Support/Unicode.h"
 
-#include <unicode/bytestream.h>
 #include <unicode/casemap.h>
-#include <unicode/normalizer2.h>
 #include <unicode/stringoptions.h>
 #include <unicode/uchar.h>
 #include <unicode/utf16.h>
@@ -100,6 +98,16 @@ void appendMapping(std::string& result, Mapping mapping) {
     for (; mapping != 0; mapping >>= kScalarBits) append(result, static_cast<char32_t>(mapping & kScalarMask));
 }
 
+template <Form form>
+bool isChangedBy(std::string_view text) noexcept {
+    for (std::size_t at = 0; at < text.size();) {
+        const Scalar scalar = decode(text, at);
+        if (mappingOf<form>(scalar.value) != scalar.value) return true;
+        at += scalar.byteSize;
+    }
+    return false;
+}
+
 // --- Final sigma (Unicode Standard, table 3-17) ----------------------------------------------------------------------
 
 bool isAfterCased(std::string_view text, std::size_t at) noexcept {
@@ -122,40 +130,6 @@ bool isBeforeCased(std::string_view text, std::size_t at) noexcept {
 
 bool isFinalSigma(std::string_view text, std::size_t at, Scalar sigma) noexcept {
     return isAfterCased(text, at) && !isBeforeCased(text, at + sigma.byteSize);
-}
-
-// --- Normalisation ---------------------------------------------------------------------------------------------------
-
-const icu::Normalizer2* normalizer() noexcept {
-    UErrorCode status = U_ZERO_ERROR;
-    return icu::Normalizer2::getNFCInstance(status);
-}
-
-icu::StringPiece piece(std::string_view text) noexcept {
-    return {text.data(), static_cast<std::int32_t>(text.size())};
-}
-
-/// ICU measures in 32 bits, so longer texts are normalised in pieces that cannot act on one another.
-constexpr std::size_t kLongestPiece = std::size_t{1} << 30U;  // bytes
-
-/// The size of a first piece of `text` that can be normalised apart from the rest.
-/// NOTE: where a whole GiB holds no such place, which no text in any language does, it is cut at a code point.
-std::size_t nextPieceSize(const icu::Normalizer2& nfc, std::string_view text) noexcept {
-    if (text.size() <= kLongestPiece) return text.size();
-    std::size_t end = kLongestPiece;
-    while (end > 0) {
-        const Scalar last = decodeBefore(text, end);
-        end -= last.byteSize;
-        if (nfc.hasBoundaryBefore(static_cast<UChar32>(last.value)) != 0 && end > 0) return end;
-    }
-    return kLongestPiece - decodeBefore(text, kLongestPiece).byteSize;
-}
-
-bool isBelowCombiningMarks(std::string_view text) noexcept {
-    // Below U+0300, the first byte of which is 0xCC, every text is in form C.
-    unsigned char highest = 0;
-    for (const char byte : text) highest = std::max(highest, static_cast<unsigned char>(byte));
-    return highest < 0xCC;
 }
 
 }  // namespace
@@ -196,42 +170,24 @@ void appendTitleCased(std::string& result, char32_t scalar) {
 
 std::string lowerCased(std::string_view text) {
     std::string result;
-    result.reserve(text.size());
+    result.reserve(roomForMapped(text.size()));
     appendLowerCased(result, text, 0, text.size());
     return result;
 }
 
 std::string upperCased(std::string_view text) {
     std::string result;
-    result.reserve(text.size());
+    result.reserve(roomForMapped(text.size()));
     appendUpperCased(result, text);
     return result;
 }
 
-bool isNFC(std::string_view text) {
-    if (isBelowCombiningMarks(text)) return true;
-    const icu::Normalizer2* const nfc = normalizer();
-    UErrorCode status = U_ZERO_ERROR;
-    while (nfc != nullptr && !text.empty()) {
-        const std::size_t size = nextPieceSize(*nfc, text);
-        if (nfc->isNormalizedUTF8(piece(text.substr(0, size)), status) == 0) return false;
-        text.remove_prefix(size);
-    }
-    return true;
+bool isChangedByLowerCasing(std::string_view text) noexcept {
+    return isChangedBy<Form::lower>(text);
 }
 
-std::string nfc(std::string_view text) {
-    const icu::Normalizer2* const nfc = normalizer();
-    if (nfc == nullptr || isNFC(text)) return std::string(text);
-    std::string result;
-    icu::StringByteSink<std::string> sink(&result);
-    UErrorCode status = U_ZERO_ERROR;
-    while (!text.empty()) {
-        const std::size_t size = nextPieceSize(*nfc, text);
-        nfc->normalizeUTF8(0, piece(text.substr(0, size)), sink, nullptr, status);
-        text.remove_prefix(size);
-    }
-    return result;
+bool isChangedByUpperCasing(std::string_view text) noexcept {
+    return isChangedBy<Form::upper>(text);
 }
 
 }  // namespace ravlin::Unicode

@@ -280,6 +280,31 @@ std::size_t detail::characterEndByRules(std::string_view text, std::size_t at) n
     return at;
 }
 
+Piece Pieces::next() noexcept {
+    if (at_ >= asciiEnd_) asciiEnd_ = asciiRunEnd(text_, at_);
+    // The last one before other text may carry a mark.
+    const std::size_t end = asciiEnd_ == text_.size() || asciiEnd_ == at_ ? asciiEnd_ : asciiEnd_ - 1;
+    const std::string_view run = text_.substr(at_, end - at_);
+    const std::size_t size = std::min(run.find('\r'), run.size());
+    const std::size_t start = at_;
+    at_ = size > 0 ? start + size : characterEnd(text_, start);
+    return {.text = text_.substr(start, at_ - start), .isPlain = size > 0};
+}
+
+std::size_t independentPartEnd(std::string_view text, std::size_t from) noexcept {
+    const auto isPlain = [](char32_t scalar) { return classOf(scalar) == Class::other; };
+    if (from == 0 || from >= text.size()) return std::min(from, text.size());
+    char32_t before = decodeBefore(text, from).value;
+    while (from < text.size()) {
+        const Scalar next = decode(text, from);
+        const bool endsContext = before == '\n' || (isPlain(before) && !isCased(before) && !isCaseIgnorable(before));
+        if (endsContext && isPlain(next.value)) break;
+        before = next.value;
+        from += next.byteSize;
+    }
+    return from;
+}
+
 bool isCharacterBoundary(std::string_view text, std::size_t at) noexcept {
     if (at == 0 || at == text.size()) return true;
     const Class next = classOf(decode(text, at).value);

@@ -1,5 +1,15 @@
 #include "Engine/LineTransforms.h"
+#include "Engine/Support/LineModel.h"
+#include "Engine/TextTransform.h"
+#include "tests/engine/Oracle.h"
 
+#include <unicode/normalizer2.h>
+#include <unicode/uchar.h>
+#include <unicode/unistr.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <set>
 #include <utility>
 
 #include <gtest/gtest.h>
@@ -7,12 +17,312 @@
 namespace ravlin {
 namespace {
 
+using namespace TextTransforms;
+
+using Vectors = std::vector<std::pair<std::string_view, std::string_view>>;
+
+// --- The plain versions ----------------------------------------------------------------------------------------------
+
+std::vector<std::string> linesOf(std::string_view text) {
+    std::vector<std::string> lines = {""};
+    for (const char byte : text) {
+        if (byte == '\n')
+            lines.emplace_back();
+        else
+            lines.back() += byte;
+    }
+    return lines;
+}
+
+std::string joined(const std::vector<std::string>& lines, std::string_view separator = "\n") {
+    std::string text;
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        if (i > 0) text += separator;
+        text += lines[i];
+    }
+    return text;
+}
+
+std::string trimmed(std::string_view text) {
+    std::vector<char32_t> scalars = Oracle::scalars(text);
+    const auto isBlank = [](char32_t c) {
+        return c == U'\t' || u_charType(static_cast<UChar32>(c)) == U_SPACE_SEPARATOR;
+    };
+    while (!scalars.empty() && isBlank(scalars.back())) scalars.pop_back();
+    while (!scalars.empty() && isBlank(scalars.front())) scalars.erase(scalars.begin());
+    return Oracle::utf8(scalars);
+}
+
+constexpr std::u32string_view kLineAlphabet = U"aaB1\n\n\n\n\t \r\u00a0\u3000\u0301\u2028é\u200b";
+
+/// Compares a transform with its plain version over random texts.
+template <typename Transform, typename Plain>
+void expectSame(Transform transform, Plain plain) {
+    Oracle::Texts texts(kLineAlphabet, 24);
+    for (int i = 0; i < 50'000; ++i) {
+        const std::string text = texts.next();
+        ASSERT_EQ(transform(text), plain(text)) << testing::PrintToString(text);
+    }
+}
+
+// --- Lists -----------------------------------------------------------------------------------------------------------
+
+TEST(Listify, NumbersLinesThatAreNotBlank) {
+    const Vectors vectors = {
+        {"", ""},
+        {"  a\n\n b", "1. a\n\n2. b"},
+        {"1. a", "1. 1. a"},
+        {"a\n", "1. a\n"},
+        {"\t \na\n\u00a0", "\n1. a\n"},
+        {"a\r\n\r\nb", "1. a\r\n2. \r\n3. b"},
+        {"a\n\n\nb", "1. a\n\n\n2. b"},
+    };
+    for (const auto& [text, expected] : vectors) EXPECT_EQ(listify(text, /*numbered=*/true), expected);
+}
+
+TEST(Listify, PutsBulletsBeforeLinesThatAreNotBlank) {
+    const Vectors vectors = {
+        {"", ""}, {"  a\n\n b", "- a\n\n- b"}, {"- a", "- - a"}, {"a\r\n\r\nb", "- a\r\n- \r\n- b"}, {"\t ", ""},
+    };
+    for (const auto& [text, expected] : vectors) EXPECT_EQ(listify(text, /*numbered=*/false), expected);
+}
+
+TEST(Listify, WritesNumbersInPlainDecimal) {
+    std::string text;
+    std::string expected;
+    for (int i = 1; i <= 1234; ++i) {
+        text += "x\n";
+        expected += std::to_string(i) + ". x\n";
+    }
+    EXPECT_EQ(listify(text, /*numbered=*/true), expected);
+}
+
+TEST(Listify, IsThatOfThePlainVersionInRandomTexts) {
+    for (const bool numbered : {true, false}) {
+        expectSame([&](const std::string& text) { return listify(text, numbered); },
+                   [&](const std::string& text) {
+                       std::vector<std::string> lines = linesOf(text);
+                       int counter = 0;
+                       for (std::string& line : lines) {
+                           line = trimmed(line);
+                           if (line.empty()) continue;
+                           line = (numbered ? std::to_string(++counter) + ". " : "- ") + line;
+                       }
+                       return joined(lines);
+                   });
+    }
+}
+
+TEST(Listify, NumberedListAndNumberLinesAreTheSame) {
+    Oracle::Texts texts(kLineAlphabet, 24);
+    for (int i = 0; i < 2'000; ++i) {
+        const std::string text = texts.next();
+        EXPECT_EQ(TextTransform(TextTransform::numberedList).apply(text),
+                  TextTransform(TextTransform::numberLines).apply(text));
+    }
+}
+
+// --- Order -----------------------------------------------------------------------------------------------------------
+
+class SortLines : public testing::Test {
+protected:
+    SortLines() { setenv("LC_ALL", "C.UTF-8", 1); }
+    ~SortLines() override { unsetenv("LC_ALL"); }
+};
+
+TEST_F(SortLines, GoesUpAndDownAndKeepsTiesInOrder) {
+    const struct {
+        std::string_view text, ascending, descending;
+    } vectors[] = {
+        {"", "", ""},
+        {"a", "a", "a"},
+        {"b\na\n", "\na\nb", "b\na\n"},
+        {"apple\nApple", "apple\nApple", "apple\nApple"},
+        {"item10\nitem2", "item10\nitem2", "item2\nitem10"},
+        {"Zebra\napple\nBanane", "apple\nBanane\nZebra", "Zebra\nBanane\napple"},
+    };
+    for (const auto& vector : vectors) {
+        EXPECT_EQ(sortLines(vector.text, /*ascending=*/true), vector.ascending);
+        EXPECT_EQ(sortLines(vector.text, /*ascending=*/false), vector.descending);
+    }
+}
+
+TEST_F(SortLines, CarriageReturnsGoWithTheirLinesAndCount) {
+    EXPECT_EQ(sortLines("ba\nb \nb\r\nb", /*ascending=*/true), "b\nb\r\nb \nba");
+}
+
+TEST_F(SortLines, FollowsTheUsersLanguage) {
+    EXPECT_EQ(sortLines("ö\nz", /*ascending=*/true), "ö\nz");
+    setenv("LC_ALL", "sv_SE.UTF-8", 1);
+    EXPECT_EQ(sortLines("ö\nz", /*ascending=*/true), "z\nö");
+}
+
 TEST(ReverseLines, TurnsTheOrderRoundAndKeepsCarriageReturnsWithTheirLines) {
-    const std::pair<std::string_view, std::string_view> vectors[] = {
+    const Vectors vectors = {
         {"", ""},     {"a", "a"},     {"a\nb\n", "\nb\na"}, {"one\r\ntwo", "two\none\r"},
         {"\n", "\n"}, {"\na", "a\n"}, {"a\n\nb", "b\n\na"}, {"a\r\nb\r\nc", "c\nb\r\na\r"},
     };
-    for (const auto& [text, expected] : vectors) EXPECT_EQ(TextTransforms::reverseLines(text), expected);
+    for (const auto& [text, expected] : vectors) EXPECT_EQ(reverseLines(text), expected);
+}
+
+TEST(ShuffleLines, IsAlwaysTheSame) {
+    const Vectors vectors = {
+        {"", ""},
+        {"a", "a"},
+        {"a\nb", "b\na"},
+        {"a\nb\nc", "a\nb\nc"},
+        {"a\nb\nc\nd\ne", "a\nc\nb\ne\nd"},
+        {"1\n2\n3\n4\n5\n6\n7\n8\n9\n10", "2\n4\n5\n7\n1\n8\n10\n3\n6\n9"},
+        {"a\r\nb", "b\na\r"},
+        {"a\n", "\na"},
+    };
+    for (const auto& [text, expected] : vectors) EXPECT_EQ(shuffleLines(text), expected);
+}
+
+TEST(ShuffleLines, IsThatOfThePlainVersionInRandomTexts) {
+    expectSame(shuffleLines, [](const std::string& text) {
+        std::vector<std::string> lines = linesOf(text);
+        std::uint64_t state = 11400714819323198485U;
+        for (std::size_t i = lines.size(); i >= 2; --i) {
+            state = state * 6364136223846793005U + 1442695040888963407U;
+            const std::size_t j = state % i;
+            if (j != i - 1) std::swap(lines[i - 1], lines[j]);
+        }
+        return joined(lines);
+    });
+}
+
+// --- Fewer lines -----------------------------------------------------------------------------------------------------
+
+TEST(RemoveDuplicateLines, KeepsTheFirstOfEach) {
+    const Vectors vectors = {
+        {"", ""},
+        {"a\n\nb\n\na", "a\n\nb"},
+        {"a\na ", "a\na "},
+        {"a\nA", "a\nA"},
+        {"a\r\na", "a\r\na"},
+        {"a\r\na\r\na", "a\r\na"},
+        {"é\ne\u0301", "é"},
+        {"e\u0301\né", "e\u0301"},
+        {"\u212b\n\u00c5\nA\u030a", "\u212b"},
+        {"ﬁ\nfi", "ﬁ\nfi"},
+        {"\n\n\n", ""},
+        {"a\n", "a\n"},
+        {"각\n각", "각"},
+    };
+    for (const auto& [text, expected] : vectors) EXPECT_EQ(removeDuplicateLines(text), expected);
+}
+
+TEST(RemoveDuplicateLines, IsThatOfThePlainVersionInRandomTexts) {
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::Normalizer2* const nfc = icu::Normalizer2::getNFCInstance(status);
+    const auto plain = [&](const std::string& text) {
+        std::set<std::string> seen;
+        std::vector<std::string> kept;
+        for (const std::string& line : linesOf(text)) {
+            std::string key;
+            nfc->normalize(icu::UnicodeString::fromUTF8(line), status).toUTF8String(key);
+            if (seen.insert(key).second) kept.push_back(line);
+        }
+        return joined(kept);
+    };
+    expectSame(removeDuplicateLines, plain);
+    Oracle::Texts texts(U"\n\n\n\ne\u0301é\u0323\u0345\u212bA\u030a\u1100\u1161\uac00", 40);
+    for (int i = 0; i < 50'000; ++i) {
+        const std::string text = texts.next();
+        ASSERT_EQ(removeDuplicateLines(text), plain(text)) << testing::PrintToString(text);
+    }
+}
+
+TEST(RemoveEmptyLines, DropsBlankLinesAndTouchesNoOther) {
+    const Vectors vectors = {
+        {"", ""},
+        {" x \n \n\ny", " x \ny"},
+        {"\n\n", ""},
+        {"a\r\n\r\nb", "a\r\n\r\nb"},
+        {"\t\u00a0\nx\n", "x"},
+        {"\u200b\n\u3000", "\u200b"},
+    };
+    for (const auto& [text, expected] : vectors) EXPECT_EQ(removeEmptyLines(text), expected);
+    expectSame(removeEmptyLines, [](const std::string& text) {
+        std::vector<std::string> kept;
+        for (const std::string& line : linesOf(text))
+            if (!trimmed(line).empty()) kept.push_back(line);
+        return joined(kept);
+    });
+}
+
+// --- Every line ------------------------------------------------------------------------------------------------------
+
+TEST(TrimEachLine, RemovesBlanksAtBothEnds) {
+    const Vectors vectors = {
+        {"", ""},
+        {"  a b  \n\t\nc\u00a0\n", "a b\n\nc\n"},
+        {"a  \r\n b", "a  \r\nb"},
+        {" \u0301x", "\u0301x"},
+        {"\u200b x", "\u200b x"},
+    };
+    for (const auto& [text, expected] : vectors) EXPECT_EQ(trimEachLine(text), expected);
+    expectSame(trimEachLine, [](const std::string& text) {
+        std::vector<std::string> lines = linesOf(text);
+        for (std::string& line : lines) line = trimmed(line);
+        return joined(lines);
+    });
+}
+
+TEST(JoinLines, PutsOneSpaceBetweenLinesThatAreNotBlank) {
+    const Vectors vectors = {
+        {"", ""},        {"  one\n\n two  three\n", "one two  three"}, {"a\r\nb", "a\r b"}, {"a\r\n\r\nb", "a\r \r b"},
+        {" \n\t\n", ""},
+    };
+    for (const auto& [text, expected] : vectors) EXPECT_EQ(joinLines(text), expected);
+    expectSame(joinLines, [](const std::string& text) {
+        std::vector<std::string> kept;
+        for (const std::string& line : linesOf(text))
+            if (!trimmed(line).empty()) kept.push_back(trimmed(line));
+        return joined(kept, " ");
+    });
+}
+
+TEST(QuoteLines, MarksEveryLine) {
+    const Vectors vectors = {
+        {"", ">"}, {"a\n\n b", "> a\n>\n>  b"}, {"a\n", "> a\n>"}, {"  ", ">   "}, {"a\r\n\r\nb", "> a\r\n> \r\n> b"},
+    };
+    for (const auto& [text, expected] : vectors) EXPECT_EQ(quoteLines(text), expected);
+    expectSame(quoteLines, [](const std::string& text) {
+        std::vector<std::string> lines = linesOf(text);
+        for (std::string& line : lines) line = line.empty() ? ">" : "> " + line;
+        return joined(lines);
+    });
+}
+
+// --- Hostile texts ---------------------------------------------------------------------------------------------------
+
+TEST(LineTransforms, TakeHostileTextsInTheirStride) {
+    const auto repeated = [](std::string_view piece, std::size_t size) {
+        std::string text;
+        while (text.size() < size) text += piece;
+        return text;
+    };
+    constexpr std::size_t kSize = 300'000;  // bytes
+    const std::string texts[] = {
+        repeated("\n", kSize),
+        repeated("x", kSize),
+        repeated("\r\n", kSize),
+        repeated("\u0301", kSize),
+        repeated("\u0316\u0301", kSize) + "\n" + repeated("\u0301\u0316", kSize),
+        repeated("\u0f71", kSize) + "\na" + repeated("\u0f71", kSize),
+        repeated("\u0f73\u0344\u0316", kSize) + "\nb",
+        repeated("a\u0316\u0301\u0316\u0301\n", kSize),
+        repeated("same prefix again and again ", kSize / 2) + "a\n" +
+            repeated("same prefix again and again ", kSize / 2),
+    };
+    const auto start = std::chrono::steady_clock::now();
+    for (const TextTransform transform : TextTransform::allCases()) {
+        if (transform.category() != TransformCategory::lines) continue;
+        for (const std::string& text : texts) transform.apply(text);
+    }
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(60));
 }
 
 }  // namespace

@@ -405,5 +405,75 @@ TEST(Normalisation, OfRandomTextsIsThatOfICU) {
     }
 }
 
+TEST(Normalisation, OfLongRunsOfMarksIsThatOfICUToo) {
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::Normalizer2* const icuNFC = icu::Normalizer2::getNFCInstance(status);
+    Oracle::Texts runs(U"\u0301\u0316\u0345\u0323\u0f71\u0f72\u0f73\u0344\u0334\u093c\u3099\u20d0", 200);
+    for (int i = 0; i < 2'000; ++i) {
+        const std::string text = "aé" + runs.next() + "b\u3099か" + runs.next();
+        std::string expected;
+        icuNFC->normalize(icu::UnicodeString::fromUTF8(text), status).toUTF8String(expected);
+        ASSERT_EQ(Unicode::nfc(text), expected);
+        ASSERT_EQ(Unicode::isNFC(text), text == expected);
+        ASSERT_TRUE(Unicode::isNFC(expected));
+    }
+}
+
+TEST(Normalisation, CutsRunsOfMarksOnRequest) {
+    std::string marks;
+    for (int i = 0; i < 64; ++i) marks += "\u0301";
+    EXPECT_FALSE(Unicode::hasLongMarkRun("a" + marks + "b" + marks));
+    EXPECT_TRUE(Unicode::hasLongMarkRun("a" + marks + "\u0316"));
+    EXPECT_EQ(Unicode::withShortMarkRuns("a" + marks + "\u0316b" + marks), "a" + marks + "b" + marks);
+}
+
+TEST(Decomposition, StartsWithTheBaseCharacter) {
+    const std::pair<char32_t, char32_t> vectors[] = {
+        {U'a', U'a'},      {U'\0', U'\0'},         {U'é', U'e'},   {U'\u1ec7', U'e'},
+        {U'\u212b', U'A'}, {U'\u2260', U'='},      {U'ß', U'ß'},   {U'ø', U'ø'},
+        {U'\u037e', U';'}, {U'\uac01', U'\u1100'}, {U'が', U'か'}, {U'\U0002f800', U'\u4e3d'},
+    };
+    for (const auto& [scalar, expected] : vectors) EXPECT_EQ(Unicode::decompositionStart(scalar), expected);
+}
+
+// --- Pieces ----------------------------------------------------------------------------------------------------------
+
+TEST(Pieces, AreRunsOfPlainCharactersAndSingleOthers) {
+    Oracle::Texts texts(U"aaab1 \r\n\u0301\u0600é\u200d\U0001f468", 16);
+    for (int i = 0; i < 100'000; ++i) {
+        const std::string text = texts.next();
+        std::vector<std::string> characters;
+        for (Unicode::Pieces pieces(text); !pieces.isAtEnd();) {
+            const Unicode::Piece piece = pieces.next();
+            ASSERT_FALSE(piece.text.empty());
+            if (piece.isPlain)
+                for (const char byte : piece.text) characters.emplace_back(1, byte);
+            else
+                characters.emplace_back(piece.text);
+        }
+        ASSERT_EQ(characters, Oracle::characters(text)) << testing::PrintToString(text);
+    }
+}
+
+TEST(IndependentParts, AreMappedAndCutApartLikeTheWhole) {
+    Oracle::Texts texts(U"aΣσ'.1 \r\n\u0301\u0600é中\u200d\U0001f468\u0130\u24c2\u0915\u094d", 12);
+    for (int i = 0; i < 100'000; ++i) {
+        const std::string text = texts.next();
+        for (std::size_t from = 0; from < text.size(); from += Unicode::decode(text, from).byteSize) {
+            const std::size_t end = Unicode::independentPartEnd(text, from);
+            ASSERT_GE(end, from);
+            const std::string first = text.substr(0, end);
+            const std::string second = text.substr(end);
+            ASSERT_EQ(Oracle::lowerCased(first) + Oracle::lowerCased(second), Oracle::lowerCased(text));
+            std::vector<std::string> characters = Oracle::characters(first);
+            for (const std::string& character : Oracle::characters(second)) characters.push_back(character);
+            ASSERT_EQ(characters, Oracle::characters(text)) << testing::PrintToString(text);
+        }
+    }
+    EXPECT_EQ(Unicode::independentPartEnd("ab cd", 1), 3U);
+    EXPECT_EQ(Unicode::independentPartEnd("中文字", 3), 3U);
+    EXPECT_EQ(Unicode::independentPartEnd("abcd", 1), 4U);
+}
+
 }  // namespace
 }  // namespace ravlin

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// The order in which a language sorts text: case does not count, accents do, blanks and punctuation do, and digits are
+/// compared one by one.
+namespace ravlin::Collation {
+
+/// The ICU locale for a POSIX locale name. "C", "POSIX" and "" mean the root locale, "".
+///     icuLocale("de_DE.UTF-8@euro")  ->  "de_DE"        icuLocale("sr_RS@latin")  ->  "sr_Latn_RS"
+std::string icuLocale(std::string_view posixName);
+
+/// The ICU locale that the user's environment asks for: the first of LC_ALL, LC_COLLATE and LANG that is not empty.
+std::string userLocale();
+
+/// Sorts texts, which it refers to, by a locale. Takes 32 bytes per text and about 1.2 bytes per byte of text.
+class Sorter {
+public:
+    /// NOTE: where ICU has no collator to give, texts are ordered by their code points.
+    explicit Sorter(const std::string& locale);
+    Sorter(const Sorter&) = delete;
+    Sorter& operator=(const Sorter&) = delete;
+    Sorter(Sorter&&) = delete;
+    Sorter& operator=(Sorter&&) = delete;
+    ~Sorter();
+
+    /// Makes room for `count` texts.
+    void reserve(std::size_t count) { entries_.reserve(count); }
+
+    void add(std::string_view text);
+
+    /// Puts what was added in order. Texts that compare as equal keep the order in which they were added, whether
+    /// ascending or descending; that order is also the order of their addresses.
+    void sort(bool ascending);
+
+    /// Calls `visit` with every text in order.
+    template <typename Visit>
+    void forEach(Visit visit) const {
+        for (const Entry& entry : entries_) visit(entry.text);
+    }
+
+private:
+    class Keys;
+
+    struct Entry {
+        std::uint64_t prefix = 0;    // the first bytes of the sort key, the first one highest
+        const char* rest = nullptr;  // the others, ended by 0; null where there is no key, and `prefix` is an index
+        std::string_view text;
+    };
+
+    int compare(const Entry& a, const Entry& b) const;
+
+    std::unique_ptr<Keys> keys_;
+    std::vector<Entry> entries_;
+};
+
+}  // namespace ravlin::Collation
