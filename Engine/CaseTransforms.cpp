@@ -10,6 +10,287 @@
 namespace ravlin::TextTransforms {
 namespace {
 
+// --- Characters ------------------------------------------------------------------------------------------------------
+
+/// What a character is; any number of these.
+using Kind = std::uint8_t;
+constexpr Kind kKnown = 1;  // so that no kind is 0, which the table takes as "not asked yet"
+constexpr Kind kLetter = 2;
+constexpr Kind kNumber = 4;
+constexpr Kind kUpper = 8;
+constexpr Kind kLower = 16;
+
+constexpr bool isSeparator(Kind kind) noexcept {
+    return (kind & (kLetter | kNumber)) == 0;
+}
+
+/// Kinds by what a character is and what becomes of it. Cased characters that neither mapping changes, like the
+/// ordinal indicators, are both upper and lower case.
+constexpr Kind caseOf(bool isCased, bool isChangedByUpper, bool isChangedByLower) noexcept {
+    Kind kind = 0;
+    if (!isChangedByUpper && (isCased || isChangedByLower)) kind |= kUpper;
+    if (!isChangedByLower && (isCased || isChangedByUpper)) kind |= kLower;
+    return kind;
+}
+
+Kind computeKind(char32_t scalar) noexcept {
+    std::string text;
+    Unicode::append(text, scalar);
+    Kind kind = kKnown;
+    if (Unicode::isLetter(scalar)) kind |= kLetter;
+    if (Unicode::isNumber(scalar)) kind |= kNumber;
+    kind |=
+        caseOf(Unicode::isCased(scalar), Unicode::isChangedByUpperCasing(text), Unicode::isChangedByLowerCasing(text));
+    if (Unicode::isUppercase(scalar)) kind |= kUpper;
+    if (Unicode::isLowercase(scalar)) kind |= kLower;
+    return kind;
+}
+
+Kind kindOf(char32_t scalar) noexcept {
+    static constinit LazyTable<Kind, 0x110000, computeKind> kinds;
+    return kinds[scalar];
+}
+
+Kind kindOf(std::string_view character) noexcept {
+    const Unicode::Scalar first = Unicode::decode(character, 0);
+    const Kind kind = kindOf(first.value);
+    if (first.byteSize == character.size()) return kind;
+    const Kind casing = caseOf(/*isCased=*/false, Unicode::isChangedByUpperCasing(character),
+                               Unicode::isChangedByLowerCasing(character));
+    return static_cast<Kind>((kind & (kLetter | kNumber)) | casing);
+}
+
+Kind kindOf(char byte) noexcept {
+    return kindOf(static_cast<char32_t>(static_cast<unsigned char>(byte)));
+}
+
+// --- Words -----------------------------------------------------------------------------------------------------------
+
+/// Finds the words of a text whose characters it is given in order. A word is a stretch of the text.
+template <typename Visit>
+class WordSplitter {
+public:
+    WordSplitter(std::string_view text, Visit visit) : text_(text), visit_(visit) {}
+
+    /// Takes the character that starts at byte `at`.
+    void take(std::size_t at, Kind kind) {
+        const bool endsAcronym = (kind & kLower) != 0 && (last_ & kUpper) != 0 && (beforeLast_ & kUpper) != 0;
+        if (endsAcronym) endWord(lastStart_);  // whose last capital begins the next word
+        if (isSeparator(kind)) {
+            endWord(at);
+            last_ = kNone;
+            return;
+        }
+        const bool isAfterLowerOrNumber = (last_ & (kLower | kNumber)) != 0;
+        if (last_ == kNone) wordStart_ = at;
+        beforeLast_ = last_;
+        if ((kind & kUpper) != 0 && isAfterLowerOrNumber) endWord(at);
+        last_ = kind;
+        lastStart_ = at;
+    }
+
+    void finish() { endWord(text_.size()); }
+
+private:
+    static constexpr Kind kNone = 0;
+
+    void endWord(std::size_t end) {
+        if (last_ != kNone) visit_(text_.substr(wordStart_, end - wordStart_));
+        wordStart_ = end;
+        beforeLast_ = kNone;
+    }
+
+    std::string_view text_;
+    Visit visit_;
+    std::size_t wordStart_ = 0;
+    std::size_t lastStart_ = 0;
+    Kind last_ = kNone;        // the last character of the current word; none where there is no word
+    Kind beforeLast_ = kNone;  // the one before it in the same word
+};
+
+template <typename Visit>
+void forEachWord(std::string_view text, Visit visit) {
+    WordSplitter<Visit> splitter(text, visit);
+    std::size_t at = 0;
+    for (Unicode::Pieces pieces(text); !pieces.isAtEnd();) {
+        const auto [piece, isPlain] = pieces.next();
+        if (!isPlain)
+            splitter.take(at, kindOf(piece));
+        else
+            for (std::size_t i = 0; i < piece.size(); ++i) splitter.take(at + i, kindOf(piece[i]));
+        at += piece.size();
+    }
+    splitter.finish();
+}
+
+/// Room for the words of a text and what may stand between them, where a word has two characters or more.
+constexpr std::size_t roomForWords(std::size_t size) noexcept {
+    return size + size / 2;
+}
+
+template <typename AppendWord>
+std::string joinedWords(std::string_view text, std::string_view separator, AppendWord appendWord) {
+    std::string result;
+    result.reserve(roomForWords(text.size()));
+    forEachWord(text, [&](std::string_view word) {
+        if (!result.empty()) result += separator;
+        appendWord(result, word);
+    });
+    return result;
+}
+
+/// A word is the context of its final sigma.
+void appendLowerCased(std::string& result, std::string_view word) {
+    Unicode::appendLowerCased(result, word, 0, word.size());
+}
+
+void appendCapitalised(std::string& result, std::string_view word) {
+    const std::size_t start = result.size();
+    appendLowerCased(result, word);
+    const std::string_view lowered = std::string_view(result).substr(start);
+    const std::size_t size = Unicode::characterEnd(lowered, 0);
+    if (size == 1)
+        result[start] = ASCII::toUpper(result[start]);
+    else
+        result.replace(start, size, Unicode::upperCased(lowered.substr(0, size)));
+}
+
+// --- sentenceCase ----------------------------------------------------------------------------------------------------
+
+/// A text that is given upper-case letters from its start to its end. They mostly take as many bytes as the lower-case
+/// ones, so the text is changed where it stands and only written anew from the first place on where they do not.
+class Capitaliser {
+public:
+    explicit Capitaliser(std::string text) : text_(std::move(text)) {}
+
+    std::string_view text() const noexcept { return text_; }
+
+    /// Upper-cases the bytes [`from`, `to`), which lie after those of the last call.
+    void capitalise(std::size_t from, std::size_t to) {
+        const std::string upper = Unicode::upperCased(text().substr(from, to - from));
+        if (upper.size() == to - from) {
+            std::copy(upper.begin(), upper.end(), text_.begin() + static_cast<std::ptrdiff_t>(from));
+            return;
+        }
+        rewritten_.reserve(Unicode::roomForMapped(text_.size()));
+        rewritten_ += text().substr(copied_, from - copied_);
+        rewritten_ += upper;
+        copied_ = to;
+    }
+
+    std::string take() && {
+        if (copied_ == 0) return std::move(text_);
+        rewritten_ += text().substr(copied_);
+        return std::move(rewritten_);
+    }
+
+private:
+    std::string text_;
+    std::string rewritten_;  // the text up to `copied_`, unless that is 0
+    std::size_t copied_ = 0;
+};
+
+constexpr bool isSentenceTerminator(char byte) noexcept {
+    return byte == '.' || byte == '!' || byte == '?';
+}
+
+/// Whether the character at byte `at` is exactly the one of a single ASCII byte.
+bool isSingle(std::string_view text, std::size_t at) noexcept {
+    return Unicode::isCharacterBoundary(text, at) && Unicode::characterEnd(text, at) == at + 1;
+}
+
+/// Whether a sentence ends before byte `at`, which follows a terminator.
+bool isSentenceEnd(std::string_view text, std::size_t at) noexcept {
+    if (at == text.size()) return true;
+    const char next = text[at];
+    return (next == ' ' || next == '\n' || next == '\t') && isSingle(text, at);
+}
+
+/// The place after the next sentence, or the end of the text.
+std::size_t nextSentence(std::string_view text, std::size_t at) noexcept {
+    for (; at < text.size(); ++at)
+        if (isSentenceTerminator(text[at]) && isSingle(text, at) && isSentenceEnd(text, at + 1)) return at + 1;
+    return at;
+}
+
+/// The next letter at or after the character that starts at byte `at`, or the end of the text.
+std::size_t nextLetter(std::string_view text, std::size_t at) noexcept {
+    while (at < text.size() && (kindOf(Unicode::decode(text, at).value) & kLetter) == 0)
+        at = Unicode::characterEnd(text, at);
+    return at;
+}
+
+// --- slugify ---------------------------------------------------------------------------------------------------------
+
+/// Latin, Greek and Cyrillic end before here; only they lose their diacritics.
+constexpr char32_t kFirstUnfolded = 0x510;
+
+constexpr char32_t kNoBase = 0xFFFFFFFF;
+
+constexpr bool isSkinTone(char32_t scalar) noexcept {
+    return scalar >= 0x1F3FB && scalar <= 0x1F3FF;
+}
+
+/// Whether a diacritic that follows a base character goes with it. Other scripts lose only marks that are not theirs.
+bool isDropped(char32_t base, char32_t following) noexcept {
+    if (Unicode::isGraphemeExtend(following)) return base < kFirstUnfolded || following < kFirstUnfolded;
+    return base < kFirstUnfolded && isSkinTone(following);
+}
+
+/// `text` without its diacritics.
+std::string folded(std::string_view text) {
+    std::string result;
+    result.reserve(text.size());
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t asciiEnd = Unicode::asciiRunEnd(text, at);
+        result += text.substr(at, asciiEnd - at);
+        char32_t base = asciiEnd > at ? U'a' : kNoBase;
+        for (at = asciiEnd; at < text.size() && !Unicode::isASCII(text[at]);) {
+            const Unicode::Scalar scalar = Unicode::decode(text, at);
+            at += scalar.byteSize;
+            if (base != kNoBase && isDropped(base, scalar.value)) continue;
+            const bool isKeptMark = base != kNoBase && Unicode::isGraphemeExtend(scalar.value);
+            const char32_t start = isKeptMark ? scalar.value : Unicode::decompositionStart(scalar.value);
+            const char32_t kept = start < kFirstUnfolded ? start : scalar.value;
+            if (!isKeptMark) base = kept;
+            Unicode::append(result, kept);
+        }
+    }
+    return result;
+}
+
+/// Puts the letters and numbers of folded texts together, with "-" for what stands between them.
+class Slug {
+public:
+    explicit Slug(std::size_t size) { slug_.reserve(size); }
+
+    void append(std::string_view text) {
+        for (Unicode::Pieces pieces(text); !pieces.isAtEnd();) {
+            const auto [piece, isPlain] = pieces.next();
+            if (!isPlain)
+                append(piece, kindOf(Unicode::decode(piece, 0).value));
+            else
+                for (std::size_t i = 0; i < piece.size(); ++i) append(piece.substr(i, 1), kindOf(piece[i]));
+        }
+    }
+
+    std::string take() && { return std::move(slug_); }
+
+private:
+    void append(std::string_view character, Kind kind) {
+        if (isSeparator(kind)) {
+            isAfterSeparator_ = true;
+            return;
+        }
+        if (isAfterSeparator_ && !slug_.empty()) slug_ += '-';
+        slug_ += character;
+        isAfterSeparator_ = false;
+    }
+
+    std::string slug_;
+    bool isAfterSeparator_ = false;
+};
+
 // --- titleCase -------------------------------------------------------------------------------------------------------
 
 /// What a code point does to words: ends one, goes on with one, or starts one where none is.
@@ -96,6 +377,85 @@ std::string titleCase(std::string_view text) {
         }
     }
     return result;
+}
+
+std::string sentenceCase(std::string_view text) {
+    Capitaliser sentences(Unicode::lowerCased(text));
+    for (std::size_t at = 0; at < sentences.text().size();) {
+        const std::size_t letter = nextLetter(sentences.text(), at);
+        if (letter == sentences.text().size()) break;
+        at = Unicode::characterEnd(sentences.text(), letter);
+        sentences.capitalise(letter, at);
+        at = nextSentence(sentences.text(), at);
+    }
+    return std::move(sentences).take();
+}
+
+std::string capitalizeWords(std::string_view text) {
+    std::string result;
+    result.reserve(Unicode::roomForMapped(text.size()));
+    bool isAfterSeparator = true;
+    for (Unicode::Pieces pieces(text); !pieces.isAtEnd();) {
+        const auto [piece, isPlain] = pieces.next();
+        if (isPlain) {
+            ASCII::appendMapped(result, piece, [&isAfterSeparator](char byte) {
+                const char mapped = isAfterSeparator ? ASCII::toUpper(byte) : byte;
+                isAfterSeparator = isSeparator(kindOf(byte));
+                return mapped;
+            });
+            continue;
+        }
+        const Kind kind = kindOf(Unicode::decode(piece, 0).value);
+        if (isAfterSeparator && (kind & kLetter) != 0)
+            Unicode::appendUpperCased(result, piece);
+        else
+            result += piece;
+        isAfterSeparator = isSeparator(kind);
+    }
+    return result;
+}
+
+std::vector<std::string> tokenizeWords(std::string_view text) {
+    std::vector<std::string> words;
+    forEachWord(text, [&](std::string_view word) { words.emplace_back(word); });
+    return words;
+}
+
+std::string camelCase(std::string_view text) {
+    return joinedWords(text, "", [](std::string& result, std::string_view word) {
+        if (result.empty())
+            appendLowerCased(result, word);
+        else
+            appendCapitalised(result, word);
+    });
+}
+
+std::string pascalCase(std::string_view text) {
+    return joinedWords(text, "", appendCapitalised);
+}
+
+std::string snakeCase(std::string_view text) {
+    return joinedWords(text, "_", appendLowerCased);
+}
+
+std::string kebabCase(std::string_view text) {
+    return joinedWords(text, "-", appendLowerCased);
+}
+
+std::string constantCase(std::string_view text) {
+    return joinedWords(text, "_", Unicode::appendUpperCased);
+}
+
+std::string slugify(std::string_view text) {
+    // In parts, because neither the folded nor the lower-cased text is needed as a whole.
+    constexpr std::size_t kPartSize = 0x10000;  // bytes
+    Slug slug(text.size());
+    while (!text.empty()) {
+        const std::size_t size = Unicode::independentPartEnd(text, kPartSize);
+        slug.append(Unicode::lowerCased(folded(text.substr(0, size))));
+        text.remove_prefix(size);
+    }
+    return std::move(slug).take();
 }
 
 }  // namespace ravlin::TextTransforms

@@ -2,8 +2,10 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
-/// Letter case and words.
+/// Letter case and words. Texts are taken as user-perceived characters: a character is a letter or a number by its
+/// first code point, and it is upper or lower case as a whole.
 namespace ravlin::TextTransforms {
 
 /// Maps the first character of every word to title case and the others to lower case.
@@ -13,5 +15,41 @@ namespace ravlin::TextTransforms {
 /// emoji end it.
 ///     titleCase("hELLO o'neil, science-based 3D")  ->  "Hello O'neil, Science-Based 3d"
 std::string titleCase(std::string_view text);
+
+/// Lower-cases the text, then upper-cases the first letter of it and of every sentence. A sentence ends at ".", "!" or
+/// "?" directly before a space, a line feed, a tab or the end of the text; digits do not begin one.
+///     sentenceCase("is IT? 1st. yes")  ->  "Is it? 1St. Yes"
+std::string sentenceCase(std::string_view text);
+
+/// Upper-cases every letter that follows a character which is neither letter nor number; nothing is lower-cased.
+///     capitalizeWords("wORLD-foo o'neil 3d")  ->  "WORLD-Foo O'Neil 3d"
+std::string capitalizeWords(std::string_view text);
+
+/// The words of `text`, with their case: cut where there is neither letter nor number, from lower case or digit to
+/// upper case, and before the last capital of several that lower case follows.
+///     tokenizeWords("getJSONResponse2Go don't")  ->  {"get", "JSON", "Response2", "Go", "don", "t"}
+std::vector<std::string> tokenizeWords(std::string_view text);
+
+/// The words lower-cased and joined without a separator, each but the first with an upper-case first character.
+///     camelCase("JSONParser error")  ->  "jsonParserError"
+std::string camelCase(std::string_view text);
+
+/// The same, with an upper-case first character in the first word too.
+std::string pascalCase(std::string_view text);
+
+/// The words lower-cased and joined by "_".
+///     snakeCase("JSONParser error")  ->  "json_parser_error"
+std::string snakeCase(std::string_view text);
+
+/// The words lower-cased and joined by "-".
+std::string kebabCase(std::string_view text);
+
+/// The words upper-cased and joined by "_".
+std::string constantCase(std::string_view text);
+
+/// The runs of letters and numbers, lower-cased, without the diacritics of Latin, Greek and Cyrillic, joined by "-".
+/// Other scripts keep their marks; nothing is transliterated.
+///     slugify("Héllo, Wörld! 2024 日本")  ->  "hello-world-2024-日本"
+std::string slugify(std::string_view text);
 
 }  // namespace ravlin::TextTransforms

@@ -102,8 +102,8 @@ private:
     std::size_t asciiEnd_ = 0;
 };
 
-/// The first place at or after byte `from`, the start of a code point, where `text` can be cut so that mapping the
-/// case of both parts or cutting them into characters gives the same as for the whole; the end where there is none.
+/// The first place at or after byte `from` where `text` can be cut so that mapping the case of both parts or cutting
+/// them into characters gives the same as for the whole; the end of the text where there is none.
 std::size_t independentPartEnd(std::string_view text, std::size_t from) noexcept;
 
 // --- Case and normalisation ------------------------------------------------------------------------------------------

@@ -293,6 +293,7 @@ Piece Pieces::next() noexcept {
 
 std::size_t independentPartEnd(std::string_view text, std::size_t from) noexcept {
     const auto isPlain = [](char32_t scalar) { return classOf(scalar) == Class::other; };
+    while (from < text.size() && detail::isTrail(text[from])) ++from;
     if (from == 0 || from >= text.size()) return std::min(from, text.size());
     char32_t before = decodeBefore(text, from).value;
     while (from < text.size()) {

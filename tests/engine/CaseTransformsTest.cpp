@@ -1,8 +1,11 @@
 #include "Engine/CaseTransforms.h"
 #include "tests/engine/Oracle.h"
 
+#include <unicode/normalizer2.h>
 #include <unicode/uchar.h>
+#include <unicode/unistr.h>
 
+#include <sstream>
 #include <utility>
 
 #include <gtest/gtest.h>
@@ -88,6 +91,378 @@ TEST(TitleCase, IsThatOfThePlainVersionForEveryCodePointInEveryPlaceOfAWord) {
         if (scalar >= 0xD800 && scalar <= 0xDFFF) continue;
         const std::string text = Oracle::utf8(scalar) + "A" + Oracle::utf8(scalar) + "B";
         ASSERT_EQ(TextTransforms::titleCase(text), plainTitleCase(text)) << std::hex << static_cast<unsigned>(scalar);
+    }
+}
+
+// --- Characters, by the definitions ----------------------------------------------------------------------------------
+
+struct Character {
+    std::string text;
+    bool isLetter = false, isNumber = false, isUpper = false, isLower = false;
+    bool isSeparator() const { return !isLetter && !isNumber; }
+};
+
+Character classified(const std::string& text) {
+    const std::vector<char32_t> scalars = Oracle::scalars(text);
+    const bool isSingle = scalars.size() == 1;
+    const std::string upper = Oracle::upperCased(text);
+    const std::string lower = Oracle::lowerCased(text);
+    const auto has = [&](UProperty property) { return isSingle && hasProperty(scalars.front(), property); };
+    Character character = {.text = text};
+    character.isLetter = hasProperty(scalars.front(), UCHAR_ALPHABETIC);
+    character.isNumber = u_getIntPropertyValue(static_cast<UChar32>(scalars.front()), UCHAR_NUMERIC_TYPE) != U_NT_NONE;
+    character.isUpper = has(UCHAR_UPPERCASE) || (upper == text && (lower != text || has(UCHAR_CASED)));
+    character.isLower = has(UCHAR_LOWERCASE) || (lower == text && (upper != text || has(UCHAR_CASED)));
+    return character;
+}
+
+std::vector<Character> classifiedCharacters(std::string_view text) {
+    std::vector<Character> result;
+    for (const std::string& character : Oracle::characters(text)) result.push_back(classified(character));
+    return result;
+}
+
+// --- tokenizeWords ---------------------------------------------------------------------------------------------------
+
+using Words = std::vector<std::string>;
+
+/// The rules one after another.
+Words plainWords(std::string_view text) {
+    const std::vector<Character> characters = classifiedCharacters(text);
+    Words words;
+    std::vector<Character> current;
+    const auto flush = [&] {
+        if (current.empty()) return;
+        words.emplace_back();
+        for (const Character& character : current) words.back() += character.text;
+        current.clear();
+    };
+    for (std::size_t i = 0; i < characters.size(); ++i) {
+        const Character& c = characters[i];
+        if (c.isSeparator()) {
+            flush();
+            continue;
+        }
+        if (c.isUpper && !current.empty() && (current.back().isLower || current.back().isNumber)) flush();
+        if (c.isUpper && !current.empty() && current.back().isUpper && i + 1 < characters.size() &&
+            characters[i + 1].isLower)
+            flush();
+        current.push_back(c);
+    }
+    flush();
+    return words;
+}
+
+TEST(TokenizeWords, CutsAtSeparatorsAndAtCaseChanges) {
+    const std::pair<std::string_view, Words> vectors[] = {
+        {"", {}},
+        {"  --  ", {}},
+        {"helloWorld", {"hello", "World"}},
+        {"version2Beta", {"version2", "Beta"}},
+        {"JSONParser", {"JSON", "Parser"}},
+        {"getJSONResponseCode", {"get", "JSON", "Response", "Code"}},
+        {"XMLDataParser", {"XML", "Data", "Parser"}},
+        {"iPhone", {"i", "Phone"}},
+        {"ABC123Def", {"ABC123", "Def"}},
+        {"AbC", {"Ab", "C"}},
+        {"JSON-server", {"JSON", "server"}},
+        {"already_snake_case", {"already", "snake", "case"}},
+        {"abc123 3d", {"abc123", "3d"}},
+        {"don't", {"don", "t"}},
+        {"a\r\nb\u2028c👍d", {"a", "b", "c", "d"}},
+        {"xª", {"x", "ª"}},
+        {"日本語Text", {"日本語Text"}},
+        {"一Text", {"一", "Text"}},  // the ideograph is a number
+        {"Ⅻa", {"Ⅻa"}},
+        {"E\u0301cole", {"E\u0301cole"}},
+        {"abE\u0301cole", {"ab", "E\u0301cole"}},
+        {"AB-\u0345", {"A", "B"}},  // what follows B is lower case, though a separator
+        {"½cup", {"½cup"}},
+    };
+    for (const auto& [text, expected] : vectors) {
+        EXPECT_EQ(TextTransforms::tokenizeWords(text), expected) << text;
+        EXPECT_EQ(plainWords(text), expected) << text;
+    }
+}
+
+TEST(TokenizeWords, IsThatOfTheRulesForEverySmallString) {
+    constexpr std::string_view alphabet = "aA1 -\n";
+    std::string text;
+    std::size_t checked = 0;
+    const auto extend = [&](const auto& self) -> void {
+        ASSERT_EQ(TextTransforms::tokenizeWords(text), plainWords(text)) << text;
+        ++checked;
+        if (text.size() == 6) return;
+        for (const char byte : alphabet) {
+            text += byte;
+            self(self);
+            text.pop_back();
+        }
+    };
+    extend(extend);
+    EXPECT_EQ(checked, 55'987U);  // the sum of 6^0 to 6^6
+}
+
+constexpr std::u32string_view kWordAlphabet =
+    U"aabzABZ12 -_\n\r'.\u0301\u0345\u00aa\u02b0\u2160\u2170\u24b6\u24d0\u24c2\u4e00\u4e2d\u00df\u01c4\u01c5\u01c6"
+    U"\u0130\u0131\u0149\u0390\u03a3\u03c3\u00c9\u00e9\u00bd\u0600\u0d4e\u093e\u0915\u094d\u200d\u2764\U0001f1eb"
+    U"\U0001d400";
+
+TEST(TokenizeWords, IsThatOfTheRulesInRandomTexts) {
+    Oracle::Texts texts(kWordAlphabet, 10);
+    for (int i = 0; i < 60'000; ++i) {
+        const std::string text = texts.next();
+        ASSERT_EQ(TextTransforms::tokenizeWords(text), plainWords(text)) << testing::PrintToString(text);
+    }
+}
+
+TEST(TokenizeWords, KnowsTheCaseOfEveryCodePoint) {
+    for (char32_t scalar = 1; scalar <= 0x1FFFF; ++scalar) {
+        if (scalar >= 0xD800 && scalar <= 0xDFFF) continue;
+        const std::string text = "a" + Oracle::utf8(scalar) + "AB" + Oracle::utf8(scalar);
+        ASSERT_EQ(TextTransforms::tokenizeWords(text), plainWords(text)) << std::hex << static_cast<unsigned>(scalar);
+    }
+}
+
+// --- The transforms made of words ------------------------------------------------------------------------------------
+
+std::string plainCapitalised(const std::string& word) {
+    const std::vector<std::string> characters = Oracle::characters(Oracle::lowerCased(word));
+    std::string result = Oracle::upperCased(characters.front());
+    for (std::size_t i = 1; i < characters.size(); ++i) result += characters[i];
+    return result;
+}
+
+template <typename MapFirst, typename Map>
+std::string plainJoined(std::string_view text, std::string_view separator, MapFirst mapFirst, Map map) {
+    std::string result;
+    const Words words = plainWords(text);
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        if (i > 0) result += separator;
+        result += i == 0 ? mapFirst(words[i]) : map(words[i]);
+    }
+    return result;
+}
+
+TEST(WordTransforms, JoinWordsInTheirStyles) {
+    const struct {
+        std::string_view text, camel, pascal, snake, kebab, constant;
+    } vectors[] = {
+        {"", "", "", "", "", ""},
+        {"  --  ", "", "", "", "", ""},
+        {"JSONParser error", "jsonParserError", "JsonParserError", "json_parser_error", "json-parser-error",
+         "JSON_PARSER_ERROR"},
+        {"hello world example", "helloWorldExample", "HelloWorldExample", "hello_world_example", "hello-world-example",
+         "HELLO_WORLD_EXAMPLE"},
+        {"don't", "donT", "DonT", "don_t", "don-t", "DON_T"},
+        {"ﬁx ßa", "ﬁxSSa", "FIxSSa", "ﬁx_ßa", "ﬁx-ßa", "FIX_SSA"},
+        {"ǆx ǆx", "ǆxǄx", "ǄxǄx", "ǆx_ǆx", "ǆx-ǆx", "ǄX_ǄX"},
+        {"ΑΣ ΑΣ", "αςΑς", "ΑςΑς", "ας_ας", "ας-ας", "ΑΣ_ΑΣ"},
+        {"xª", "xª", "Xª", "x_ª", "x-ª", "X_ª"},
+        {"İx", "i\u0307x", "I\u0307x", "i\u0307x", "i\u0307x", "İX"},
+    };
+    for (const auto& vector : vectors) {
+        EXPECT_EQ(TextTransforms::camelCase(vector.text), vector.camel);
+        EXPECT_EQ(TextTransforms::pascalCase(vector.text), vector.pascal);
+        EXPECT_EQ(TextTransforms::snakeCase(vector.text), vector.snake);
+        EXPECT_EQ(TextTransforms::kebabCase(vector.text), vector.kebab);
+        EXPECT_EQ(TextTransforms::constantCase(vector.text), vector.constant);
+    }
+}
+
+TEST(WordTransforms, AreThoseOfTheRulesInRandomTexts) {
+    Oracle::Texts texts(kWordAlphabet, 10, /*seed=*/2);
+    for (int i = 0; i < 40'000; ++i) {
+        const std::string text = texts.next();
+        SCOPED_TRACE(testing::PrintToString(text));
+        const auto lower = Oracle::lowerCased;
+        ASSERT_EQ(TextTransforms::camelCase(text), plainJoined(text, "", lower, plainCapitalised));
+        ASSERT_EQ(TextTransforms::pascalCase(text), plainJoined(text, "", plainCapitalised, plainCapitalised));
+        ASSERT_EQ(TextTransforms::snakeCase(text), plainJoined(text, "_", lower, lower));
+        ASSERT_EQ(TextTransforms::kebabCase(text), plainJoined(text, "-", lower, lower));
+        ASSERT_EQ(TextTransforms::constantCase(text), plainJoined(text, "_", Oracle::upperCased, Oracle::upperCased));
+    }
+}
+
+// --- sentenceCase ----------------------------------------------------------------------------------------------------
+
+TEST(SentenceCase, CapitalisesTheFirstLetterOfEverySentence) {
+    const std::pair<std::string_view, std::string_view> vectors[] = {
+        {"", ""},
+        {"hello world. this is IT! ok?yes", "Hello world. This is it! Ok?yes"},
+        {"e.g. this", "E.g. This"},
+        {"1st place", "1St place"},
+        {"“hello.” world", "“Hello.” world"},
+        {"is IT", "Is it"},
+        {"end.\r\nnext", "End.\r\nnext"},
+        {"end.\nnext", "End.\nNext"},
+        {"end.\tnext", "End.\tNext"},
+        {"wait… then", "Wait… then"},
+        {"what?! yes", "What?! Yes"},
+        {"a.b. c", "A.b. C"},
+        {"a.\u0301 b", "A.\u0301 b"},  // a full stop with an accent ends nothing
+        {"a. \u0301b", "A. \u0301b"},  // nor does one before a blank with an accent
+        {"a.", "A."},
+        {"a. 👍🏽 b", "A. 👍🏽 B"},
+        {"ßa. ŉb. ﬁx", "SSa. ʼNb. FIx"},
+        {"e\u0301a. ǆ", "E\u0301a. Ǆ"},
+        {"ΟΔΟΣ. ΟΔΟΣ", "Οδος. Οδος"},
+        {"...  1 (a", "...  1 (A"},
+    };
+    for (const auto& [text, expected] : vectors) EXPECT_EQ(TextTransforms::sentenceCase(text), expected);
+}
+
+std::string plainSentenceCase(std::string_view text) {
+    const std::vector<Character> characters = classifiedCharacters(Oracle::lowerCased(text));
+    bool capitalisesNext = true;
+    std::string result;
+    for (std::size_t i = 0; i < characters.size(); ++i) {
+        const Character& c = characters[i];
+        if (capitalisesNext && c.isLetter) {
+            result += Oracle::upperCased(c.text);
+            capitalisesNext = false;
+            continue;
+        }
+        if (c.text == "." || c.text == "!" || c.text == "?") {
+            const std::string next = i + 1 < characters.size() ? characters[i + 1].text : " ";
+            if (next == " " || next == "\n" || next == "\t") capitalisesNext = true;
+        }
+        result += c.text;
+    }
+    return result;
+}
+
+TEST(SentenceCase, IsThatOfTheRulesInRandomTexts) {
+    Oracle::Texts texts(U"aaBé.!? \n\r\t1'\u0301\u0600\u0345ßŉΣΑ\u0390\u24c2\u200d\u2764\u093e\u0130中", 14);
+    for (int i = 0; i < 100'000; ++i) {
+        const std::string text = texts.next();
+        ASSERT_EQ(TextTransforms::sentenceCase(text), plainSentenceCase(text)) << testing::PrintToString(text);
+    }
+}
+
+// --- capitalizeWords -------------------------------------------------------------------------------------------------
+
+TEST(CapitalizeWords, UpperCasesFirstLettersAndNothingElse) {
+    const std::pair<std::string_view, std::string_view> vectors[] = {
+        {"", ""},
+        {"hello wORLD-foo o'neil 3d", "Hello WORLD-Foo O'Neil 3d"},
+        {"ébène", "Ébène"},
+        {"ß", "SS"},
+        {"ǆa ﬁ", "Ǆa FI"},
+        {"a\r\nb", "A\r\nB"},
+        {"e\u0301a -\u0301b", "E\u0301a -\u0301B"},
+        {"½a 日a", "½a 日a"},
+        {"\u0600a", "\u0600a"},  // one character, that does not begin with a letter
+        {"👍a", "👍A"},
+    };
+    for (const auto& [text, expected] : vectors) EXPECT_EQ(TextTransforms::capitalizeWords(text), expected);
+}
+
+TEST(CapitalizeWords, IsThatOfTheRulesInRandomTexts) {
+    Oracle::Texts texts(kWordAlphabet, 14, /*seed=*/3);
+    for (int i = 0; i < 100'000; ++i) {
+        const std::string text = texts.next();
+        std::string expected;
+        bool isAfterSeparator = true;
+        for (const Character& c : classifiedCharacters(text)) {
+            expected += isAfterSeparator && c.isLetter ? Oracle::upperCased(c.text) : c.text;
+            isAfterSeparator = c.isSeparator();
+        }
+        ASSERT_EQ(TextTransforms::capitalizeWords(text), expected) << testing::PrintToString(text);
+    }
+}
+
+// --- slugify ---------------------------------------------------------------------------------------------------------
+
+TEST(Slugify, FoldsLatinGreekAndCyrillicAndKeepsOtherScripts) {
+    const std::pair<std::string_view, std::string_view> vectors[] = {
+        {"", ""},
+        {"!!!", ""},
+        {"Héllo, Wörld! 2024", "hello-world-2024"},
+        {"Rock & Roll!", "rock-roll"},
+        {"日本語 text", "日本語-text"},
+        {"--a--b--", "a-b"},
+        {"ệ İ Å й ё ї ΐ ῷ", "e-i-a-и-е-і-ι-ω"},
+        {"a≠b", "a-b"},
+        {"ø ł đ ß æ œ þ ð ı ﬁ ẞ", "ø-ł-đ-ß-æ-œ-þ-ð-ı-ﬁ-ß"},
+        {"がぎ か\u3099 ガ 한", "がぎ-か\u3099-ガ-한"},
+        {"مُحَمَّد שָׁלוֹם", "مُحَمَّد-שָׁלוֹם"},
+        {"हिन्दी ไทย", "हिन्दी-ไทย"},
+        {"می‌خواهم", "می‌خواهم"},
+        {"½ Ⅻ", "½-ⅻ"},
+        {"1️⃣", "1"},
+        {"e\u0301\u0327 中\u0301", "e-中"},
+        {"ΟΔΟΣ ΆΣ", "οδος-ας"},
+        {"a\r\nb\tc", "a-b-c"},
+        {"don't", "don-t"},
+        {"a🏽b", "ab"},
+    };
+    for (const auto& [text, expected] : vectors) EXPECT_EQ(TextTransforms::slugify(text), expected) << text;
+}
+
+/// The folding rule, with ICU's own decomposition.
+std::string plainFolded(std::string_view text) {
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::Normalizer2* const nfd = icu::Normalizer2::getNFDInstance(status);
+    const std::vector<char32_t> scalars = Oracle::scalars(text);
+    std::vector<char32_t> result;
+    for (std::size_t i = 0; i < scalars.size();) {
+        const char32_t c = scalars[i++];
+        const auto first =
+            static_cast<char32_t>(nfd->normalize(icu::UnicodeString(static_cast<UChar32>(c)), status).char32At(0));
+        const char32_t base = first < 0x510 ? first : c;
+        result.push_back(base);
+        for (; i < scalars.size(); ++i) {
+            const bool isMark = hasProperty(scalars[i], UCHAR_GRAPHEME_EXTEND);
+            const bool isSkinTone = scalars[i] >= 0x1F3FB && scalars[i] <= 0x1F3FF;
+            if (!isMark && !(base < 0x510 && isSkinTone)) break;
+            if (base >= 0x510 && scalars[i] >= 0x510) result.push_back(scalars[i]);
+        }
+    }
+    return Oracle::utf8(result);
+}
+
+std::string plainSlug(std::string_view text) {
+    std::string spaced;
+    for (const Character& c : classifiedCharacters(Oracle::lowerCased(plainFolded(text))))
+        spaced += c.isSeparator() ? " " : c.text;
+    std::istringstream words(spaced);
+    std::string slug;
+    for (std::string word; std::getline(words, word, ' ');)
+        if (!word.empty()) slug += (slug.empty() ? "" : "-") + word;
+    return slug;
+}
+
+TEST(Slugify, IsThatOfTheRulesInRandomTexts) {
+    Oracle::Texts texts(
+        U"aaÉ1 "
+        U"-.'"
+        U"\u0301\u0327\u0345éệйΐ≠ΑΣσßİがか\u3099한각中हि\u094d\u0600\u200d\u200c\ufe0f\u20e3🏽👍ﬁ½Ⅻⓐ\u212b\r"
+        U"\n",
+        12);
+    for (int i = 0; i < 100'000; ++i) {
+        const std::string text = texts.next();
+        ASSERT_EQ(TextTransforms::slugify(text), plainSlug(text)) << testing::PrintToString(text);
+    }
+}
+
+TEST(Slugify, IsThatOfTheRulesForEveryCodePoint) {
+    for (char32_t scalar = 0; scalar <= 0x1FFFF; ++scalar) {
+        if (scalar >= 0xD800 && scalar <= 0xDFFF) continue;
+        const std::string text = Oracle::utf8(scalar) + "\u0301x" + Oracle::utf8(scalar) + "\u0e31";
+        ASSERT_EQ(TextTransforms::slugify(text), plainSlug(text)) << std::hex << static_cast<unsigned>(scalar);
+    }
+}
+
+TEST(Slugify, OfLongTextsIsThatOfTheirParts) {
+    // The text is worked on in parts of 64 KiB, whose borders must not show.
+    for (const std::string_view piece :
+         {"Ünicode Σ ", "word", "ΑΣ'Σ.", "中文", "中文 ", "e\u0301", "\r\n", "हि👍🏽"}) {
+        for (std::size_t shift = 0; shift < 7; ++shift) {
+            std::string text(shift, 'x');
+            while (text.size() < 0x10000 + 40) text += piece;
+            ASSERT_EQ(TextTransforms::slugify(text), plainSlug(text)) << piece << shift;
+        }
     }
 }
 
