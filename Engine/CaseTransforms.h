@@ -49,7 +49,7 @@ std::string constantCase(std::string_view text);
 
 /// The runs of letters and numbers, lower-cased, without the diacritics of Latin, Greek and Cyrillic, joined by "-".
 /// Other scripts keep their marks; nothing is transliterated.
-///     slugify("Héllo, Wörld! 2024 日本")  ->  "hello-world-2024-日本"
+///     slugify("H\u00E9llo, W\u00F6rld! 2024")  ->  "hello-world-2024"
 std::string slugify(std::string_view text);
 
 }  // namespace ravlin::TextTransforms
