@@ -1,5 +1,8 @@
 #include "Platform/PanelPlacement.h"
 
+#include <QGuiApplication>
+#include <QScreen>
+
 #include <algorithm>
 #include <optional>
 
@@ -77,6 +80,13 @@ QPoint fromDevicePixels(QPoint point, std::span<const Screen> screens) {
         if (onDevice.contains(point)) return origin + (QPointF(point - origin) / screen.devicePixelRatio).toPoint();
     }
     return point;
+}
+
+std::vector<Screen> currentScreens() {
+    std::vector<Screen> screens;
+    for (const QScreen* screen : QGuiApplication::screens())
+        screens.push_back({screen->geometry(), screen->availableGeometry(), screen->devicePixelRatio()});
+    return screens;
 }
 
 }  // namespace ravlin::PanelPlacement

@@ -5,8 +5,9 @@
 #include <QSize>
 
 #include <span>
+#include <vector>
 
-/// Where the panel appears. Pure functions of the screens, so that every arrangement of panel bars can be tested; they
+/// Where the panel appears: functions of the screens alone, so that every arrangement of panel bars can be tested. They
 /// matter on X11 only, because Wayland lets no application place its windows.
 namespace ravlin::PanelPlacement {
 
@@ -28,5 +29,8 @@ QPoint position(QSize size, const QRect& anchor, std::span<const Screen> screens
 /// stay as they are.
 ///     (1200,10) on a screen at (0,0) with ratio 2  ->  (600,5)
 QPoint fromDevicePixels(QPoint point, std::span<const Screen> screens);
+
+/// The screens of this desktop as they are now.
+std::vector<Screen> currentScreens();
 
 }  // namespace ravlin::PanelPlacement

@@ -1,0 +1,390 @@
+#include "Platform/StatusItem.h"
+#include "tests/desktop/FakeTray.h"
+
+#include <QApplication>
+#include <QDBusArgument>
+#include <QDBusObjectPath>
+#include <QDBusVariant>
+#include <QMenu>
+#include <QProcess>
+#include <QSignalSpy>
+
+#include <array>
+#include <memory>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace ravlin::tests {
+namespace {
+
+const QString kItemPath = QStringLiteral("/StatusNotifierItem");
+const QString kItemInterface = QStringLiteral("org.kde.StatusNotifierItem");
+const QString kMenuInterface = QStringLiteral("com.canonical.dbusmenu");
+
+/// A status item, and the tray of a desktop that has one from the start.
+struct Desktop {
+    FakeTray tray;
+    StatusItem item{QDBusConnection::sessionBus()};
+
+    Desktop() {
+        if (!eventually([&] { return item.isShown(); })) ADD_FAILURE() << "the item is not shown";
+    }
+
+    QVariantMap properties() const {
+        const QDBusMessage answer = tray.ask(kItemPath, QStringLiteral("org.freedesktop.DBus.Properties"),
+                                             QStringLiteral("GetAll"), {kItemInterface});
+        return qdbus_cast<QVariantMap>(answer.arguments().value(0));
+    }
+    QDBusMessage askItem(const char* method, const QVariantList& arguments) const {
+        return tray.ask(kItemPath, kItemInterface, QString::fromLatin1(method), arguments);
+    }
+    QDBusMessage askMenu(const char* method, const QVariantList& arguments) const {
+        const QString path = properties().value(QStringLiteral("Menu")).value<QDBusObjectPath>().path();
+        return tray.ask(path, kMenuInterface, QString::fromLatin1(method), arguments);
+    }
+};
+
+TEST(StatusItemRegistration, HappensAtOnceWhereThereIsATray) {
+    const Desktop desktop;
+    EXPECT_EQ(desktop.tray.registrations(), QStringList{QDBusConnection::sessionBus().baseService()});
+}
+
+TEST(StatusItemRegistration, HappensWhenTheTrayComesLate) {
+    const StatusItem item(QDBusConnection::sessionBus());
+    const FakeTray tray;
+    EXPECT_TRUE(eventually([&] { return !tray.registrations().isEmpty(); }));
+}
+
+TEST(StatusItemRegistration, HappensAgainWhenTheTrayRestarts) {
+    auto tray = std::make_unique<FakeTray>();
+    const StatusItem item(QDBusConnection::sessionBus());
+    ASSERT_TRUE(eventually([&] { return !tray->registrations().isEmpty(); }));
+    tray.reset();
+    tray = std::make_unique<FakeTray>();
+    EXPECT_TRUE(eventually([&] { return !tray->registrations().isEmpty(); }));
+}
+
+TEST(StatusItemRegistration, HappensAgainWhenAHostComesAndOnlyThenTheItemIsShown) {
+    FakeTray tray(/*hasHost=*/false);
+    const StatusItem item(QDBusConnection::sessionBus());
+    ASSERT_TRUE(eventually([&] { return tray.registrations().size() == 1; }));
+    EXPECT_FALSE(item.isShown());
+    tray.addHost();
+    EXPECT_TRUE(eventually([&] { return tray.registrations().size() == 2 && item.isShown(); }));
+}
+
+TEST(StatusItemProperties, AreThoseHostsAskFor) {
+    const QVariantMap properties = Desktop().properties();
+    const std::vector<std::pair<const char*, QVariant>> expected = {
+        {"Category", QStringLiteral("ApplicationStatus")},
+        {"Id", QStringLiteral("org.ravlin.ravlin")},
+        {"Title", QStringLiteral("Ravlin")},
+        {"Status", QStringLiteral("Active")},
+        {"WindowId", 0},
+        {"IconThemePath", QString()},
+        {"IconName", QString()},  // no theme of the test's empty home has it
+        {"OverlayIconName", QString()},
+        {"AttentionIconName", QString()},
+        {"AttentionMovieName", QString()},
+        {"ItemIsMenu", false},
+    };
+    for (const auto& [name, value] : expected) EXPECT_EQ(properties.value(QString::fromLatin1(name)), value) << name;
+    EXPECT_NE(properties.value(QStringLiteral("Menu")).value<QDBusObjectPath>().path(), QStringLiteral("/NO_DBUSMENU"));
+}
+
+TEST(StatusItemProperties, ToolTipIsTheName) {
+    const QVariant toolTip = Desktop().properties().value(QStringLiteral("ToolTip"));
+    const auto argument = toolTip.value<QDBusArgument>();
+    EXPECT_EQ(argument.currentSignature(), QStringLiteral("(sa(iiay)ss)"));
+    EXPECT_EQ(qdbus_cast<StatusNotifierToolTip>(argument).title, QStringLiteral("Ravlin"));
+}
+
+QList<StatusNotifierPixmap> pixmaps(const Desktop& desktop) {
+    return qdbus_cast<QList<StatusNotifierPixmap>>(desktop.properties().value(QStringLiteral("IconPixmap")));
+}
+
+/// How many pixels are (partly) covered, all of them in `color`; -1 where one has another colour.
+int coveredPixels(const StatusNotifierPixmap& pixmap, const QColor& color) {
+    int count = 0;
+    for (qsizetype at = 0; at + 4 <= pixmap.pixels.size(); at += 4) {
+        const auto byte = [&](int offset) { return int(static_cast<unsigned char>(pixmap.pixels[at + offset])); };
+        if (byte(0) == 0) continue;
+        // A pixel that is hardly covered has lost the low bits of its colour.
+        const bool faint = byte(0) < 128;
+        if (!faint && QColor(byte(1), byte(2), byte(3)) != color) return -1;
+        ++count;
+    }
+    return count;
+}
+
+TEST(StatusItemPixmaps, AreSquaresOfEverySizeInTheColourOfText) {
+    const Desktop desktop;
+    const QColor color = QGuiApplication::palette().color(QPalette::WindowText);
+    std::vector<int> sizes;
+    for (const StatusNotifierPixmap& pixmap : pixmaps(desktop)) {
+        sizes.push_back(pixmap.width);
+        EXPECT_EQ(pixmap.height, pixmap.width);
+        EXPECT_EQ(pixmap.pixels.size(), 4 * pixmap.width * pixmap.height);
+        EXPECT_GT(coveredPixels(pixmap, color), pixmap.width * pixmap.height / 20) << pixmap.width;
+    }
+    EXPECT_EQ(sizes, (std::vector<int>{16, 22, 24, 32, 48, 64}));
+}
+
+/// Counts the signals that a program on the bus gets.
+class SignalCounter final : public QObject {
+    Q_OBJECT
+
+public:
+    SignalCounter(QDBusConnection bus, const QString& interface, const QString& name) {
+        bus.connect(QDBusConnection::sessionBus().baseService(), {}, interface, name, this, SLOT(count(QDBusMessage)));
+    }
+    const QList<QDBusMessage>& messages() const { return messages_; }
+
+private Q_SLOTS:
+    void count(const QDBusMessage& message) { messages_.append(message); }
+
+private:
+    QList<QDBusMessage> messages_;
+};
+
+TEST(StatusItemPixmaps, FollowTheDesktopIntoTheDark) {
+    const Desktop desktop;
+    const SignalCounter newIcon(desktop.tray.bus(), kItemInterface, QStringLiteral("NewIcon"));
+    const QPalette before = QGuiApplication::palette();
+    QPalette dark = before;
+    dark.setColor(QPalette::WindowText, Qt::white);
+    QGuiApplication::setPalette(dark);
+    EXPECT_TRUE(eventually([&] { return !newIcon.messages().isEmpty(); }));
+    EXPECT_GT(coveredPixels(pixmaps(desktop).value(0), Qt::white), 0);
+    QGuiApplication::setPalette(before);
+}
+
+TEST(StatusItemActivation, GivesThePointOfALeftOrMiddleClick) {
+    const Desktop desktop;
+    QSignalSpy activated(&desktop.item, &StatusItem::activated);
+    desktop.askItem("Activate", {900, 12});
+    desktop.askItem("SecondaryActivate", {901, 13});
+    ASSERT_EQ(activated.size(), 2);
+    EXPECT_EQ(activated[0][0].toRect(), QRect(900, 12, 1, 1));
+    EXPECT_EQ(activated[1][0].toRect(), QRect(901, 13, 1, 1));
+}
+
+TEST(StatusItemActivation, WithoutCoordinatesHasNoPoint) {
+    const Desktop desktop;
+    QSignalSpy activated(&desktop.item, &StatusItem::activated);
+    desktop.askItem("Activate", {0, 0});
+    ASSERT_EQ(activated.size(), 1);
+    EXPECT_TRUE(activated[0][0].toRect().isNull());
+}
+
+TEST(StatusItemActivation, CarriesTheHostsTokenOnce) {
+    const Desktop desktop;
+    QSignalSpy activated(&desktop.item, &StatusItem::activated);
+    desktop.askItem("ProvideXdgActivationToken", {QStringLiteral("token-1")});
+    desktop.askItem("Activate", {900, 12});
+    desktop.askItem("Activate", {900, 12});
+    ASSERT_EQ(activated.size(), 2);
+    EXPECT_EQ(activated[0][1].toString(), QStringLiteral("token-1"));
+    EXPECT_EQ(activated[1][1].toString(), QString());
+}
+
+TEST(StatusItemActivation, IgnoresTheWheel) {
+    const Desktop desktop;
+    QSignalSpy activated(&desktop.item, &StatusItem::activated);
+    const QDBusMessage answer = desktop.askItem("Scroll", {120, QStringLiteral("vertical")});
+    EXPECT_EQ(answer.type(), QDBusMessage::ReplyMessage);
+    EXPECT_TRUE(activated.isEmpty());
+}
+
+/// The entries of a menu as "id label", with "(off)" where they are.
+std::vector<std::string> entries(const DBusMenuLayoutItem& layout) {
+    std::vector<std::string> texts;
+    for (const QDBusVariant& child : layout.children) {
+        const auto entry = qdbus_cast<DBusMenuLayoutItem>(child.variant().value<QDBusArgument>());
+        const bool enabled = entry.properties.value(QStringLiteral("enabled"), true).toBool();
+        texts.push_back(std::to_string(entry.id) + " " +
+                        entry.properties.value(QStringLiteral("label")).toString().toStdString() +
+                        (enabled ? "" : " (off)"));
+    }
+    return texts;
+}
+
+DBusMenuLayoutItem layout(const Desktop& desktop, int parent, int depth, const QStringList& names = {}) {
+    const QDBusMessage answer = desktop.askMenu("GetLayout", {parent, depth, names});
+    EXPECT_EQ(answer.signature(), QStringLiteral("u(ia{sv}av)"));
+    return qdbus_cast<DBusMenuLayoutItem>(answer.arguments().value(1));
+}
+
+TEST(StatusItemMenu, HasThreeEntries) {
+    const Desktop desktop;
+    const DBusMenuLayoutItem menu = layout(desktop, 0, -1);
+    EXPECT_EQ(menu.properties.value(QStringLiteral("children-display")), QStringLiteral("submenu"));
+    EXPECT_EQ(entries(menu), (std::vector<std::string>{"1 Ravlin", "2 Check for Updates\u2026", "3 Quit"}));
+}
+
+TEST(StatusItemMenu, GivesNoMoreOfItselfThanAskedFor) {
+    const Desktop desktop;
+    EXPECT_TRUE(layout(desktop, 0, 0).children.isEmpty());
+    EXPECT_EQ(layout(desktop, 3, -1).properties.value(QStringLiteral("label")), QStringLiteral("Quit"));
+    EXPECT_EQ(layout(desktop, 3, -1, {QStringLiteral("enabled")}).properties.keys(),
+              QStringList{QStringLiteral("enabled")});
+}
+
+TEST(StatusItemMenu, GivesPropertiesOfSomeOrAllEntries) {
+    const Desktop desktop;
+    const auto ids = [&](const QList<int>& asked) {
+        const QDBusMessage answer =
+            desktop.askMenu("GetGroupProperties", {QVariant::fromValue(asked), QStringList{QStringLiteral("label")}});
+        std::vector<int> given;
+        for (const DBusMenuItem& item : qdbus_cast<QList<DBusMenuItem>>(answer.arguments().value(0)))
+            given.push_back(item.id);
+        return given;
+    };
+    EXPECT_EQ(ids({1, 3, 99}), (std::vector<int>{1, 3}));
+    EXPECT_EQ(ids({}), (std::vector<int>{0, 1, 2, 3}));
+    const QDBusMessage label = desktop.askMenu("GetProperty", {3, QStringLiteral("label")});
+    EXPECT_EQ(label.arguments().value(0).value<QDBusVariant>().variant().toString(), QStringLiteral("Quit"));
+}
+
+struct MenuCase {
+    int id;
+    void (StatusItem::*signal)();
+};
+
+TEST(StatusItemMenu, ClicksArePassedOn) {
+    const Desktop desktop;
+    QSignalSpy open(&desktop.item, &StatusItem::openRequested);
+    QSignalSpy check(&desktop.item, &StatusItem::checkForUpdatesRequested);
+    QSignalSpy quit(&desktop.item, &StatusItem::quitRequested);
+    const std::array<QSignalSpy*, 3> spies = {&open, &check, &quit};
+    for (int id = 1; id <= 3; ++id) {
+        desktop.askMenu("AboutToShow", {0});
+        desktop.askMenu("Event", {0, QStringLiteral("opened"), QVariant::fromValue(QDBusVariant(0)), 0U});
+        desktop.askMenu("Event", {id, QStringLiteral("hovered"), QVariant::fromValue(QDBusVariant(0)), 0U});
+        EXPECT_TRUE(spies.at(size_t(id - 1))->isEmpty()) << id;
+        desktop.askMenu("Event", {id, QStringLiteral("clicked"), QVariant::fromValue(QDBusVariant(0)), 0U});
+        EXPECT_EQ(spies.at(size_t(id - 1))->size(), 1) << id;
+    }
+}
+
+TEST(StatusItemMenu, ClicksInAGroupArePassedOnAndUnknownEntriesNamed) {
+    const Desktop desktop;
+    QSignalSpy quit(&desktop.item, &StatusItem::quitRequested);
+    const QList<DBusMenuEvent> events = {{99, QStringLiteral("clicked"), QDBusVariant(0), 0},
+                                         {3, QStringLiteral("clicked"), QDBusVariant(0), 0}};
+    const QDBusMessage answer = desktop.askMenu("EventGroup", {QVariant::fromValue(events)});
+    EXPECT_EQ(qdbus_cast<QList<int>>(answer.arguments().value(0)), QList<int>{99});
+    EXPECT_EQ(quit.size(), 1);
+}
+
+TEST(StatusItemMenu, ShowsOffWhileNoCheckForUpdatesCanStart) {
+    Desktop desktop;
+    const SignalCounter updated(desktop.tray.bus(), kMenuInterface, QStringLiteral("ItemsPropertiesUpdated"));
+    QSignalSpy check(&desktop.item, &StatusItem::checkForUpdatesRequested);
+    desktop.item.setCanCheckForUpdates(false);
+    ASSERT_TRUE(eventually([&] { return updated.messages().size() == 1; }));
+    EXPECT_EQ(updated.messages()[0].signature(), QStringLiteral("a(ia{sv})a(ias)"));
+    EXPECT_EQ(entries(layout(desktop, 0, -1))[1], "2 Check for Updates\u2026 (off)");
+    desktop.askMenu("Event", {2, QStringLiteral("clicked"), QVariant::fromValue(QDBusVariant(0)), 0U});
+    EXPECT_TRUE(check.isEmpty());
+    desktop.item.setCanCheckForUpdates(true);
+    EXPECT_TRUE(eventually([&] { return updated.messages().size() == 2; }));
+    EXPECT_EQ(entries(layout(desktop, 0, -1))[1], "2 Check for Updates\u2026");
+}
+
+TEST(StatusItemMenu, RefusesUnknownEntries) {
+    const Desktop desktop;
+    const std::vector<std::pair<const char*, QVariantList>> calls = {
+        {"GetLayout", {99, -1, QStringList()}},
+        {"GetProperty", {99, QStringLiteral("label")}},
+        {"GetProperty", {1, QStringLiteral("no-such-property")}},
+        {"Event", {99, QStringLiteral("clicked"), QVariant::fromValue(QDBusVariant(0)), 0U}},
+        {"AboutToShow", {-1}},
+    };
+    for (const auto& [method, arguments] : calls)
+        EXPECT_EQ(desktop.askMenu(method, arguments).type(), QDBusMessage::ErrorMessage) << method;
+    const QDBusMessage group = desktop.askMenu("AboutToShowGroup", {QVariant::fromValue(QList<int>{0, 99})});
+    EXPECT_EQ(qdbus_cast<QList<int>>(group.arguments().value(1)), QList<int>{99});
+}
+
+// What follows needs an XEmbed tray: trayer, at the top right.
+
+/// Presses a button of the pointer in the middle of the tray, which holds our icon only.
+void clickTheTray(int button) {
+    const QString script = QStringLiteral(
+        "eval $(xdotool search --onlyvisible --class trayer getwindowgeometry --shell) && "
+        "xdotool mousemove $((X + WIDTH / 2)) $((Y + HEIGHT / 2)) click %1");
+    EXPECT_EQ(QProcess::execute(QStringLiteral("sh"), {QStringLiteral("-c"), script.arg(button)}), 0);
+}
+
+/// The widget of the XEmbed icon, once the tray has taken it in.
+QWidget* xembedWidget() {
+    for (QWidget* widget : QApplication::topLevelWidgets())
+        if (widget->inherits("QSystemTrayIconSys") && widget->isVisible()) return widget;
+    return nullptr;
+}
+
+bool trayHoldsTheIcon() {
+    const QWidget* widget = xembedWidget();
+    return widget != nullptr && widget->mapToGlobal(QPoint(0, 0)).x() > 1000;
+}
+
+TEST(XEmbedIcon, IsShownWhereThereIsNoWatcher) {
+    const StatusItem item(QDBusConnection::sessionBus());
+    EXPECT_TRUE(eventually([&] { return item.isShown() && trayHoldsTheIcon(); }));
+}
+
+TEST(XEmbedIcon, TellsWhereItIsWhenClicked) {
+    const StatusItem item(QDBusConnection::sessionBus());
+    ASSERT_TRUE(eventually(trayHoldsTheIcon));
+    QSignalSpy activated(&item, &StatusItem::activated);
+    clickTheTray(1);
+    ASSERT_TRUE(eventually([&] { return activated.size() == 1; }));
+    const QRect icon = activated[0][0].toRect();
+    EXPECT_TRUE(QRect(1000, 0, 280, 30).contains(icon)) << icon.x() << "," << icon.y();
+    EXPECT_GE(icon.width(), 16);
+}
+
+TEST(XEmbedIcon, ShowsTheMenuOnARightClick) {
+    const StatusItem item(QDBusConnection::sessionBus());
+    ASSERT_TRUE(eventually(trayHoldsTheIcon));
+    clickTheTray(3);
+    ASSERT_TRUE(eventually([] { return QApplication::activePopupWidget() != nullptr; }));
+    QStringList texts;
+    for (const QAction* action : QApplication::activePopupWidget()->actions()) texts.append(action->text());
+    EXPECT_EQ(texts, (QStringList{QStringLiteral("Ravlin"), QStringLiteral("Check for Updates\u2026"),
+                                  QStringLiteral("Quit")}));
+    QApplication::activePopupWidget()->close();
+}
+
+TEST(XEmbedIcon, IsDroppedWhenAWatcherComes) {
+    const StatusItem item(QDBusConnection::sessionBus());
+    ASSERT_TRUE(eventually(trayHoldsTheIcon));
+    const FakeTray tray;
+    EXPECT_TRUE(eventually([&] { return xembedWidget() == nullptr && item.isShown(); }));
+    EXPECT_EQ(tray.registrations().size(), 1);
+}
+
+TEST(XEmbedIcon, DoesNotComeBackWhileAWatcherRestarts) {
+    auto tray = std::make_unique<FakeTray>();
+    const StatusItem item(QDBusConnection::sessionBus());
+    ASSERT_TRUE(eventually([&] { return item.isShown(); }));
+    tray.reset();
+    ASSERT_TRUE(eventually([&] { return !item.isShown(); }));
+    EXPECT_EQ(xembedWidget(), nullptr);
+}
+
+}  // namespace
+}  // namespace ravlin::tests
+
+int main(int argc, char** argv) {
+    testing::InitGoogleTest(&argc, argv);
+    const QApplication application(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    return RUN_ALL_TESTS();
+}
+
+#include "StatusItemTest.moc"
