@@ -1,0 +1,92 @@
+#include "App/RavlinApp.h"
+
+#include "Platform/WindowManager.h"
+
+#include <QApplication>
+#include <QLoggingCategory>
+
+#include <chrono>
+#include <csignal>
+
+namespace ravlin {
+namespace {
+
+/// How long a desktop has, at most, to show the icon before the panel is shown instead. Long enough for a tray that
+/// starts together with Ravlin at login, short enough for a user who waits for something to happen.
+constexpr std::chrono::seconds kTrayLimit{2};
+
+void describeApplication() {
+    // Nothing of the user's belongs into a log, and nobody reads one that is full of a toolkit's remarks.
+    QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false\n*.info=false\n*.warning=false"));
+    QCoreApplication::setApplicationName(QStringLiteral("ravlin"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(RAVLIN_VERSION));
+    QGuiApplication::setApplicationDisplayName(QStringLiteral("Ravlin"));
+    QGuiApplication::setDesktopFileName(QStringLiteral("org.ravlin.ravlin"));
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+}
+
+}  // namespace
+
+int RavlinApp::main(int argc, char** argv) {
+    // A reader of the clipboard that goes away in the middle must not take this program with it.
+    std::signal(SIGPIPE, SIG_IGN);  // NOLINT(cert-err33-c): cannot fail for this signal
+    const Launch launch = Launch::fromEnvironment();
+    std::unique_ptr<SystemPasteboard> pasteboard;
+    {
+        SingleInstance instance;
+        if (instance.claim(launch) == SingleInstance::Role::second) return 0;
+        describeApplication();
+        const QApplication application(argc, argv);
+        RavlinApp ravlin(instance, launch);
+        QApplication::exec();
+        pasteboard = ravlin.releasePasteboard();
+    }
+    if (pasteboard != nullptr) pasteboard->lingerIfOwner();
+    return 0;
+}
+
+RavlinApp::RavlinApp(SingleInstance& instance, const Launch& launch) : statusItem_(instance.bus()) {
+    connectStatusItem();
+    connect(&updater_, &UpdaterController::canCheckForUpdatesChanged, this,
+            [this] { statusItem_.setCanCheckForUpdates(updater_.canCheckForUpdates()); });
+    statusItem_.setCanCheckForUpdates(updater_.canCheckForUpdates());
+    connect(&panel_, &PanelPresenter::opening, &clipboard_, &SystemClipboard::ensureOpen);
+    connect(&panel_, &PanelPresenter::quitRequested, this, &RavlinApp::quit);
+    connect(&quitSignals_, &QuitSignals::received, this, &RavlinApp::quit);
+    // Queued, so that whoever asks is answered before the panel is built.
+    connect(&instance, &SingleInstance::activated, this, &RavlinApp::activate, Qt::QueuedConnection);
+    waitForTray(launch);
+}
+
+void RavlinApp::connectStatusItem() {
+    connect(&statusItem_, &StatusItem::activated, &panel_, &PanelPresenter::toggle);
+    connect(&statusItem_, &StatusItem::openRequested, &panel_, &PanelPresenter::open);
+    connect(&statusItem_, &StatusItem::checkForUpdatesRequested, &updater_, &UpdaterController::checkForUpdates);
+    connect(&statusItem_, &StatusItem::quitRequested, this, &RavlinApp::quit);
+}
+
+/// On a desktop that shows no icon the panel is shown instead, so that the program can be seen to have started.
+void RavlinApp::waitForTray(const Launch& launch) {
+    connect(&statusItem_, &StatusItem::shownChanged, &trayDeadline_, [this, launch] {
+        if (!trayDeadline_.isActive() || !statusItem_.isShown()) return;
+        trayDeadline_.stop();
+        WindowManager::finishLaunch(launch.startupId);
+    });
+    connect(&trayDeadline_, &QTimer::timeout, this, [this, launch] {
+        if (!statusItem_.isShown()) activate(launch);
+    });
+    connect(&panel_, &PanelPresenter::opening, &trayDeadline_, &QTimer::stop);
+    trayDeadline_.setSingleShot(true);
+    trayDeadline_.start(kTrayLimit);
+}
+
+void RavlinApp::activate(const Launch& launch) {
+    panel_.open(launch.activationToken);
+    WindowManager::finishLaunch(launch.startupId);
+}
+
+void RavlinApp::quit() {
+    QCoreApplication::exit();
+}
+
+}  // namespace ravlin

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "App/PanelPresenter.h"
+#include "App/QuitSignals.h"
+#include "App/SingleInstance.h"
+#include "App/SystemClipboard.h"
+#include "App/UpdaterController.h"
+#include "Platform/StatusItem.h"
+#include "Views/UpdateWindows.h"
+
+#include <QObject>
+#include <QTimer>
+
+#include <memory>
+
+namespace ravlin {
+
+/// The application: an icon in the tray with one panel, and no other window. It owns everything that lives as long as
+/// the program does.
+class RavlinApp final : public QObject {
+    Q_OBJECT
+
+public:
+    /// The program from its start to its end; its result is the exit status.
+    static int main(int argc, char** argv);
+
+    /// Shows the icon. The application object is there, and `instance` has the program's name.
+    RavlinApp(SingleInstance& instance, const Launch& launch);
+
+    /// Takes the clipboard away, for what the program does last.
+    std::unique_ptr<SystemPasteboard> releasePasteboard() { return clipboard_.release(); }
+
+private:
+    void connectStatusItem();
+    void waitForTray(const Launch& launch);
+    void activate(const Launch& launch);
+    static void quit();
+
+    UpdateWindows updateWindows_;
+    UpdaterController updater_{updateWindows_};
+    StatusItem statusItem_;
+    SystemClipboard clipboard_;
+    PanelPresenter panel_{updater_};
+    QuitSignals quitSignals_;
+    QTimer trayDeadline_;
+};
+
+}  // namespace ravlin

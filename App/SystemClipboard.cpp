@@ -1,0 +1,38 @@
+#include "App/SystemClipboard.h"
+
+#include "Platform/PasteboardFactory.h"
+
+namespace ravlin {
+
+SystemClipboard::SystemClipboard() {
+    ensureOpen();
+}
+
+SystemClipboard::~SystemClipboard() {
+    release();
+}
+
+void SystemClipboard::ensureOpen() {
+    if (pasteboard_ != nullptr && pasteboard_->fileDescriptor() >= 0) return;
+    release();
+    pasteboard_ = openSystemPasteboard();
+    Pasteboard::setGeneral(pasteboard_.get());
+    if (pasteboard_ == nullptr) return;
+    notifier_ = std::make_unique<QSocketNotifier>(pasteboard_->fileDescriptor(), QSocketNotifier::Read);
+    connect(notifier_.get(), &QSocketNotifier::activated, this, &SystemClipboard::processEvents);
+}
+
+std::unique_ptr<SystemPasteboard> SystemClipboard::release() {
+    notifier_.reset();
+    Pasteboard::setGeneral(nullptr);
+    return std::move(pasteboard_);
+}
+
+/// A broken connection is left alone until the panel opens again: one that breaks at once each time must not keep the
+/// program busy.
+void SystemClipboard::processEvents() {
+    pasteboard_->processEvents();
+    if (pasteboard_->fileDescriptor() < 0) notifier_->setEnabled(false);
+}
+
+}  // namespace ravlin

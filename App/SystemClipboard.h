@@ -1,0 +1,38 @@
+#pragma once
+
+#include "Platform/SystemPasteboard.h"
+
+#include <QObject>
+#include <QSocketNotifier>
+
+#include <memory>
+
+namespace ravlin {
+
+/// The desktop's clipboard as the program's general pasteboard: connects it with the event loop, and opens it anew
+/// where its connection is lost.
+class SystemClipboard final : public QObject {
+    Q_OBJECT
+
+public:
+    SystemClipboard();
+    SystemClipboard(const SystemClipboard&) = delete;
+    SystemClipboard& operator=(const SystemClipboard&) = delete;
+    SystemClipboard(SystemClipboard&&) = delete;
+    SystemClipboard& operator=(SystemClipboard&&) = delete;
+    ~SystemClipboard() override;
+
+    /// Opens the clipboard where it is not open, for example because its connection broke.
+    void ensureOpen();
+
+    /// Takes the clipboard out of the event loop, for the program's end; null where there is none.
+    std::unique_ptr<SystemPasteboard> release();
+
+private:
+    void processEvents();
+
+    std::unique_ptr<SystemPasteboard> pasteboard_;
+    std::unique_ptr<QSocketNotifier> notifier_;
+};
+
+}  // namespace ravlin

@@ -1,0 +1,419 @@
+#!/usr/bin/python3
+"""The program as its users meet it: a real tray, real clicks and keys, assistive technology, other programs' clipboards.
+
+    private-desktop --window-manager -- end_to_end.py PROGRAM [unittest's arguments]
+"""
+import os
+import pathlib
+import shutil
+import signal
+import subprocess
+import sys
+import time
+import unittest
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "support"))
+import ravlin_desktop as desktop  # noqa: E402
+from gi.repository import GLib  # noqa: E402
+from ravlin_desktop import eventually, wait_for_label, wait_for_no_panel, wait_for_panel  # noqa: E402
+
+PROGRAM = sys.argv.pop(1)
+NO_BUS = {"DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent"}
+NO_TEXT = "No text in the clipboard — copy some text first"
+
+
+def server_time():
+    """The X server's clock, as window managers compare it: milliseconds since the machine started."""
+    return int(time.clock_gettime(time.CLOCK_MONOTONIC) * 1000) & 0xFFFFFFFF
+
+
+class DesktopTest(unittest.TestCase):
+    def start(self, **environment):
+        ravlin = desktop.Ravlin(PROGRAM, **environment)
+        self.addCleanup(self.assert_no_crash, ravlin)
+        self.addCleanup(ravlin.close)
+        return ravlin
+
+    def assert_no_crash(self, ravlin):
+        self.assertIn(ravlin.process.returncode, (0, -signal.SIGKILL))
+
+    def show_tray(self, edge="top"):
+        return self.enterContext(desktop.xembed_tray(edge))
+
+    def show_notifier_tray(self):
+        return self.enterContext(desktop.NotifierTray())
+
+    def copy(self, text):
+        return self.enterContext(desktop.copied(text))
+
+    def other_window_in_use(self):
+        """A window of another program into which the user has just typed."""
+        process = subprocess.Popen(["xev", "-name", "other"], stdout=subprocess.DEVNULL)
+        self.addCleanup(desktop.end, process)
+        window = eventually(lambda: desktop.visible_windows("other"), "the other window is open")[0]
+        eventually(lambda: desktop.has_keyboard(window), "the other window has the keyboard")
+        subprocess.run(["xprop", "-id", window.identifier, "-f", "_NET_WM_USER_TIME", "32c", "-set",
+                        "_NET_WM_USER_TIME", str(server_time())], check=True)
+        return window
+
+    def click_icon(self, button=1):
+        """Each time at another end of the icon: two clicks at one place may be taken for a double click."""
+        icon = eventually(desktop.tray_icon, "the icon is in the tray")
+        self.clicks = getattr(self, "clicks", 0) + 1
+        desktop.click(icon.x + (5 if self.clicks % 2 else icon.width - 5), icon.center[1], button)
+
+    def assert_clipboard(self, text):
+        eventually(lambda: desktop.clipboard() == text, f"the clipboard holds {text!r}")
+
+
+class MainJob(DesktopTest):
+    def setUp(self):
+        self.show_tray()
+        self.ravlin = self.start()
+
+    def test_typing_and_return_rewrite_the_clipboard(self):
+        self.copy("hello")
+        self.click_icon()
+        wait_for_panel()
+        desktop.type_text("upper")
+        desktop.press_key("Return")
+        self.assert_clipboard("HELLO")
+
+    def test_a_row_can_be_pressed_by_assistive_technology_and_the_status_be_read(self):
+        self.copy("hello")
+        self.click_icon()
+        wait_for_panel()
+        desktop.type_text("upper")
+        desktop.press("UPPERCASE")
+        wait_for_label("UPPERCASE — ready, paste with ⌘V  (5→5 chars)")
+        self.assert_clipboard("HELLO")
+
+    def test_a_row_can_be_clicked_and_the_panel_stays_for_the_next(self):
+        self.copy("hello world")
+        self.click_icon()
+        wait_for_panel()
+        desktop.type_text("case")
+        desktop.click_on("UPPERCASE")
+        self.assert_clipboard("HELLO WORLD")
+        desktop.click_on("lowercase")
+        self.assert_clipboard("hello world")
+
+    def test_an_empty_clipboard_is_told(self):
+        subprocess.run(["xsel", "--clipboard", "--clear"], check=True)
+        self.click_icon()
+        wait_for_panel()
+        desktop.type_text("upper")
+        desktop.press("UPPERCASE")
+        wait_for_label("Clipboard is empty — copy some text first")
+
+    def test_a_hung_program_costs_two_seconds_at_most_and_keeps_its_clipboard(self):
+        owner = self.copy("precious")
+        self.click_icon()
+        wait_for_panel()
+        desktop.type_text("upper")
+        desktop.button("UPPERCASE")
+        owner.send_signal(signal.SIGSTOP)
+        started = time.monotonic()
+        desktop.press("UPPERCASE")
+        wait_for_label(NO_TEXT)
+        self.assertLess(time.monotonic() - started, 2.5)
+        owner.send_signal(signal.SIGCONT)
+        self.assert_clipboard("precious")
+
+    def test_a_broken_connection_to_the_clipboard_is_made_anew_when_the_panel_opens(self):
+        self.copy("hello")
+        self.click_icon()
+        wait_for_panel()
+        desktop.type_text("upper")
+        desktop.press_key("Return")
+        self.assert_clipboard("HELLO")
+        subprocess.run(["xkill", "-id", desktop.selection_owner("CLIPBOARD")], check=True, stdout=subprocess.DEVNULL)
+        eventually(lambda: desktop.clipboard() is None, "the clipboard's owner is gone")
+        desktop.press_key("Escape", "Escape")
+        wait_for_no_panel()
+        self.copy("again")
+        self.click_icon()
+        wait_for_panel()
+        desktop.press_key("Return", "Down", "Return")
+        desktop.type_text("upper")
+        desktop.press_key("Return")
+        self.assert_clipboard("AGAIN")
+
+    def test_nothing_is_written_to_the_log_but_which_clipboard_is_used(self):
+        self.click_icon()
+        wait_for_panel()
+        self.ravlin.process.terminate()
+        self.assertEqual(self.ravlin.wait_for_end(), 0)
+        self.assertEqual(self.ravlin.output(), "clipboard: X11\n")
+
+
+class Panel(DesktopTest):
+    def test_opens_under_the_icon(self):
+        self.show_tray()
+        self.start()
+        self.click_icon()
+        panel = wait_for_panel()
+        self.assertLessEqual(abs(panel.y - 24), 2, panel)
+        self.assertEqual(panel.x + panel.width, 1280, panel)
+
+    def test_opens_above_an_icon_at_the_bottom_and_stays_there_while_it_shrinks(self):
+        self.show_tray("bottom")
+        self.start()
+        self.click_icon()
+        tall = wait_for_panel()
+        self.assertLessEqual(abs(tall.y + tall.height - 776), 2, tall)
+        desktop.type_text("upper")
+        low = eventually(lambda: next((window for window in [desktop.panel_window()]
+                                       if window.height < tall.height and window.y > tall.y), None),
+                         "the panel has shrunk")
+        eventually(lambda: abs(desktop.panel_window().y + low.height - 776) <= 2, "the panel is at the icon")
+
+    def test_closes_at_the_second_click_and_opens_at_the_third(self):
+        self.show_tray()
+        self.start()
+        self.click_icon()
+        wait_for_panel()
+        self.click_icon()
+        wait_for_no_panel()
+        self.click_icon()
+        wait_for_panel()
+
+    def test_takes_the_keyboard_each_time_it_opens(self):
+        self.show_tray()
+        self.start()
+        self.copy("hello")
+        for search, result in (("upper", "HELLO"), ("lower", "hello")):
+            self.click_icon()
+            wait_for_panel()
+            desktop.type_text(search)
+            desktop.press_key("Return")
+            self.assert_clipboard(result)
+            self.click_icon()
+            wait_for_no_panel()
+
+    def test_closes_at_the_second_escape_when_something_is_searched_for(self):
+        self.show_tray()
+        self.start()
+        self.click_icon()
+        wait_for_panel()
+        desktop.type_text("upper")
+        eventually(lambda: desktop.find_accessible(lambda each: each.get_name() == "UPPERCASE"), "the search is done")
+        desktop.press_key("Escape")
+        desktop.button("Clean URL")
+        self.assertIsNotNone(desktop.panel_window())
+        desktop.press_key("Escape")
+        wait_for_no_panel()
+
+    def test_closes_when_another_window_takes_the_keyboard(self):
+        self.show_tray()
+        self.start()
+        other = self.other_window_in_use()
+        self.click_icon()
+        wait_for_panel()
+        desktop.click(*other.center)
+        wait_for_no_panel()
+
+    def test_is_shown_at_the_start_where_there_is_no_tray_and_the_icon_when_one_comes(self):
+        self.start()
+        wait_for_panel()
+        self.show_tray()
+        eventually(desktop.tray_icon, "the icon is in the tray")
+
+    def test_is_not_shown_at_the_start_where_there_is_a_tray(self):
+        self.show_tray()
+        ravlin = self.start()
+        eventually(desktop.tray_icon, "the icon is in the tray")
+        with self.assertRaises(AssertionError):  # longer than the program waits for a tray
+            eventually(desktop.panel_window, "the panel is open", seconds=3)
+        self.assertIsNone(ravlin.process.poll())
+
+
+class NotifierTray(DesktopTest):
+    def setUp(self):
+        self.tray = self.show_notifier_tray()
+        self.ravlin = self.start()
+        self.tray.wait_for_item()
+
+    def test_activation_opens_the_panel_at_the_icon_though_another_window_is_in_use(self):
+        self.other_window_in_use()
+        self.tray.activate(900, 790)
+        panel = wait_for_panel()
+        self.assertLess(abs(panel.x + panel.width // 2 - 900), 2, panel)
+        self.assertGreater(panel.y + panel.height, 770, panel)
+
+    def test_a_click_that_takes_the_keyboard_away_closes_the_panel_for_good(self):
+        other = self.other_window_in_use()
+        self.tray.activate(900, 790)
+        wait_for_panel()
+        desktop.click(*other.center)
+        wait_for_no_panel()
+        self.tray.activate(900, 790)
+        self.assertIsNone(desktop.panel_window())
+        self.tray.activate(900, 790)
+        wait_for_panel()
+
+    def test_the_menu_opens_the_panel(self):
+        self.tray.choose_in_menu("Ravlin")
+        wait_for_panel()
+
+    def test_the_menu_checks_for_updates(self):
+        self.tray.choose_in_menu("Check for Updates…")
+        eventually(lambda: desktop.visible_windows("Software Update — Ravlin"), "the update window is open")
+
+    def test_the_menu_quits(self):
+        self.tray.choose_in_menu("Quit")
+        self.assertEqual(self.ravlin.wait_for_end(), 0)
+
+    def test_the_item_is_off_the_bus_after_quit_though_the_clipboard_is_still_served(self):
+        self.copy("hello")
+        self.tray.activate(900, 790)
+        wait_for_panel()
+        desktop.type_text("upper")
+        desktop.press_key("Return")
+        self.assert_clipboard("HELLO")
+        self.ravlin.process.terminate()
+        self.assertEqual(self.ravlin.wait_for_end(), 0)
+        self.assertEqual(len(self.ravlin.lingering_children()), 1)
+        eventually(lambda: not desktop.is_on_bus(self.tray.items[-1]), "the item is off the bus")
+        self.assertFalse(desktop.is_on_bus("org.ravlin.ravlin"))
+
+    def test_the_item_registers_again_when_the_tray_restarts(self):
+        self.tray.close()
+        with desktop.NotifierTray() as tray:
+            tray.activate(900, 790)
+            wait_for_panel()
+
+
+class Start(DesktopTest):
+    def test_with_nohup_outlives_the_terminal(self):
+        self.show_tray()
+        process = subprocess.Popen(["nohup", PROGRAM], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                                   stderr=subprocess.DEVNULL)
+        self.addCleanup(desktop.end, process)
+        eventually(desktop.tray_icon, "the icon is in the tray")
+        process.send_signal(signal.SIGHUP)
+        self.click_icon()
+        wait_for_panel()
+        self.assertIsNone(process.poll())
+
+    def test_by_the_session_bus_opens_the_panel(self):
+        self.show_tray()
+        services = pathlib.Path(os.environ["XDG_DATA_HOME"], "dbus-1", "services")
+        services.mkdir(parents=True)
+        self.addCleanup(shutil.rmtree, services)
+        (services / "org.ravlin.ravlin.service").write_text(
+            f"[D-BUS Service]\nName=org.ravlin.ravlin\nExec={PROGRAM}\n")
+        desktop.call_bus("ReloadConfig")
+        desktop.activate_by_name()
+        pid, = desktop.call_bus("GetConnectionUnixProcessID", GLib.Variant("(s)", ("org.ravlin.ravlin",)))
+        self.addCleanup(eventually, lambda: not desktop.is_on_bus("org.ravlin.ravlin"), "the program has ended")
+        self.addCleanup(os.kill, pid, signal.SIGTERM)
+        wait_for_panel()
+        eventually(desktop.tray_icon, "the icon is in the tray")
+
+    def test_where_there_is_no_session_bus_shows_the_icon(self):
+        self.show_tray()
+        self.start(**NO_BUS)
+        self.click_icon()
+        wait_for_panel()
+
+
+class SecondStart(DesktopTest):
+    def test_opens_the_panel_of_the_first_though_another_window_is_in_use_and_ends(self):
+        self.show_tray()
+        self.start()
+        eventually(desktop.tray_icon, "the icon is in the tray")
+        self.copy("hello")
+        self.other_window_in_use()
+        self.assertEqual(self.start().wait_for_end(), 0)
+        wait_for_panel()
+        desktop.type_text("upper")
+        desktop.press_key("Return")
+        self.assert_clipboard("HELLO")
+
+    def test_finds_an_open_panel_and_leaves_it_where_it_is(self):
+        self.show_tray()
+        self.start()
+        self.click_icon()
+        before = wait_for_panel()
+        subprocess.run(["xdotool", "mousemove", "100", "100"], check=True)
+        self.assertEqual(self.start().wait_for_end(), 0)
+        panel = wait_for_panel()
+        self.assertEqual((panel.x, panel.y), (before.x, before.y))
+
+    def test_is_what_the_desktop_asks_for_by_name(self):
+        self.show_tray()
+        self.start()
+        eventually(desktop.tray_icon, "the icon is in the tray")
+        desktop.activate_by_name()
+        wait_for_panel()
+
+    def test_becomes_the_first_when_that_has_ended(self):
+        self.show_tray()
+        first = self.start()
+        eventually(desktop.tray_icon, "the icon is in the tray")
+        first.process.kill()
+        first.wait_for_end()
+        eventually(lambda: desktop.tray_icon() is None, "the icon is gone")
+        self.start()
+        eventually(desktop.tray_icon, "the icon is in the tray")
+
+
+class Quit(DesktopTest):
+    """Every way to end the program ends it at once, and loses nothing."""
+
+    def setUp(self):
+        self.show_tray()
+        self.ravlin = self.start()
+        self.copy("hello")
+        self.click_icon()
+        wait_for_panel()
+        desktop.type_text("upper")
+        desktop.press_key("Return")
+        self.assert_clipboard("HELLO")
+
+    def check_end(self):
+        self.assertEqual(self.ravlin.wait_for_end(), 0)
+        self.assertEqual(desktop.clipboard(), "HELLO")
+        eventually(lambda: desktop.tray_icon() is None, "the icon is gone")
+        self.assertIsNone(desktop.panel_window())
+        self.assertEqual(self.ravlin.output(), "clipboard: X11\n")  # and nobody holds the output open
+        self.assertEqual(len(self.ravlin.lingering_children()), 1)
+        self.copy("something else")
+        eventually(lambda: not self.ravlin.lingering_children(), "the lingering process has ended")
+
+    def test_by_the_button(self):
+        desktop.click_on("Quit")
+        self.check_end()
+
+    def test_by_the_icons_menu(self):
+        desktop.press_key("Escape", "Escape")
+        wait_for_no_panel()
+        self.click_icon(button=3)
+        eventually(desktop.menu_window, "the menu is open")
+        desktop.press_key("Up", "Return")
+        self.check_end()
+
+    def test_by_sigterm(self):
+        self.ravlin.process.send_signal(signal.SIGTERM)
+        self.check_end()
+
+    def test_by_sigint(self):
+        self.ravlin.process.send_signal(signal.SIGINT)
+        self.check_end()
+
+    def test_by_sighup(self):
+        self.ravlin.process.send_signal(signal.SIGHUP)
+        self.check_end()
+
+    def test_leaves_no_process_where_another_program_owns_the_clipboard(self):
+        self.copy("something else")
+        self.ravlin.process.send_signal(signal.SIGTERM)
+        self.assertEqual(self.ravlin.wait_for_end(), 0)
+        self.assertEqual(self.ravlin.lingering_children(), [])
+        self.assert_clipboard("something else")
+
+
+if __name__ == "__main__":
+    desktop.adopt_orphans()
+    unittest.main()

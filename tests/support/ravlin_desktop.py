@@ -1,0 +1,382 @@
+"""A user at a private X11 desktop: starts Ravlin and looks at, clicks and types what a person would. For scripts that
+run under `private-desktop`. Everything that is started here is ended here, by its process id."""
+import contextlib
+import ctypes
+import functools
+import os
+import re
+import signal
+import subprocess
+import sys
+import time
+
+import gi
+
+gi.require_version("Atspi", "2.0")
+gi.require_version("Gio", "2.0")
+from gi.repository import Atspi, Gio, GLib  # noqa: E402
+
+DEADLINE_SECONDS = 10
+PR_SET_CHILD_SUBREAPER = 36
+
+
+def eventually(condition, what, seconds=DEADLINE_SECONDS):
+    """The first true answer of `condition`; an AssertionError that says `what` was waited for when there is none."""
+    deadline = time.monotonic() + seconds
+    while True:
+        answer = condition()
+        if answer:
+            return answer
+        if time.monotonic() > deadline:
+            raise AssertionError(f"not within {seconds} s: {what}")
+        # Bus messages of the desktop's own services, as the tests play them, are handled in between.
+        while GLib.MainContext.default().iteration(False):
+            pass
+        time.sleep(0.005)
+
+
+def output_of(*command, **options):
+    return subprocess.run(command, capture_output=True, text=True, timeout=DEADLINE_SECONDS, **options).stdout
+
+
+def end(process):
+    """Ends a process that was started here, and waits for its end."""
+    for ask in (process.terminate, process.kill):
+        if process.poll() is not None:
+            return
+        ask()
+        with contextlib.suppress(subprocess.TimeoutExpired):
+            process.wait(3)
+
+
+# Windows and input
+
+
+class Window:
+    def __init__(self, identifier, name, geometry):
+        self.identifier, self.name = identifier, name
+        self.width, self.height, self.x, self.y = geometry
+
+    @property
+    def center(self):
+        return self.x + self.width // 2, self.y + self.height // 2
+
+    def contains(self, other):
+        return (self.x <= other.x and other.x + other.width <= self.x + self.width and
+                self.y <= other.y and other.y + other.height <= self.y + self.height)
+
+    def __repr__(self):
+        return f"{self.name} {self.width}x{self.height}+{self.x}+{self.y}"
+
+
+WINDOW_LINE = re.compile(r' *(0x[0-9a-f]+) "(.*)": \(.*\)  (\d+)x(\d+)\+-?\d+\+-?\d+  \+(-?\d+)\+(-?\d+)')
+
+
+def visible_windows(name):
+    """The windows with this title that can be seen."""
+    lines = map(WINDOW_LINE.match, output_of("xwininfo", "-root", "-tree").splitlines())
+    windows = [Window(line[1], line[2], map(int, line.groups()[2:])) for line in lines if line and line[2] == name]
+    return [each for each in windows if "IsViewable" in output_of("xwininfo", "-id", each.identifier)]
+
+
+def panel_window():
+    """The panel where it is open, else None."""
+    return next((window for window in visible_windows("Ravlin") if window.width >= 340), None)
+
+
+def menu_window():
+    """The menu of the icon in an XEmbed tray where it is open, else None."""
+    return next((window for window in visible_windows("Ravlin") if 100 < window.width < 340), None)
+
+
+def tray_icon():
+    """The icon in an XEmbed tray, once that has given it its place, else None."""
+    bars = visible_windows("panel")
+    icons = [window for window in visible_windows("Ravlin") if 16 <= window.width <= 64]
+    return next((icon for icon in icons if any(bar.contains(icon) for bar in bars)), None)
+
+
+def click(x, y, button=1):
+    subprocess.run(["xdotool", "mousemove", str(x), str(y), "click", str(button)], check=True)
+
+
+def type_text(text):
+    subprocess.run(["xdotool", "type", "--delay", "5", text], check=True)
+
+
+def press_key(*names):
+    subprocess.run(["xdotool", "key", *names], check=True)
+
+
+def has_keyboard(window):
+    return output_of("xdotool", "getwindowfocus").strip() == str(int(window.identifier, 16))
+
+
+def wait_for_panel():
+    """The open panel, once it has the keyboard."""
+    panel = eventually(panel_window, "the panel is open")
+    eventually(lambda: has_keyboard(panel), "the panel has the keyboard")
+    return panel
+
+
+def wait_for_no_panel():
+    eventually(lambda: panel_window() is None, "the panel is closed")
+
+
+def selection_owner(name):
+    """The id of the window that owns a selection, for example "CLIPBOARD"; "0" for none."""
+    x11 = ctypes.CDLL("libX11.so.6")
+    x11.XOpenDisplay.restype = ctypes.c_void_p
+    x11.XInternAtom.restype = ctypes.c_ulong
+    x11.XGetSelectionOwner.restype = ctypes.c_ulong
+    display = ctypes.c_void_p(x11.XOpenDisplay(None))
+    atom = ctypes.c_ulong(x11.XInternAtom(display, name.encode(), 0))
+    owner = x11.XGetSelectionOwner(display, atom)
+    x11.XCloseDisplay(display)
+    return str(owner)
+
+
+@contextlib.contextmanager
+def xembed_tray(edge="top"):
+    """A bar at the right end of one edge of the screen that shows XEmbed icons."""
+    tray = subprocess.Popen(["trayer", "--edge", edge, "--align", "right", "--widthtype", "request", "--height", "24"],
+                            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    try:
+        yield tray
+    finally:
+        end(tray)
+
+
+# The clipboard, as other programs see it
+
+
+def clipboard():
+    """The clipboard's text, or None."""
+    result = subprocess.run(["xclip", "-o", "-selection", "clipboard"], capture_output=True, timeout=DEADLINE_SECONDS)
+    return result.stdout.decode() if result.returncode == 0 else None
+
+
+@contextlib.contextmanager
+def copied(text):
+    """Another program that has copied `text`, and serves it as long as it is asked."""
+    owner = subprocess.Popen(["xclip", "-i", "-quiet", "-selection", "clipboard"], stdin=subprocess.PIPE,
+                             stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    try:
+        owner.stdin.write(text.encode())
+        owner.stdin.close()
+        eventually(lambda: clipboard() == text, "the other program owns the clipboard")
+        yield owner
+    finally:
+        owner.send_signal(signal.SIGCONT)
+        end(owner)
+
+
+# The program
+
+
+def adopt_orphans():
+    """Makes this process the parent of those whose own parent ends, so that they can be found and waited for."""
+    ctypes.CDLL(None).prctl(PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0)
+
+
+def children_named(name):
+    """The ids of this process's living children with this program name."""
+    found = []
+    for entry in os.listdir("/proc"):
+        if not entry.isdigit():
+            continue
+        with contextlib.suppress(OSError):
+            with open(f"/proc/{entry}/stat", encoding="utf-8", errors="replace") as stat:
+                comm, rest = stat.read().split("(", 1)[1].rsplit(")", 1)
+            state, parent = rest.split()[:2]
+            if comm == name and int(parent) == os.getpid() and state != "Z":
+                found.append(int(entry))
+    return found
+
+
+class Ravlin:
+    """The program under test."""
+
+    def __init__(self, program, **environment):
+        self.name = os.path.basename(program)
+        self.process = subprocess.Popen([program], env=dict(os.environ, **environment), stdin=subprocess.DEVNULL,
+                                        stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
+
+    @property
+    def pid(self):
+        return self.process.pid
+
+    def wait_for_end(self, seconds=DEADLINE_SECONDS):
+        """The exit status."""
+        return self.process.wait(seconds)
+
+    def output(self):
+        """What it wrote, after its end."""
+        return self.process.stdout.read()
+
+    def lingering_children(self):
+        """The processes that go on serving the clipboard after the program's end."""
+        return [pid for pid in children_named(self.name) if pid != self.pid]
+
+    def close(self):
+        end(self.process)
+        self.process.stdout.close()
+        for pid in self.lingering_children():
+            with contextlib.suppress(ProcessLookupError):
+                os.kill(pid, signal.SIGKILL)
+            with contextlib.suppress(ChildProcessError):
+                os.waitpid(pid, 0)
+
+
+# Assistive technology
+
+
+def accessible_application():
+    desktop = Atspi.get_desktop(0)
+    for index in range(desktop.get_child_count()):
+        with contextlib.suppress(GLib.Error):
+            application = desktop.get_child_at_index(index)
+            if application is not None and application.get_name() in ("ravlin", "Ravlin"):
+                return application
+    return None
+
+
+def descendants(accessible):
+    for index in range(accessible.get_child_count()):
+        child = accessible.get_child_at_index(index)
+        if child is not None:
+            yield child
+            yield from descendants(child)
+
+
+def find_accessible(matches):
+    """The first accessible object of the program that is showing and matches, or None."""
+    application = accessible_application()
+    if application is None:
+        return None
+    with contextlib.suppress(GLib.Error):  # objects may go while they are looked at
+        for each in descendants(application):
+            if each.get_state_set().contains(Atspi.StateType.SHOWING) and matches(each):
+                return each
+    return None
+
+
+def button(name):
+    """The button with this name, once it can be seen."""
+    return eventually(lambda: find_accessible(lambda each: each.get_role() == Atspi.Role.PUSH_BUTTON
+                                              and each.get_name() == name), f"there is a button {name!r}")
+
+
+def press(name):
+    """What a screen reader's user does to a button."""
+    if not Atspi.Action.do_action(button(name), 0):
+        raise AssertionError(f"the button {name!r} refused to be pressed")
+
+
+def click_on(name):
+    """A real click of the pointer in the middle of a button."""
+    area = Atspi.Component.get_extents(button(name), Atspi.CoordType.SCREEN)
+    click(area.x + area.width // 2, area.y + area.height // 2)
+
+
+def has_label(text):
+    return find_accessible(lambda each: each.get_role() == Atspi.Role.LABEL and each.get_name() == text) is not None
+
+
+def wait_for_label(text, seconds=DEADLINE_SECONDS):
+    eventually(lambda: has_label(text), f"there is a label {text!r}", seconds)
+
+
+# The session bus
+
+
+@functools.cache  # the library itself would close the connection in between
+def session_bus():
+    return Gio.bus_get_sync(Gio.BusType.SESSION)
+
+
+def call(service, path, interface, method, arguments=None):
+    """A method's result as Python values."""
+    return session_bus().call_sync(service, path, interface, method, arguments, None, Gio.DBusCallFlags.NONE,
+                                   DEADLINE_SECONDS * 1000, None).unpack()
+
+
+def call_bus(method, arguments=None):
+    """The result of a method of the bus itself."""
+    return call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", method, arguments)
+
+
+def is_on_bus(name):
+    return call_bus("NameHasOwner", GLib.Variant("(s)", (name,)))[0]
+
+
+def activate_by_name():
+    """What a desktop does to open a program by its desktop file, started already or not."""
+    call("org.ravlin.ravlin", "/org/ravlin/ravlin", "org.freedesktop.Application", "Activate",
+         GLib.Variant("(a{sv})", ({"desktop-startup-id": GLib.Variant("s", "launch_TIME1")},)))
+
+
+class NotifierTray:
+    """A desktop's StatusNotifierWatcher with a host."""
+
+    INTERFACE = """
+        <node><interface name="org.kde.StatusNotifierWatcher">
+            <method name="RegisterStatusNotifierItem"><arg type="s" direction="in"/></method>
+            <property name="IsStatusNotifierHostRegistered" type="b" access="read"/>
+            <property name="RegisteredStatusNotifierItems" type="as" access="read"/>
+            <property name="ProtocolVersion" type="i" access="read"/>
+            <signal name="StatusNotifierHostRegistered"/>
+        </interface></node>"""
+
+    def __init__(self):
+        self.items = []
+        self.registered_at = None
+        interface = Gio.DBusNodeInfo.new_for_xml(self.INTERFACE).interfaces[0]
+        self.registration = session_bus().register_object("/StatusNotifierWatcher", interface, self._call, self._get,
+                                                          None)
+        self.name = Gio.bus_own_name_on_connection(session_bus(), "org.kde.StatusNotifierWatcher",
+                                                   Gio.BusNameOwnerFlags.NONE, None, None)
+        eventually(lambda: is_on_bus("org.kde.StatusNotifierWatcher"), "the watcher has its name")
+
+    def _call(self, _connection, _sender, _path, _interface, _method, arguments, invocation):
+        self.registered_at = time.monotonic()
+        self.items.append(arguments.unpack()[0])
+        invocation.return_value(None)
+
+    def _get(self, _connection, _sender, _path, _interface, name):
+        return {"IsStatusNotifierHostRegistered": GLib.Variant("b", True),
+                "RegisteredStatusNotifierItems": GLib.Variant("as", self.items),
+                "ProtocolVersion": GLib.Variant("i", 0)}[name]
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.close()
+
+    def close(self):
+        if self.name:
+            Gio.bus_unown_name(self.name)
+            session_bus().unregister_object(self.registration)
+            self.name = None
+
+    def wait_for_item(self):
+        return eventually(lambda: self.items[-1:], "an item has registered")[0]
+
+    def activate(self, x, y):
+        call(self.wait_for_item(), "/StatusNotifierItem", "org.kde.StatusNotifierItem", "Activate",
+             GLib.Variant("(ii)", (x, y)))
+
+    def choose_in_menu(self, label):
+        menu = call(self.wait_for_item(), "/StatusNotifierItem", "org.freedesktop.DBus.Properties", "Get",
+                    GLib.Variant("(ss)", ("org.kde.StatusNotifierItem", "Menu")))[0]
+        _, (_, _, entries) = call(self.items[-1], menu, "com.canonical.dbusmenu", "GetLayout",
+                                  GLib.Variant("(iias)", (0, -1, [])))
+        identifier = next(entry[0] for entry in entries if entry[1].get("label") == label)
+        call(self.items[-1], menu, "com.canonical.dbusmenu", "Event",
+             GLib.Variant("(isvu)", (identifier, "clicked", GLib.Variant("i", 0), 0)))
+
+
+def screenshot(path):
+    subprocess.run(["import", "-window", "root", path], check=True, timeout=DEADLINE_SECONDS)
+    print(f"screenshot: {path}", file=sys.stderr)
