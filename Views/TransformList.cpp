@@ -17,8 +17,7 @@ TransformList::TransformList(QWidget* parent)
       content_(new QWidget),
       emptyText_(new TextLabel(
           {}, {.style = TextStyle::caption, .color = &PanelColors::secondary, .width = Metrics::kContentWidth},
-          content_)),
-      pinnedHeader_(nullptr) {
+          content_)) {
     setObjectName(QStringLiteral("transformList"));
     setAccessibleName(QStringLiteral("Transforms"));
     setFrameShape(QFrame::NoFrame);
@@ -207,8 +206,9 @@ void TransformList::scrollContentsBy(int dx, int dy) {
     showWhatIsInView();
 }
 
-// The panel decides where Tab leads; the base class would scroll in its own way afterwards.
+// The panel decides where Tab leads; a scroll area would scroll in its own way afterwards.
 bool TransformList::focusNextPrevChild(bool next) {
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call): the base class is passed over on purpose.
     return QWidget::focusNextPrevChild(next);
 }
 

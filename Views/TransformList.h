@@ -76,7 +76,7 @@ private:
     ListGeometry geometry_;
     QWidget* content_;
     TextLabel* emptyText_;
-    SectionHeader* pinnedHeader_;
+    SectionHeader* pinnedHeader_ = nullptr;
     std::map<TransformCategory::Case, SectionHeader*> headers_;
     std::map<TextTransform::Case, TransformRow*> rows_;
     std::optional<TextTransform> lastHighlighted_;
