@@ -225,8 +225,6 @@ std::size_t nextLetter(std::string_view text, std::size_t at) noexcept {
 /// Latin, Greek and Cyrillic end before here; only they lose their diacritics.
 constexpr char32_t kFirstUnfolded = 0x510;
 
-constexpr char32_t kNoBase = 0xFFFFFFFF;
-
 constexpr bool isSkinTone(char32_t scalar) noexcept {
     return scalar >= 0x1F3FB && scalar <= 0x1F3FF;
 }
@@ -237,26 +235,52 @@ bool isDropped(char32_t base, char32_t following) noexcept {
     return base < kFirstUnfolded && isSkinTone(following);
 }
 
+/// The base character of what folds to it.
+char32_t foldedBase(char32_t scalar) noexcept {
+    const char32_t start = Unicode::decompositionStart(scalar);
+    return start < kFirstUnfolded ? start : scalar;
+}
+
+/// Takes diacritics from a text that it is given from its start.
+class Folder {
+public:
+    explicit Folder(std::size_t size) { folded_.reserve(size); }
+
+    void takeASCII(std::string_view run) {
+        folded_ += run;
+        if (!run.empty()) base_ = static_cast<unsigned char>(run.back());
+    }
+
+    void take(char32_t scalar) {
+        const bool hasBase = base_ != kNoBase;
+        if (hasBase && isDropped(base_, scalar)) return;
+        const bool isMark = hasBase && Unicode::isGraphemeExtend(scalar);
+        if (!isMark) base_ = foldedBase(scalar);
+        Unicode::append(folded_, isMark ? scalar : base_);
+    }
+
+    std::string take() && { return std::move(folded_); }
+
+private:
+    static constexpr char32_t kNoBase = 0xFFFFFFFF;
+
+    std::string folded_;
+    char32_t base_ = kNoBase;
+};
+
 /// `text` without its diacritics.
 std::string folded(std::string_view text) {
-    std::string result;
-    result.reserve(text.size());
+    Folder folder(text.size());
     for (std::size_t at = 0; at < text.size();) {
         const std::size_t asciiEnd = Unicode::asciiRunEnd(text, at);
-        result += text.substr(at, asciiEnd - at);
-        char32_t base = asciiEnd > at ? U'a' : kNoBase;
+        folder.takeASCII(text.substr(at, asciiEnd - at));
         for (at = asciiEnd; at < text.size() && !Unicode::isASCII(text[at]);) {
             const Unicode::Scalar scalar = Unicode::decode(text, at);
+            folder.take(scalar.value);
             at += scalar.byteSize;
-            if (base != kNoBase && isDropped(base, scalar.value)) continue;
-            const bool isKeptMark = base != kNoBase && Unicode::isGraphemeExtend(scalar.value);
-            const char32_t start = isKeptMark ? scalar.value : Unicode::decompositionStart(scalar.value);
-            const char32_t kept = start < kFirstUnfolded ? start : scalar.value;
-            if (!isKeptMark) base = kept;
-            Unicode::append(result, kept);
         }
     }
-    return result;
+    return std::move(folder).take();
 }
 
 /// Puts the letters and numbers of folded texts together, with "-" for what stands between them.
