@@ -46,12 +46,12 @@ std::string route(TextTransform transform, std::string_view text) {  // NOLINT(r
         case TextTransform::numberLines: return listify(text, /*numbered=*/true);
         case TextTransform::joinLines: return joinLines(text);
         case TextTransform::quoteLines: return quoteLines(text);
-        case TextTransform::straightenQuotes: return std::string(text);
-        case TextTransform::smartQuotes: return std::string(text);
-        case TextTransform::collapseSpaces: return std::string(text);
-        case TextTransform::removeAllSpaces: return std::string(text);
+        case TextTransform::straightenQuotes: return straightenQuotes(text);
+        case TextTransform::smartQuotes: return smartQuotes(text);
+        case TextTransform::collapseSpaces: return collapseSpaces(text);
+        case TextTransform::removeAllSpaces: return removeAllSpaces(text);
         case TextTransform::tabsToSpaces: return tabsToSpaces(text);
-        case TextTransform::spacesToTabs: return std::string(text);
+        case TextTransform::spacesToTabs: return spacesToTabs(text, /*width=*/4);
         case TextTransform::normalizeDashes: return normalizeDashes(text);
         case TextTransform::reverseCharacters: return reverseCharacters(text);
         case TextTransform::base64Encode: return base64Encode(text);

@@ -1,7 +1,12 @@
 #include "Engine/SpacingTransforms.h"
+#include "Engine/Support/LineModel.h"
 #include "tests/engine/Oracle.h"
 
+#include <unicode/regex.h>
+#include <unicode/unistr.h>
+
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 #include <gtest/gtest.h>
@@ -89,6 +94,222 @@ TEST(ReverseCharacters, IsThatOfICUInRandomTexts) {
         std::string expected;
         for (auto character = characters.rbegin(); character != characters.rend(); ++character) expected += *character;
         ASSERT_EQ(TextTransforms::reverseCharacters(text), expected) << testing::PrintToString(text);
+    }
+}
+
+// --- Quotation marks -------------------------------------------------------------------------------------------------
+
+constexpr std::u32string_view kTypographyAlphabet =
+    U"aa  "
+    U"\n\r\t(\"\"''''----..."
+    U"\u201c\u201d\u201e\u00ab\u00bb\u2018\u2019\u201a\u2014\u2013\u2026\u2039\u0301\u0600\u200d中";
+
+TEST(StraightenQuotes, WritesTypographicCharactersInASCII) {
+    const std::pair<std::string_view, std::string_view> vectors[] = {
+        {"", ""},
+        {"«Hi» — ‘there’…", "\"Hi\" -- 'there'..."},
+        {"“a” „b‟ ‚c‛", "\"a\" \"b‟ 'c‛"},
+        {"‹a› ′ ″", "‹a› ′ ″"},
+        {"–—", "---"},
+        {"“\u0301", "“\u0301"},
+    };
+    for (const auto& [text, expected] : vectors) EXPECT_EQ(TextTransforms::straightenQuotes(text), expected);
+}
+
+TEST(StraightenQuotes, IsElevenReplacementsOneAfterAnother) {
+    Oracle::Texts texts(kTypographyAlphabet, 12);
+    for (int i = 0; i < 30'000; ++i) {
+        const std::string text = texts.next();
+        std::string expected = text;
+        for (const auto& [from, to] : {std::pair("“", "\""),
+                                       {"”", "\""},
+                                       {"„", "\""},
+                                       {"«", "\""},
+                                       {"»", "\""},
+                                       {"‘", "'"},
+                                       {"’", "'"},
+                                       {"‚", "'"},
+                                       {"—", "--"},
+                                       {"–", "-"},
+                                       {"…", "..."}})
+            expected = Oracle::replaceAll(expected, from, to);
+        ASSERT_EQ(TextTransforms::straightenQuotes(text), expected) << testing::PrintToString(text);
+    }
+}
+
+TEST(SmartQuotes, CurlsQuotationMarksAndJoinsDashes) {
+    const std::pair<std::string_view, std::string_view> vectors[] = {
+        {"", ""},
+        {"say \"hi\" and 'bye'", "say “hi” and ‘bye’"},
+        {"it's", "it’s"},
+        {"\"\"\n\"\n\n\"\"", "“”\n“\n\n”“"},
+        {"'a'", "‘a’"},
+        {"\"'a'\"", "“’a’”"},  // the character before it in the input is a straight mark
+        {"“'a'”", "“‘a’”"},
+        {"('a') \t'b'\n'c'", "(‘a’) \t‘b’\n‘c’"},
+        {"\r\n'a'", "\r\n’a’"},
+        {"\u00a0'a'", "\u00a0’a’"},
+        {"a---b--c...", "a—b–c…"},
+        {"----", "—-"},
+        {"-----", "—–"},
+        {"- -- ......", "- – ……"},
+        {"\"\u0301\"", "\"\u0301“"},
+        {" \u0301'a", " \u0301’a"},
+        {"--\u0301", "--\u0301"},
+        {"---\u0301", "–-\u0301"},
+        {"\u0600---", "\u0600-–"},
+        {"\u0600-\u0301", "\u0600-\u0301"},
+        {"don't", "don’t"},
+    };
+    for (const auto& [text, expected] : vectors) EXPECT_EQ(TextTransforms::smartQuotes(text), expected);
+}
+
+std::string plainSmartQuotes(std::string_view text) {
+    std::string result;
+    std::string before;
+    bool opensNext = true;
+    for (const std::string& character : Oracle::characters(text)) {
+        if (character == "\"") {
+            result += opensNext ? "“" : "”";
+            opensNext = !opensNext;
+        } else if (character == "'") {
+            const bool opens =
+                before.empty() || before == " " || before == "\n" || before == "\t" || before == "(" || before == "“";
+            result += opens ? "‘" : "’";
+        } else {
+            result += character;
+        }
+        before = character;
+    }
+    for (const auto& [from, to] : {std::pair("---", "—"), {"--", "–"}, {"...", "…"}})
+        result = Oracle::replaceAll(result, from, to);
+    return result;
+}
+
+TEST(SmartQuotes, IsThatOfTheRulesInRandomTexts) {
+    Oracle::Texts texts(kTypographyAlphabet, 14);
+    for (int i = 0; i < 60'000; ++i) {
+        const std::string text = texts.next();
+        ASSERT_EQ(TextTransforms::smartQuotes(text), plainSmartQuotes(text)) << testing::PrintToString(text);
+    }
+}
+
+// --- Spaces ----------------------------------------------------------------------------------------------------------
+
+constexpr std::u32string_view kSpaceAlphabet =
+    U"aab    \t\t\n\n\n\n\r\u00a0\u3000\u2028\u0085\u200b\ufeff\u0301é\u000b";
+
+TEST(CollapseSpaces, TidiesLinesAndParagraphs) {
+    const std::pair<std::string_view, std::string_view> vectors[] = {
+        {"", ""},
+        {"  a   b\t\tc \n\n \n\nd", "a b c\n\nd"},
+        {"a\tb", "a\tb"},
+        {"a\n\n\n\nb", "a\n\nb"},
+        {"\n\n\n", "\n\n"},
+        {"\n\n\na", "\n\na"},
+        {"a\u00a0\u00a0b\u00a0", "a\u00a0\u00a0b"},
+        {"a  \r\nb", "a \r\nb"},
+        {"\r\n\r\n\r\n\r\n", "\r\n\r\n\r\n\r\n"},
+        {"a \t b", "a b"},
+        {"a  \u0301b", "a \u0301b"},
+    };
+    for (const auto& [text, expected] : vectors) EXPECT_EQ(TextTransforms::collapseSpaces(text), expected);
+}
+
+std::string regexReplaced(std::string_view text, const char* pattern, const char* replacement) {
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::UnicodeString units =
+        icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<int>(text.size())));
+    icu::RegexMatcher matcher(icu::UnicodeString::fromUTF8(pattern), units, 0, status);
+    std::string result;
+    matcher.replaceAll(icu::UnicodeString::fromUTF8(replacement), status).toUTF8String(result);
+    EXPECT_TRUE(U_SUCCESS(status));
+    return result;
+}
+
+TEST(CollapseSpaces, IsWhatTheRegularExpressionsSay) {
+    Oracle::Texts texts(kSpaceAlphabet, 16);
+    for (int i = 0; i < 15'000; ++i) {
+        const std::string text = texts.next();
+        std::vector<std::string> lines;
+        for (const std::string_view line : LineModel::split(text)) {
+            const std::string collapsed = regexReplaced(line, "[ \t]{2,}", " ");
+            lines.push_back(regexReplaced(collapsed, "\\A[\\p{Zs}\t]+|[\\p{Zs}\t]+\\z", ""));
+        }
+        const std::string joined = LineModel::join(std::vector<std::string_view>(lines.begin(), lines.end()));
+        ASSERT_EQ(TextTransforms::collapseSpaces(text), regexReplaced(joined, "\n{3,}", "\n\n"))
+            << testing::PrintToString(text);
+    }
+}
+
+TEST(CollapseSpaces, ChangesNothingTheSecondTime) {
+    Oracle::Texts texts(U"aab    \t\t\n\n\n\n\r\u00a0\u3000é", 16);
+    for (int i = 0; i < 20'000; ++i) {
+        const std::string once = TextTransforms::collapseSpaces(texts.next());
+        ASSERT_EQ(TextTransforms::collapseSpaces(once), once) << testing::PrintToString(once);
+    }
+}
+
+TEST(RemoveAllSpaces, LeavesNoWhiteSpace) {
+    const std::pair<std::string_view, std::string_view> vectors[] = {
+        {"", ""},
+        {"a b\n\tc", "abc"},
+        {"a\r\nb\u0085c\u2028d\u2029e\u00a0f\u3000g\vh\fi", "abcdefghi"},
+        {"a\u200bb\ufeff", "a\u200bb\ufeff"},
+        {" \u0301x", "\u0301x"},
+        {"   ", ""},
+    };
+    for (const auto& [text, expected] : vectors) EXPECT_EQ(TextTransforms::removeAllSpaces(text), expected);
+    Oracle::Texts texts(kSpaceAlphabet, 16);
+    for (int i = 0; i < 20'000; ++i) {
+        const std::string text = texts.next();
+        ASSERT_EQ(TextTransforms::removeAllSpaces(text), regexReplaced(text, "\\p{White_Space}", ""));
+    }
+}
+
+TEST(SpacesToTabs, TurnsLeadingSpacesIntoTabs) {
+    const struct {
+        std::string_view text;
+        std::int64_t width;
+        std::string_view expected;
+    } vectors[] = {
+        {"", 4, ""},
+        {"      x", 4, "\t  x"},
+        {"        x", 4, "\t\tx"},
+        {"   x", 4, "   x"},
+        {"\t    x", 4, "\t    x"},
+        {"x    y", 4, "x    y"},
+        {"    a\n    b\r\n\n    ", 4, "\ta\n\tb\r\n\n\t"},
+        {"    \u0301x", 4, "    \u0301x"},  // the fourth space carries the accent
+        {"     \u0301x", 4, "\t \u0301x"},
+        {"  x", 1, "\t\tx"},
+        {"    x", 0, "    x"},
+        {"    x", -4, "    x"},
+        {"    x", std::numeric_limits<std::int64_t>::min(), "    x"},
+        {"    x", std::numeric_limits<std::int64_t>::max(), "    x"},
+    };
+    for (const auto& vector : vectors)
+        EXPECT_EQ(TextTransforms::spacesToTabs(vector.text, vector.width), vector.expected);
+}
+
+TEST(SpacesToTabs, IsThatOfTheRulesInRandomTexts) {
+    Oracle::Texts texts(U"        \n\nax\t\r\u0301\u200d\u00a0", 20);
+    for (int i = 0; i < 60'000; ++i) {
+        const std::string text = texts.next();
+        const std::int64_t width = i % 6;
+        std::string expected;
+        for (const std::string_view line : LineModel::split(text)) {
+            const std::vector<std::string> characters = Oracle::characters(line);
+            std::size_t spaces = 0;
+            while (spaces < characters.size() && characters[spaces] == " ") ++spaces;
+            const std::size_t tabs = width == 0 ? 0 : spaces / static_cast<std::size_t>(width);
+            expected += std::string(tabs, '\t');
+            for (std::size_t k = tabs * static_cast<std::size_t>(width); k < characters.size(); ++k)
+                expected += characters[k];
+            expected += '\n';
+        }
+        expected.pop_back();
+        ASSERT_EQ(TextTransforms::spacesToTabs(text, width), expected) << testing::PrintToString(text);
     }
 }
 
