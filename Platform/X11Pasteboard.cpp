@@ -50,22 +50,20 @@ std::int64_t X11Pasteboard::changeCount() {
 
 std::optional<std::string> X11Pasteboard::string() {
     std::optional<std::string> text;
-    if (!catchUp() || owner_ == XCB_WINDOW_NONE) {
-        text = std::nullopt;
-    } else if (isOwner()) {
-        // Asked through the server, we would wait for ourselves.
-        if (server_.text() != nullptr) text = *server_.text();
-    } else {
-        text = reader_.plainText({.owner = owner_, .changeCount = changeCount_});
-    }
+    if (catchUp()) text = isOwner() ? ownText() : reader_.plainText({.owner = owner_, .changeCount = changeCount_});
     settle();
     return text;
+}
+
+/// Asked through the server, we would wait for ourselves.
+std::optional<std::string> X11Pasteboard::ownText() const {
+    return server_.text() != nullptr ? std::optional(*server_.text()) : std::nullopt;
 }
 
 std::optional<std::string> X11Pasteboard::data(Type type) {
     if (type == Type::string) return string();
     std::optional<std::string> bytes;
-    if (catchUp() && owner_ != XCB_WINDOW_NONE && !isOwner()) {
+    if (catchUp() && !isOwner()) {
         const auto targets = type == Type::rtf ? std::span<const X11Atom>(kRTFTargets) : kHTMLTargets;
         bytes = reader_.bytes({.owner = owner_, .changeCount = changeCount_}, targets);
     }

@@ -53,6 +53,7 @@ public:
 private:
     X11Pasteboard(std::unique_ptr<X11Connection> connection, X11ReadLimits limits);
 
+    std::optional<std::string> ownText() const;
     bool catchUp();
     bool synchronise();
     void completeClear();

@@ -71,10 +71,11 @@ std::optional<std::string> X11SelectionReader::bytes(Source source, std::span<co
     return std::nullopt;
 }
 
-/// Asks for the list of targets, once for each change of the clipboard. False where the owner does not answer.
+/// Asks for the list of targets, once for each change of the clipboard. False where there is nobody who answers.
 bool X11SelectionReader::learnTargets(Source source, Patience& patience) {
     if (knowledge_.changeCount != source.changeCount) knowledge_ = {};
     knowledge_.changeCount = source.changeCount;
+    if (source.owner == XCB_WINDOW_NONE) return false;
     if (knowledge_.isSilent || knowledge_.isAsked) return !knowledge_.isSilent;
     knowledge_.isAsked = true;
     const std::optional<Answer> answer = ask(source, X11Atom::targets, patience);

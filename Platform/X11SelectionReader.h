@@ -30,7 +30,7 @@ public:
     /// Handles the next event, waiting for it until the time given at most; false when there was none.
     using Pump = std::function<bool(X11Connection::TimePoint deadline)>;
 
-    /// Who owns the clipboard, and the change that made it so.
+    /// Who owns the clipboard, if anybody, and the change that made it so.
     struct Source {
         xcb_window_t owner;
         std::int64_t changeCount;

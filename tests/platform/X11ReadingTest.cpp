@@ -60,17 +60,19 @@ TEST_P(X11ReadingOfSize, IsExactFromXsel) {
     EXPECT_TRUE(pasteboard->string() == text);
 }
 
-TEST_P(X11ReadingOfSize, IsExactInIncrements) {
+class X11ReadingInIncrements : public testing::TestWithParam<std::size_t> {};
+
+TEST_P(X11ReadingInIncrements, IsExact) {
     const auto pasteboard = openPasteboard();
     const std::string text = textOfSize(GetParam());
     const ForeignOwner owner({.content = {{"UTF8_STRING", text}}, .incrementSize = 65536});
     EXPECT_TRUE(pasteboard->string() == text);
-    EXPECT_TRUE(pasteboard->string() == text) << "the second time";
 }
 
 INSTANTIATE_TEST_SUITE_P(X11Reading, X11ReadingOfSize,
-                         testing::Values(0, 1, 65535, 65536, 65537, 262143, 262144, 262145, 1000000, 10485760,
-                                         52428800));
+                         testing::Values(0, 1, 65535, 65536, 65537, 262143, 262144, 262145, 1000000, 52428800));
+INSTANTIATE_TEST_SUITE_P(X11Reading, X11ReadingInIncrements,
+                         testing::Values(0, 1, 65535, 65536, 65537, 131072, 1000000, 10485760));
 
 struct PlainCase {
     const char* name;
