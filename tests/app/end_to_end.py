@@ -15,7 +15,7 @@ import unittest
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "support"))
 import ravlin_desktop as desktop  # noqa: E402
 from gi.repository import GLib  # noqa: E402
-from ravlin_desktop import eventually, wait_for_label, wait_for_no_panel, wait_for_panel  # noqa: E402
+from ravlin_desktop import eventually, wait_for_no_panel, wait_for_panel, wait_for_text  # noqa: E402
 
 PROGRAM = sys.argv.pop(1)
 NO_BUS = {"DBUS_SESSION_BUS_ADDRESS": "unix:path=/nonexistent"}
@@ -85,7 +85,7 @@ class MainJob(DesktopTest):
         wait_for_panel()
         desktop.type_text("upper")
         desktop.press("UPPERCASE")
-        wait_for_label("UPPERCASE — ready, paste with ⌘V  (5→5 chars)")
+        wait_for_text("UPPERCASE — ready, paste with ⌘V  (5→5 chars)")
         self.assert_clipboard("HELLO")
 
     def test_a_row_can_be_clicked_and_the_panel_stays_for_the_next(self):
@@ -104,19 +104,23 @@ class MainJob(DesktopTest):
         wait_for_panel()
         desktop.type_text("upper")
         desktop.press("UPPERCASE")
-        wait_for_label("Clipboard is empty — copy some text first")
+        wait_for_text("Clipboard is empty — copy some text first")
 
-    def test_a_hung_program_costs_two_seconds_at_most_and_keeps_its_clipboard(self):
-        owner = self.copy("precious")
+    def seconds_from_press_to(self, status):
+        started = time.monotonic()
+        desktop.press("UPPERCASE")
+        wait_for_text(status)
+        return time.monotonic() - started
+
+    def test_a_hung_program_costs_two_seconds_and_keeps_its_clipboard(self):
+        self.copy("hello")
         self.click_icon()
         wait_for_panel()
         desktop.type_text("upper")
-        desktop.button("UPPERCASE")
+        usual = self.seconds_from_press_to("UPPERCASE — ready, paste with ⌘V  (5→5 chars)")
+        owner = self.copy("precious")
         owner.send_signal(signal.SIGSTOP)
-        started = time.monotonic()
-        desktop.press("UPPERCASE")
-        wait_for_label(NO_TEXT)
-        self.assertLess(time.monotonic() - started, 2.5)
+        self.assertLess(self.seconds_from_press_to(NO_TEXT) - usual, 2.5)
         owner.send_signal(signal.SIGCONT)
         self.assert_clipboard("precious")
 
