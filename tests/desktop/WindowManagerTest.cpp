@@ -1,0 +1,88 @@
+#include "Platform/WindowManager.h"
+
+#include <QApplication>
+
+#include <xcb/xcb.h>
+
+#include <cstdlib>
+#include <memory>
+#include <string>
+
+#include <gtest/gtest.h>
+
+namespace ravlin::tests {
+namespace {
+
+/// Another program that hears what is said to every program of the desktop.
+class Listener {
+public:
+    Listener() : connection_(xcb_connect(nullptr, nullptr), &xcb_disconnect) {
+        const xcb_screen_t* screen = xcb_setup_roots_iterator(xcb_get_setup(connection_.get())).data;
+        const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
+        xcb_change_window_attributes(connection_.get(), screen->root, XCB_CW_EVENT_MASK, &mask);
+        atom("ready");  // from here on nothing is missed
+    }
+
+    xcb_atom_t atom(const std::string& name) const {
+        const auto cookie = xcb_intern_atom(connection_.get(), 0, std::uint16_t(name.size()), name.data());
+        const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> reply(
+            xcb_intern_atom_reply(connection_.get(), cookie, nullptr), &std::free);
+        return reply->atom;
+    }
+
+    /// The next message about a launch, put together from its parts.
+    std::string launchMessage() const {
+        const xcb_atom_t begin = atom("_NET_STARTUP_INFO_BEGIN");
+        const xcb_atom_t next = atom("_NET_STARTUP_INFO");
+        std::string text;
+        while (text.find('\0') == std::string::npos) {
+            const std::unique_ptr<xcb_generic_event_t, decltype(&std::free)> event(
+                xcb_wait_for_event(connection_.get()), &std::free);
+            if (event == nullptr) return "the connection broke";
+            if ((event->response_type & 0x7F) != XCB_CLIENT_MESSAGE) continue;
+            const auto* message = reinterpret_cast<const xcb_client_message_event_t*>(event.get());
+            if (message->type != (text.empty() ? begin : next)) continue;
+            text.append(reinterpret_cast<const char*>(message->data.data8), sizeof(message->data.data8));
+        }
+        return text.substr(0, text.find('\0'));
+    }
+
+private:
+    std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection_;
+};
+
+TEST(FinishLaunch, TellsEveryProgramThatTheLaunchIsOver) {
+    const Listener listener;
+    WindowManager::finishLaunch("some-launcher-1234-host-ravlin-0_TIME123456");
+    EXPECT_EQ(listener.launchMessage(), "remove: ID=\"some-launcher-1234-host-ravlin-0_TIME123456\"");
+}
+
+TEST(FinishLaunch, EndsTheTextWhateverItsLengthIs) {
+    const Listener listener;
+    for (int length = 1; length <= 45; ++length) {
+        WindowManager::finishLaunch(QByteArray(length, 'x'));
+        EXPECT_EQ(listener.launchMessage(), "remove: ID=\"" + std::string(size_t(length), 'x') + "\"");
+    }
+}
+
+TEST(FinishLaunch, EscapesQuotes) {
+    const Listener listener;
+    WindowManager::finishLaunch(R"(a"b\c)");
+    EXPECT_EQ(listener.launchMessage(), R"(remove: ID="a\"b\\c")");
+}
+
+TEST(FinishLaunch, SaysNothingWithoutAnId) {
+    const Listener listener;
+    WindowManager::finishLaunch({});
+    WindowManager::finishLaunch("next");
+    EXPECT_EQ(listener.launchMessage(), "remove: ID=\"next\"");
+}
+
+}  // namespace
+}  // namespace ravlin::tests
+
+int main(int argc, char** argv) {
+    testing::InitGoogleTest(&argc, argv);
+    const QApplication application(argc, argv);
+    return RUN_ALL_TESTS();
+}
