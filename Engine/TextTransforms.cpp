@@ -2,6 +2,7 @@
 
 #include "Engine/CaseTransforms.h"
 #include "Engine/EncodingTransforms.h"
+#include "Engine/HTMLTransforms.h"
 #include "Engine/LineTransforms.h"
 #include "Engine/SpacingTransforms.h"
 #include "Engine/Support/Unicode.h"
@@ -18,8 +19,8 @@ std::string route(TextTransform transform, std::string_view text) {  // NOLINT(r
         case TextTransform::stripTracking: return std::string(text);
         case TextTransform::stripFormatting: return stripFormatting(text);
         case TextTransform::removeInvisibles: return std::string(text);
-        case TextTransform::stripHTML: return std::string(text);
-        case TextTransform::htmlToMarkdown: return std::string(text);
+        case TextTransform::stripHTML: return stripHTML(text);
+        case TextTransform::htmlToMarkdown: return htmlToMarkdown(text);
         case TextTransform::markdownToHTML: return std::string(text);
         case TextTransform::jsonPretty: return std::string(text);
         case TextTransform::jsonMinify: return std::string(text);
@@ -59,7 +60,7 @@ std::string route(TextTransform transform, std::string_view text) {  // NOLINT(r
         case TextTransform::urlEncode: return urlEncode(text);
         case TextTransform::urlDecode: return urlDecode(text);
         case TextTransform::htmlEntitiesEncode: return htmlEntitiesEncode(text);
-        case TextTransform::htmlEntitiesDecode: return std::string(text);
+        case TextTransform::htmlEntitiesDecode: return decodeEntities(text);
         case TextTransform::backslashEscape: return std::string(text);
         case TextTransform::backslashUnescape: return std::string(text);
         case TextTransform::hexEncode: return std::string(text);

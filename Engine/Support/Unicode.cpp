@@ -133,6 +133,10 @@ bool isMark(char32_t scalar) noexcept {
     return isInCategories(scalar, U_GC_M_MASK);
 }
 
+bool isFormat(char32_t scalar) noexcept {
+    return isInCategories(scalar, U_GC_CF_MASK);
+}
+
 bool isUppercase(char32_t scalar) noexcept {
     return u_isUUppercase(static_cast<UChar32>(scalar)) != 0;
 }

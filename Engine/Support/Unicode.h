@@ -45,6 +45,7 @@ bool isLetter(char32_t scalar) noexcept;         ///< Alphabetic; so also the vo
 bool isNumber(char32_t scalar) noexcept;         ///< has a numeric type; so also U+00BD and U+4E00
 bool isDecimalDigit(char32_t scalar) noexcept;   ///< general category Nd, \d of a regular expression
 bool isMark(char32_t scalar) noexcept;           ///< general category Mn, Mc or Me
+bool isFormat(char32_t scalar) noexcept;         ///< general category Cf: soft hyphen, U+200B, direction marks ...
 bool isUppercase(char32_t scalar) noexcept;      ///< Uppercase
 bool isLowercase(char32_t scalar) noexcept;      ///< Lowercase
 bool isCased(char32_t scalar) noexcept;          ///< Cased

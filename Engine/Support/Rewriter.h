@@ -1,0 +1,69 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace ravlin {
+
+/// Bytes [`from`, `to`) of a text, at least one, and the pieces that come instead of them, put together in order.
+struct Replacement {
+    std::size_t from = 0;
+    std::size_t to = 0;
+    std::array<std::string_view, 5> pieces = {};
+};
+
+/// A text that one rule after another rewrites. Only rules that find something copy it, from one of two buffers to the
+/// other.
+class Rewriter {
+public:
+    /// The rewriter reads `text` where it lies until a rule has changed something.
+    explicit Rewriter(std::string_view text) noexcept : text_(text) {}
+
+    Rewriter(const Rewriter&) = delete;
+    Rewriter& operator=(const Rewriter&) = delete;
+    Rewriter(Rewriter&&) = delete;
+    Rewriter& operator=(Rewriter&&) = delete;
+    ~Rewriter() = default;
+
+    /// The text as the rules so far have left it. Valid until the next rule.
+    std::string_view text() const noexcept { return text_; }
+
+    /// Begins with another text, and keeps the buffers.
+    void restart(std::string_view text) noexcept { text_ = text; }
+
+    /// The text as the rules have left it, taken out.
+    std::string take() && { return text_.data() == current_.data() ? std::move(current_) : std::string(text_); }
+
+    /// Replaces all that `findNext` finds in `text()`, from left to right. It is asked for the first range that starts
+    /// at or after a byte, with the end of the range before.
+    template <typename FindNext>
+    void replaceAll(FindNext findNext) {
+        std::size_t copied = 0;
+        while (const std::optional<Replacement> found = findNext(copied)) {
+            if (copied == 0) startNext();
+            next_ += text_.substr(copied, found->from - copied);
+            for (const std::string_view piece : found->pieces)
+                if (!piece.empty()) next_ += piece;
+            copied = found->to;
+        }
+        if (copied == 0) return;
+        next_ += text_.substr(copied);
+        current_.swap(next_);
+        text_ = current_;
+    }
+
+private:
+    void startNext() {
+        next_.clear();
+        next_.reserve(text_.size());
+    }
+
+    std::string_view text_;
+    std::string current_;
+    std::string next_;
+};
+
+}  // namespace ravlin
