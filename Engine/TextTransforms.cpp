@@ -4,6 +4,7 @@
 #include "Engine/EncodingTransforms.h"
 #include "Engine/HTMLTransforms.h"
 #include "Engine/LineTransforms.h"
+#include "Engine/MarkdownTransforms.h"
 #include "Engine/SpacingTransforms.h"
 #include "Engine/Support/Unicode.h"
 
@@ -21,7 +22,7 @@ std::string route(TextTransform transform, std::string_view text) {  // NOLINT(r
         case TextTransform::removeInvisibles: return std::string(text);
         case TextTransform::stripHTML: return stripHTML(text);
         case TextTransform::htmlToMarkdown: return htmlToMarkdown(text);
-        case TextTransform::markdownToHTML: return std::string(text);
+        case TextTransform::markdownToHTML: return markdownToHTML(text);
         case TextTransform::jsonPretty: return std::string(text);
         case TextTransform::jsonMinify: return std::string(text);
         case TextTransform::upperCase: return Unicode::upperCased(text);
