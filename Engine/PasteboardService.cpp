@@ -1,12 +1,28 @@
 #include "Engine/PasteboardService.h"
 
+#include "Engine/HTMLTransforms.h"
 #include "Engine/Pasteboard.h"
 #include "Engine/Support/Unicode.h"
 
 namespace ravlin::PasteboardService {
 
+namespace {
+
+/// The text of an HTML document in bytes, if they are UTF-8. A byte order mark is no part of the text.
+std::optional<std::string> textOfHTML(std::string_view bytes) {
+    constexpr std::string_view kByteOrderMark = "\uFEFF";
+    if (!Unicode::isValidUTF8(bytes)) return std::nullopt;
+    if (bytes.starts_with(kByteOrderMark)) bytes.remove_prefix(kByteOrderMark.size());
+    return TextTransforms::stripHTML(bytes);
+}
+
+}  // namespace
+
 std::optional<std::string> plainText() {
-    return Pasteboard::general().string();
+    Pasteboard& pasteboard = Pasteboard::general();
+    if (std::optional<std::string> text = pasteboard.string()) return text;
+    if (const std::optional<std::string> html = pasteboard.data(Pasteboard::Type::html)) return textOfHTML(*html);
+    return std::nullopt;
 }
 
 void setText(std::string_view text) {

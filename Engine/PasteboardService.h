@@ -10,8 +10,9 @@
 /// The only code that reads and writes the clipboard's text. It keeps nothing between calls.
 namespace ravlin::PasteboardService {
 
-/// The clipboard's content as plain text, or nothing where no representation yields text.
-/// NOTE: a clipboard that holds rich text or HTML only, without a plain-text representation, counts as holding no text.
+/// The clipboard's content as plain text: its plain-text representation, or else the text of its HTML, or nothing where
+/// neither yields text. An empty plain text is text.
+/// NOTE: rich text is not read; where there is HTML beside it, that is.
 std::optional<std::string> plainText();
 
 /// Replaces the whole clipboard by one plain-text item holding `text`.

@@ -40,7 +40,7 @@ TEST(TransformClipboard, PlainTextWinsOverRichTextAndHTML) {
 TEST(TransformClipboard, ClipboardWithoutAnythingIsEmpty) {
     FakePasteboard pasteboard;
     EXPECT_EQ(run(TextTransform::upperCase), PasteOutcome(ClipboardEmpty{}));
-    EXPECT_THAT(pasteboard.calls(), ElementsAre("changeCount", "string", "itemCount"));
+    EXPECT_THAT(pasteboard.calls(), ElementsAre("changeCount", "string", "data(html)", "itemCount"));
 }
 
 TEST(TransformClipboard, ClipboardThatCannotTellItsItemsIsEmpty) {
@@ -54,7 +54,7 @@ TEST(TransformClipboard, ClipboardWithOnlyAnImageHasNoText) {
     FakePasteboard pasteboard;
     pasteboard.copyElsewhere({});
     EXPECT_EQ(run(TextTransform::upperCase), PasteOutcome(NoText{}));
-    EXPECT_THAT(pasteboard.calls(), ElementsAre("changeCount", "string", "itemCount"));
+    EXPECT_THAT(pasteboard.calls(), ElementsAre("changeCount", "string", "data(html)", "itemCount"));
 }
 
 TEST(TransformClipboard, EmptyPlainTextIsAnEmptyClipboardWhateverElseThereIs) {
@@ -164,6 +164,68 @@ TEST(PlainText, IsTheStringAsItIsEvenWhenEmpty) {
     EXPECT_EQ(PasteboardService::plainText(), "");
     pasteboard.copyTextElsewhere(" a\r\n");
     EXPECT_EQ(PasteboardService::plainText(), " a\r\n");
+}
+
+TEST(PlainText, IsTheTextOfHTMLWhereThereIsNoString) {
+    const struct {
+        const char* html;
+        std::optional<std::string> text;
+    } vectors[] = {
+        {"<p>a</p><p>b &lt; c</p>", "a\nb < c"},
+        {"a\u00E9", "a\u00E9"},
+        {"", ""},
+        {"<p> </p>", ""},
+        // One byte order mark is dropped, and is no reason to keep white space.
+        {"\uFEFF <b>a</b>", "a"},
+        {"\uFEFF\uFEFFa", "\uFEFFa"},
+        {"a\uFEFF", "a\uFEFF"},
+        // Anything but UTF-8 is no text.
+        {"a\xE9", std::nullopt},
+        {"\xC0\xAF", std::nullopt},
+        {"\xED\xA0\x80", std::nullopt},
+        {"\xFF\xFE<\0", std::nullopt},
+        {"\uFEFFa\xC3", std::nullopt},
+    };
+    for (const auto& vector : vectors) {
+        FakePasteboard pasteboard;
+        pasteboard.copyElsewhere({{Type::html, vector.html}});
+        EXPECT_EQ(PasteboardService::plainText(), vector.text) << vector.html;
+    }
+}
+
+TEST(PlainText, KeepsNULsThatAnHTMLRepresentationEndsWith) {
+    FakePasteboard pasteboard;
+    pasteboard.copyElsewhere({{Type::html, std::string("<b>a</b>\0", 9)}});
+    EXPECT_EQ(PasteboardService::plainText(), std::string("a\0", 2));
+}
+
+TEST(PlainText, IsTheTextOfHTMLWhereTheRichTextBesideItIsNotRead) {
+    FakePasteboard pasteboard;
+    pasteboard.copyElsewhere({{Type::rtf, "{\\rtf1 rich}"}, {Type::html, "<b>html</b>"}});
+    EXPECT_EQ(PasteboardService::plainText(), "html");
+    pasteboard.copyElsewhere({{Type::rtf, "{\\rtf1 rich}"}});
+    EXPECT_EQ(PasteboardService::plainText(), std::nullopt);
+}
+
+TEST(TransformClipboard, FlattensHTMLOnTheWayIn) {
+    FakePasteboard pasteboard;
+    pasteboard.copyElsewhere({{Type::html, "<p>h\u00E9</p>"}});
+    EXPECT_EQ(run(TextTransform::upperCase), PasteOutcome(Success{.inputCount = 2, .outputCount = 2}));
+    EXPECT_THAT(pasteboard.representations(), ElementsAre(std::pair(Type::string, std::string("H\u00C9"))));
+}
+
+TEST(TransformClipboard, HTMLWithoutTextIsAnEmptyClipboard) {
+    FakePasteboard pasteboard;
+    pasteboard.copyElsewhere({{Type::html, "<p></p>"}});
+    EXPECT_EQ(run(TextTransform::upperCase), PasteOutcome(ClipboardEmpty{}));
+    EXPECT_EQ(pasteboard.representations().count(Type::html), 1U);
+}
+
+TEST(TransformClipboard, HTMLThatIsNotUTF8HasNoTextAndStays) {
+    FakePasteboard pasteboard;
+    pasteboard.copyElsewhere({{Type::html, "<b>\xE9</b>"}});
+    EXPECT_EQ(run(TextTransform::upperCase), PasteOutcome(NoText{}));
+    EXPECT_EQ(pasteboard.representations().count(Type::html), 1U);
 }
 
 TEST(GeneralPasteboard, IsAlwaysThereAndEmptyWhereNoneIsInstalled) {
