@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <iostream>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -23,6 +24,13 @@ inline std::string validText(std::string_view bytes) {
         Unicode::append(result, scalar.value);
         at += scalar.byteSize;
     }
+    return result;
+}
+
+/// A text of tokens, one for each byte.
+inline std::string tokens(std::string_view bytes, std::span<const std::string_view> alphabet) {
+    std::string result;
+    for (const char byte : bytes) result += alphabet[static_cast<unsigned char>(byte) % alphabet.size()];
     return result;
 }
 
