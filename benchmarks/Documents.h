@@ -1,0 +1,82 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <random>
+#include <string>
+#include <string_view>
+
+/// Documents to measure with, as people copy them. The same in every run.
+namespace ravlin::Benchmarks {
+
+class Writer {
+public:
+    std::string words(int count) {
+        std::string text;
+        for (int i = 0; i < count; ++i) {
+            if (i > 0) text += ' ';
+            text += kWords[random_() % kWords.size()];
+        }
+        return text;
+    }
+
+    /// 1 ... limit
+    int upTo(int limit) { return 1 + static_cast<int>(random_() % static_cast<unsigned>(limit)); }
+
+private:
+    static constexpr auto kWords = std::to_array<std::string_view>(
+        {"the", "function", "returns", "a",       "value",  "of",       "type",    "string",    "and",
+         "is",  "called",   "before",  "every",   "other",  "event",    "stream",  "will",      "not",
+         "be",  "see",      "also",    "options", "object", "with",     "default", "caf\u00E9", "error",
+         "if",  "process",  "module",  "to",      "in",     "it\u2019s"});
+    std::mt19937 random_{7};
+};
+
+/// One section of a reference manual in HTML.
+inline std::string htmlSection(Writer& writer) {
+    std::string text =
+        "<section><h3>" + writer.words(3) + "<span><a class=\"mark\" href=\"#id" + writer.words(1) +
+        "\" id=\"id\">#</a></span></h3>\n<div class=\"api_metadata\">\n<span>Added in: v0.1</span>\n</div>\n<ul>\n";
+    for (int items = writer.upTo(4); items > 0; --items)
+        text += "<li><code>" + writer.words(1) + "</code> <a href=\"https://example.org/" + writer.words(1) +
+                "\" class=\"type\">&lt;" + writer.words(1) + "&gt;</a> " + writer.words(6) + ".</li>\n";
+    text += "</ul>\n";
+    for (int paragraphs = writer.upTo(3); paragraphs > 0; --paragraphs)
+        text += "<p>" + writer.words(12) + " <code>" + writer.words(1) + "</code>, " + writer.words(9) +
+                " <a href=\"other.html#x\"><code>" + writer.words(1) + "()</code></a> " + writer.words(8) +
+                " <strong>" + writer.words(2) + "</strong> &amp; <em>" + writer.words(2) + "</em>.</p>\n";
+    text += "<pre><code class=\"language-js\"><span class=\"keyword\">const</span> { <span class=\"title\">" +
+            writer.words(1) + "</span> } = <span class=\"built_in\">require</span>(<span class=\"string\">'" +
+            writer.words(1) + "'</span>);\n</code></pre></section>\n";
+    return text;
+}
+
+/// A page of a reference manual, about 21 bytes to a tag.
+inline std::string htmlPage(std::size_t size) {
+    Writer writer;
+    std::string text =
+        "<!DOCTYPE html>\n<html><head><title>Page</title><style>p { margin: 0 }</style>\n"
+        "<script>if (a < b) { go(); }</script></head><body><h1>Page</h1>\n";
+    while (text.size() < size) text += htmlSection(writer);
+    text.resize(size);
+    while ((static_cast<unsigned char>(text.back()) & 0x80U) != 0) text.pop_back();  // no half a character
+    return text;
+}
+
+/// Notes and manuals in Markdown.
+inline std::string markdownDocument(std::size_t size) {
+    Writer writer;
+    std::string text;
+    while (text.size() < size) {
+        text += "\n## " + writer.words(4) + "\n\n";
+        for (int lines = writer.upTo(6); lines > 0; --lines) text += writer.words(12) + "\n";
+        text += writer.words(5) + " `" + writer.words(1) + "` and **" + writer.words(2) + "** in [" + writer.words(2) +
+                "](https://example.org/" + writer.words(1) + "), *" + writer.words(1) + "* & more.\n\n";
+        for (int items = writer.upTo(4); items > 0; --items) text += "- " + writer.words(7) + "\n";
+        text +=
+            "\n> " + writer.words(9) + "\n\n1. " + writer.words(4) + " _" + writer.words(1) + "_\n2. snake_case_name\n";
+    }
+    return text;
+}
+
+}  // namespace ravlin::Benchmarks
