@@ -6,6 +6,7 @@
 #include "Views/TextStyle.h"
 
 #include <QEvent>
+#include <QFontInfo>
 #include <QHBoxLayout>
 #include <QPainter>
 #include <QPushButton>
@@ -73,10 +74,21 @@ void Footer::changeEvent(QEvent* event) {
     if (event->type() == QEvent::FontChange) adoptFont();
 }
 
+// In a very large font the two buttons would be wider than the panel: then they take a smaller one.
 void Footer::adoptFont() {
-    const QFont caption = fontFor(TextStyle::caption, font());
-    checkForUpdatesButton_->setFont(caption);
-    quitButton_->setFont(caption);
+    constexpr qreal kShrink = 0.95;
+    QFont caption = fontFor(TextStyle::caption, font());
+    setButtonFont(caption);
+    while (layout()->minimumSize().width() > Metrics::kContentWidth && QFontInfo(caption).pixelSize() > 1) {
+        caption.setPixelSize(static_cast<int>(QFontInfo(caption).pixelSize() * kShrink));
+        setButtonFont(caption);
+    }
+}
+
+void Footer::setButtonFont(const QFont& font) {
+    checkForUpdatesButton_->setFont(font);
+    quitButton_->setFont(font);
+    layout()->invalidate();
 }
 
 }  // namespace ravlin

@@ -27,6 +27,7 @@ protected:
 
 private:
     void adoptFont();
+    void setButtonFont(const QFont& font);
 
     QPushButton* checkForUpdatesButton_;
     QPushButton* quitButton_;

@@ -4,6 +4,7 @@
 #include "Engine/PasteboardService.h"
 #include "Views/Accessibility.h"
 #include "Views/Divider.h"
+#include "Views/Feedback.h"
 #include "Views/Footer.h"
 #include "Views/GroupedTransforms.h"
 #include "Views/Metrics.h"
@@ -120,7 +121,9 @@ QString MenuView::query() const {
 }
 
 void MenuView::apply(TextTransform transform) {
-    feedback_ = feedbackFor(transform, PasteboardService::transformClipboard(transform));
+    const Feedback feedback = feedbackFor(transform, PasteboardService::transformClipboard(transform));
+    feedback_ = feedback.text;
+    feedbackOK_ = feedback.ok;
     showStatus();
     statusLine_->announce();
 }
@@ -131,7 +134,7 @@ void MenuView::showMatches() {
 }
 
 void MenuView::showStatus() {
-    if (feedback_) statusLine_->setFeedback(*feedback_);
+    if (feedback_) statusLine_->setFeedback({*feedback_, feedbackOK_});
     statusLine_->setVisible(feedback_.has_value());
     refresh();
 }

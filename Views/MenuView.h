@@ -1,11 +1,11 @@
 #pragma once
 
 #include "Engine/TextTransform.h"
-#include "Views/Feedback.h"
 
 #include <QWidget>
 
 #include <optional>
+#include <string>
 
 namespace ravlin {
 
@@ -35,8 +35,11 @@ public:
     /// The search text exactly as typed.
     QString query() const;
 
-    /// The status of the last run, or nothing before the first one.
-    const std::optional<Feedback>& feedback() const { return feedback_; }
+    /// The status text of the last run, or nothing before the first one.
+    const std::optional<std::string>& feedback() const { return feedback_; }
+
+    /// Whether the last run succeeded; true before the first one.
+    bool feedbackOK() const { return feedbackOK_; }
 
     void setVisible(bool visible) override;
 
@@ -78,7 +81,8 @@ private:
     int currentStop() const;
 
     UpdaterController& updater_;
-    std::optional<Feedback> feedback_;
+    std::optional<std::string> feedback_;
+    bool feedbackOK_ = true;
     SearchField* searchField_ = nullptr;
     TransformList* list_ = nullptr;
     StatusLine* statusLine_ = nullptr;

@@ -21,6 +21,8 @@ protected:
     SymbolView& statusSymbol() const { return *status().parentWidget()->findChild<SymbolView*>(); }
     void expectStatus(const std::string& text, Symbol symbol, QColor PanelColors::*color) {
         EXPECT_EQ(statusText(), text);
+        EXPECT_EQ(panel->feedback(), text);
+        EXPECT_EQ(panel->feedbackOK(), symbol == Symbol::checkCircle);
         EXPECT_EQ(statusSymbol().look().symbol, symbol);
         EXPECT_EQ(statusSymbol().look().color, color);
         const QColor expected = PanelColors(panel->palette()).*color;
@@ -54,6 +56,7 @@ TEST_F(MenuViewTest, BeginsWithoutAQueryAndWithoutAStatus) {
     open();
     EXPECT_EQ(panel->query(), QString());
     EXPECT_EQ(panel->feedback(), std::nullopt);
+    EXPECT_TRUE(panel->feedbackOK());
     EXPECT_FALSE(status().isVisible());
     EXPECT_FALSE(clearButton().isVisible());
 }
