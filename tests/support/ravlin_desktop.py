@@ -327,6 +327,7 @@ class NotifierTray:
     def __init__(self):
         self.items = []
         self.registered_at = None
+        self.has_told_of_host = False
         interface = Gio.DBusNodeInfo.new_for_xml(self.INTERFACE).interfaces[0]
         self.registration = session_bus().register_object("/StatusNotifierWatcher", interface, self._call, self._get,
                                                           None)
@@ -340,6 +341,7 @@ class NotifierTray:
         invocation.return_value(None)
 
     def _get(self, _connection, _sender, _path, _interface, name):
+        self.has_told_of_host |= name == "IsStatusNotifierHostRegistered"
         return {"IsStatusNotifierHostRegistered": GLib.Variant("b", True),
                 "RegisteredStatusNotifierItems": GLib.Variant("as", self.items),
                 "ProtocolVersion": GLib.Variant("i", 0)}[name]
