@@ -1,12 +1,10 @@
 #include "App/PanelPresenter.h"
 
 #include "Platform/PanelPlacement.h"
-#include "Platform/WindowManager.h"
 #include "Views/MenuView.h"
 
 #include <QCursor>
 #include <QGuiApplication>
-#include <QWindow>
 
 namespace ravlin {
 namespace {
@@ -69,7 +67,6 @@ void PanelPresenter::openAt(const QRect& anchor, const QString& activationToken)
     panel().show();
     panel().raise();
     panel().activateWindow();
-    WindowManager::activate(*panel().windowHandle());
 }
 
 void PanelPresenter::place() {

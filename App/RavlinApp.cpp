@@ -1,6 +1,6 @@
 #include "App/RavlinApp.h"
 
-#include "Platform/WindowManager.h"
+#include "Platform/LaunchFeedback.h"
 
 #include <QApplication>
 #include <QLoggingCategory>
@@ -70,7 +70,7 @@ void RavlinApp::waitForTray(const Launch& launch) {
     connect(&statusItem_, &StatusItem::shownChanged, &trayDeadline_, [this, launch] {
         if (!trayDeadline_.isActive() || !statusItem_.isShown()) return;
         trayDeadline_.stop();
-        WindowManager::finishLaunch(launch.startupId);
+        LaunchFeedback::finish(launch.startupId);
     });
     connect(&trayDeadline_, &QTimer::timeout, this, [this, launch] {
         if (!statusItem_.isShown()) activate(launch);
@@ -82,7 +82,7 @@ void RavlinApp::waitForTray(const Launch& launch) {
 
 void RavlinApp::activate(const Launch& launch) {
     panel_.open(launch.activationToken);
-    WindowManager::finishLaunch(launch.startupId);
+    LaunchFeedback::finish(launch.startupId);
 }
 
 void RavlinApp::quit() {

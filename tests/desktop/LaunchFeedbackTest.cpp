@@ -1,4 +1,4 @@
-#include "Platform/WindowManager.h"
+#include "Platform/LaunchFeedback.h"
 
 #include <QApplication>
 
@@ -51,30 +51,30 @@ private:
     std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection_;
 };
 
-TEST(FinishLaunch, TellsEveryProgramThatTheLaunchIsOver) {
+TEST(LaunchFeedback, TellsEveryProgramThatTheLaunchIsOver) {
     const Listener listener;
-    WindowManager::finishLaunch("some-launcher-1234-host-ravlin-0_TIME123456");
+    LaunchFeedback::finish("some-launcher-1234-host-ravlin-0_TIME123456");
     EXPECT_EQ(listener.launchMessage(), "remove: ID=\"some-launcher-1234-host-ravlin-0_TIME123456\"");
 }
 
-TEST(FinishLaunch, EndsTheTextWhateverItsLengthIs) {
+TEST(LaunchFeedback, EndsTheTextWhateverItsLengthIs) {
     const Listener listener;
     for (int length = 1; length <= 45; ++length) {
-        WindowManager::finishLaunch(QByteArray(length, 'x'));
+        LaunchFeedback::finish(QByteArray(length, 'x'));
         EXPECT_EQ(listener.launchMessage(), "remove: ID=\"" + std::string(size_t(length), 'x') + "\"");
     }
 }
 
-TEST(FinishLaunch, EscapesQuotes) {
+TEST(LaunchFeedback, EscapesQuotes) {
     const Listener listener;
-    WindowManager::finishLaunch(R"(a"b\c)");
+    LaunchFeedback::finish(R"(a"b\c)");
     EXPECT_EQ(listener.launchMessage(), R"(remove: ID="a\"b\\c")");
 }
 
-TEST(FinishLaunch, SaysNothingWithoutAnId) {
+TEST(LaunchFeedback, SaysNothingWithoutAnId) {
     const Listener listener;
-    WindowManager::finishLaunch({});
-    WindowManager::finishLaunch("next");
+    LaunchFeedback::finish({});
+    LaunchFeedback::finish("next");
     EXPECT_EQ(listener.launchMessage(), "remove: ID=\"next\"");
 }
 

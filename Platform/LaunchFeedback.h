@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QByteArray>
+
+/// What an X11 desktop shows while a program starts, for example a busy pointer. Nothing happens on others.
+namespace ravlin::LaunchFeedback {
+
+/// Ends the feedback of the launch with this id; an empty id stands for none. Qt does so for the window that it shows
+/// first, but a program that shows none would seem to be starting for as long as the desktop has patience.
+void finish(const QByteArray& startupId);
+
+}  // namespace ravlin::LaunchFeedback
