@@ -13,8 +13,8 @@ namespace {
 /// the button is released, and through another process.
 constexpr qint64 kClickDuration = 500;  // ms
 
-bool canPlaceWindows() {
-    return !QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+bool isWayland() {
+    return QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
 }
 
 }  // namespace
@@ -58,7 +58,7 @@ MenuView& PanelPresenter::panel() {
 
 void PanelPresenter::openAt(const QRect& anchor, const QString& activationToken) {
     // Qt's Wayland plugin takes it from here when a window asks to be activated.
-    if (!activationToken.isEmpty()) qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
+    if (isWayland() && !activationToken.isEmpty()) qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
     sinceDismissal_.invalidate();
     Q_EMIT opening();
     anchor_ = anchor;
@@ -70,8 +70,8 @@ void PanelPresenter::openAt(const QRect& anchor, const QString& activationToken)
 }
 
 void PanelPresenter::place() {
-    if (canPlaceWindows())
-        panel_->move(PanelPlacement::position(panel_->size(), anchor_, PanelPlacement::currentScreens()));
+    if (isWayland()) return;  // the compositor does
+    panel_->move(PanelPlacement::position(panel_->size(), anchor_, PanelPlacement::currentScreens()));
 }
 
 }  // namespace ravlin

@@ -92,10 +92,13 @@ void StatusItem::paintIcons() {
     if (xembedIcon_ != nullptr) xembedIcon_->setIcon(drawnIcon(color));
 }
 
-/// Filled at its first use, which most desktops never come to.
+/// Made at its first use, which most desktops never come to.
 QMenu& StatusItem::popupMenu() {
-    if (popupMenu_.isEmpty()) popupMenu_.addActions({&openAction_, &checkForUpdatesAction_, &quitAction_});
-    return popupMenu_;
+    if (popupMenu_ == nullptr) {
+        popupMenu_ = std::make_unique<QMenu>();
+        popupMenu_->addActions({&openAction_, &checkForUpdatesAction_, &quitAction_});
+    }
+    return *popupMenu_;
 }
 
 }  // namespace ravlin

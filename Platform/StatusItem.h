@@ -57,7 +57,7 @@ private:
     QAction quitAction_;
     DBusMenu exportedMenu_;
     StatusNotifierItem notifierItem_;
-    QMenu popupMenu_;
+    std::unique_ptr<QMenu> popupMenu_;
     std::unique_ptr<QSystemTrayIcon> xembedIcon_;
 };
 

@@ -172,6 +172,15 @@ class Panel(DesktopTest):
                          "the panel has shrunk")
         eventually(lambda: abs(desktop.panel_window().y + low.height - 776) <= 2, "the panel is at the icon")
 
+    def test_opens_at_the_click_on_a_scaled_desktop(self):
+        tray = self.show_notifier_tray()
+        self.start(QT_SCALE_FACTOR="1.25")
+        tray.activate(800, 790)
+        panel = wait_for_panel()
+        self.assertEqual(panel.width, 425)
+        self.assertLess(abs(panel.center[0] - 800), 3, panel)
+        self.assertLess(abs(panel.y + panel.height - 790), 3, panel)
+
     def test_closes_at_the_second_click_and_opens_at_the_third(self):
         self.show_tray()
         self.start()

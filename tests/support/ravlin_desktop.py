@@ -197,7 +197,7 @@ class Ravlin:
     """The program under test."""
 
     def __init__(self, program, **environment):
-        self.name = os.path.basename(program)
+        self.program = program
         self.process = subprocess.Popen([program], env=dict(os.environ, **environment), stdin=subprocess.DEVNULL,
                                         stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
 
@@ -215,7 +215,7 @@ class Ravlin:
 
     def lingering_children(self):
         """The processes that go on serving the clipboard after the program's end."""
-        return [pid for pid in children_named(self.name) if pid != self.pid]
+        return [pid for pid in children_named(os.path.basename(self.program)) if pid != self.pid]
 
     def close(self):
         end(self.process)
