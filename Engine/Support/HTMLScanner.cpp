@@ -12,6 +12,7 @@
 #include "Engine/Support/Unicode.h"
 
 #include <optional>
+#include <utility>
 
 namespace ravlin::HTMLScanner {
 namespace {
@@ -187,7 +188,6 @@ void replaceWhereTagsStart(Rewriter& rewriter, MatchAt matchAt) {
 
 /// href\s*=\s*["']([^"']*)["']
 struct Href {
-    std::size_t at = kNone;
     std::size_t value = kNone;
     std::size_t valueEnd = kNone;  // where its closing quote stands
 };
@@ -201,7 +201,7 @@ Href findHref(std::string_view tag, std::size_t from) noexcept {
         if (peek(tag, equals) != '=') continue;
         const std::size_t quote = skipWhiteSpace(tag, equals + 1);
         if (peek(tag, quote) != '"' && peek(tag, quote) != '\'') continue;
-        return {.at = at, .value = quote + 1, .valueEnd = findQuote(tag, quote + 1)};
+        return {.value = quote + 1, .valueEnd = findQuote(tag, quote + 1)};
     }
     return {};
 }
@@ -213,14 +213,15 @@ struct FindQuote {
 
 constexpr Names kLinkName("a");
 
-/// Lemma: all that decides whether a link starts at "<a" follows from the first ">" behind it, its `greater`, but for
-/// the condition that the href stands behind the "a".
+/// Lemma: whether a link matches from "<a" follows from the first ">" behind it, its `greater`, and two hrefs.
 ///
 /// The greedy [^>]* reaches up to `greater`, so the last href before it is tried first. Its value may hold ">", and may
 /// so end behind `greater`; then the tag ends at the first ">" behind the value. If the body that starts there is not
 /// followed by its closing tag, the href before the last one is tried. The value of that one ends before `greater`, at
 /// the latest with the opening quote of the last one, and so the tag ends at `greater`. All hrefs further before would
-/// end the tag there, too, and fail likewise. So two hrefs are known for each `greater`, and there are two ends.
+/// end the tag there, too, and fail likewise.
+///
+/// Where "<a" fails, the next "<a" with the same `greater` does: its hrefs are among those of the first.
 class LinkFinder {
 public:
     explicit LinkFinder(std::string_view text)
@@ -235,32 +236,33 @@ public:
         const TagName name = tagNameAt(text_, less, kLinkName);
         if (name.end == kNone || name.isClosing) return std::nullopt;
         const std::size_t greater = greaters_.from(name.end);
-        if (greater == kNone) return std::nullopt;
-        if (greater != greater_) readHrefs(name.end, greater);
-        if (std::optional<Replacement> match = matchWith(last_, less, name.end)) return match;
-        return matchWith(secondLast_, less, name.end);
+        if (greater == kNone || greater == lastGreater_) return std::nullopt;
+        lastGreater_ = greater;
+        const auto [last, secondLast] = lastHrefs(name.end, greater);
+        if (std::optional<Replacement> match = matchWith(last, less, greater)) return match;
+        return matchWith(secondLast, less, greater);
     }
 
 private:
-    /// Finds the last two hrefs between the name of a tag and its `greater`. Later tags with the same `greater` start
-    /// behind this one, so theirs are among the two, or there are none.
-    void readHrefs(std::size_t nameEnd, std::size_t greater) {
-        greater_ = greater;
-        last_ = secondLast_ = {};
+    /// The last two hrefs between the name of a tag and its `greater`.
+    std::pair<Href, Href> lastHrefs(std::size_t nameEnd, std::size_t greater) {
         const std::string_view tag = text_.substr(0, greater);
-        for (Href href = findHref(tag, nameEnd); href.at != kNone; href = findHref(tag, href.value)) {
-            secondLast_ = last_;
-            last_ = href;
+        Href last;
+        Href secondLast;
+        for (Href href = findHref(tag, nameEnd); href.value != kNone; href = findHref(tag, href.value)) {
+            secondLast = last;
+            last = href;
         }
-        if (last_.at != kNone && last_.valueEnd == kNone) last_.valueEnd = quotesBehind_.from(greater);
+        if (last.value != kNone && last.valueEnd == kNone) last.valueEnd = quotesBehind_.from(greater);
+        return {last, secondLast};
     }
 
-    std::optional<Replacement> matchWith(const Href& href, std::size_t less, std::size_t nameEnd) {
-        if (href.at == kNone || href.at < nameEnd || href.valueEnd == kNone) return std::nullopt;
-        const bool endsBehind = href.valueEnd > greater_;
-        const std::size_t greater = endsBehind ? greatersBehind_.from(href.valueEnd) : greater_;
-        if (greater == kNone) return std::nullopt;
-        const std::size_t body = greater + 1;
+    std::optional<Replacement> matchWith(const Href& href, std::size_t less, std::size_t greater) {
+        if (href.valueEnd == kNone) return std::nullopt;
+        const bool endsBehind = href.valueEnd > greater;
+        const std::size_t tagEnd = endsBehind ? greatersBehind_.from(href.valueEnd) : greater;
+        if (tagEnd == kNone) return std::nullopt;
+        const std::size_t body = tagEnd + 1;
         const Marker& marker = endsBehind ? markersBehind_.from(body) : markers_.from(body);
         if (marker.closeEnd == kNone) return std::nullopt;
         return Replacement{
@@ -271,13 +273,11 @@ private:
 
     std::string_view text_;
     Lookahead<FindByte> greaters_;
-    Lookahead<FindQuote> quotesBehind_;
+    Lookahead<FindQuote> quotesBehind_;  // behind `greater`, as the two after it
     Lookahead<FindByte> greatersBehind_;
     Lookahead<FindMarker> markers_;
     Lookahead<FindMarker> markersBehind_;
-    std::size_t greater_ = kNone;  // what the two are known for
-    Href last_;
-    Href secondLast_;
+    std::size_t lastGreater_ = kNone;
 };
 
 }  // namespace

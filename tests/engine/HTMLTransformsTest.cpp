@@ -116,7 +116,7 @@ TEST(HTMLToMarkdown, ConvertsHeadingsOfFourLevels) {
                                                    {"<h1>a</h1>b", "# a\n\nb"},
                                                    {"<H2 id=x>a</H2 >b", "## a\n\nb"},
                                                    {"< h3\n>a< /h3>b", "### a\n\nb"},
-                                                   {"<h4>a</h4>b", "#### a\n\nb"},
+                                                   {"<h4 class=\"x\">a</h4\t>b", "#### a\n\nb"},
                                                    {"<h5>x</h5>", "x"},
                                                    {"<h6>x</h6>", "x"},
                                                    {"<h1>a</h2>b</h1>c", "# ab\n\nc"},
