@@ -1,4 +1,5 @@
-// What single characters are to the rules (letters in some case, white space, parts of words) is what they are to ICU.
+// Every name in every form of a tag, and every kind of character in every place where its kind counts (as a letter in
+// some case, as white space, as a part of a word): the scanners take them for what ICU takes them for.
 
 #include "Engine/HTMLTransforms.h"
 #include "Engine/MarkdownTransforms.h"
@@ -9,6 +10,8 @@
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
 
+#include <algorithm>
+#include <array>
 #include <tuple>
 
 #include <gtest/gtest.h>
@@ -19,6 +22,29 @@ namespace {
 void expectLikePatterns(const std::string& html) {
     EXPECT_EQ(TextTransforms::stripHTML(html), PatternOracle::stripHTML(html)) << html;
     EXPECT_EQ(TextTransforms::htmlToMarkdown(html), PatternOracle::htmlToMarkdown(html)) << html;
+}
+
+constexpr auto kNames = std::to_array<std::string_view>(
+    {"script", "style", "br",     "p", "div", "li", "tr",   "h1", "h2", "h3",         "h4",
+     "h5",     "h6",    "strong", "b", "em",  "i",  "code", "ul", "ol", "blockquote", "a"});
+
+/// `form` with every "N" in it replaced by `name`.
+std::string withName(std::string_view form, std::string_view name) {
+    std::string result;
+    for (const char character : form) result += character == 'N' ? std::string(name) : std::string(1, character);
+    return result;
+}
+
+TEST(HTMLNames, AreFoundInEveryFormOfATag) {
+    const std::string_view opening[] = {"<N>", "<N x>", "< N\n>", "<Nx>", "<N-x>", "<N/>", "<N href='u'>", "<N\u00AD>"};
+    const std::string_view inside[] = {"", "<N>", "<N", "< /N x>", "<Nx>", "</Nx>", "</N1>", "< N\u00E9>", "</ N>"};
+    const std::string_view closing[] = {"</N>", "< /N >", "</N x>", "</ N>", "</N/>", "</Nx>", "<N>", "</N"};
+    for (const std::string_view name : kNames)
+        for (const std::string_view first : opening)
+            for (const std::string_view second : inside)
+                for (const std::string_view third : closing)
+                    expectLikePatterns("s" + withName(first, name) + "t" + withName(second, name) + "u" +
+                                       withName(third, name) + "v");
 }
 
 bool hasASCIILetter(const icu::UnicodeString& text) {
@@ -42,20 +68,27 @@ std::vector<std::string> relativesOfASCIILetters() {
     return found;
 }
 
+/// `name` with `relative` in every place, and instead of every letter and every two letters.
+std::vector<std::string> misspelt(std::string_view name, std::string_view relative) {
+    std::vector<std::string> found;
+    for (std::size_t at = 0; at < name.size(); ++at)
+        for (const std::size_t size : {std::size_t{0}, std::size_t{1}, std::size_t{2}})
+            found.push_back(std::string(name.substr(0, at)) + std::string(relative) +
+                            std::string(name.substr(std::min(at + size, name.size()))));
+    return found;
+}
+
 TEST(HTMLCharacters, StandForLettersOfNamesAsTheyDoForICU) {
     const std::vector<std::string> relatives = relativesOfASCIILetters();
     EXPECT_GE(relatives.size(), 20U);
-    for (const std::string name : {"script", "style", "br", "p", "div", "li", "tr", "h1", "h4", "strong", "b", "em",
-                                   "i", "code", "ul", "ol", "blockquote", "a", "href"})
-        for (const std::string& relative : relatives)
-            for (std::size_t at = 0; at < name.size(); ++at)
-                for (const std::size_t size : {std::size_t{0}, std::size_t{1}, std::size_t{2}}) {
-                    const std::string other =
-                        name.substr(0, at) + relative + name.substr(std::min(at + size, name.size()));
-                    expectLikePatterns("<" + other + ">x</" + name + ">y</" + other + ">z");
-                    expectLikePatterns("<" + name + ">x<" + other + ">y</" + other + ">z</" + name + ">");
-                    if (name == "href") expectLikePatterns("<a " + other + "='u'>x</a>");
-                }
+    for (const std::string& relative : relatives) {
+        for (const std::string_view name : kNames)
+            for (const std::string& other : misspelt(name, relative)) {
+                expectLikePatterns("<" + other + ">x" + withName("</N>y</", name) + other + ">z");
+                expectLikePatterns(withName("<N>x<", name) + other + ">y</" + other + withName(">z</N>", name));
+            }
+        for (const std::string& other : misspelt("href", relative)) expectLikePatterns("<a " + other + "='u'>x</a>");
+    }
 }
 
 /// The first and the last of every run of code points that are alike to the rules, and all below U+0100.

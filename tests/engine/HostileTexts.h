@@ -105,6 +105,8 @@ inline std::vector<HostileText> hostileMarkdown(std::size_t size = 1'000'000) {
         {"quote marks and spaces", repeated("> ", size)},
         {"white space in a target", filled("[a](", " ", ")", size)},
         {"targets without end", filled("", "[a](b", " ", size)},
+        {"brackets and one end", filled("", "[", "]", size)},
+        {"brackets and half a target", filled("", "[", "](", size)},
         {"brackets and one target", filled("", "[", "](a)", size)},
         {"empty lines", repeated("\n", size)},
         {"heading marks on lines of their own", repeated("#\n", size)},
