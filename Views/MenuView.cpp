@@ -142,8 +142,8 @@ void MenuView::showStatus() {
 void MenuView::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
     if (event->type() != QEvent::FontChange || layout() == nullptr) return;
-    // The parts have adopted the new font by now. Layouts of a hidden panel would not hear of it.
-    for (QLayout* const each : findChildren<QLayout*>()) each->invalidate();
+    // The parts have adopted the new font by now, but the layout of a panel that was never shown has not heard of it.
+    layout()->invalidate();
     layout()->activate();
 }
 
