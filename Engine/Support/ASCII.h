@@ -1,7 +1,5 @@
 #pragma once
 
-#include <algorithm>
-#include <array>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -17,15 +15,17 @@ constexpr char toUpper(char byte) noexcept {
     return byte >= 'a' && byte <= 'z' ? static_cast<char>(byte - ('a' - 'A')) : byte;
 }
 
-/// Appends `map(byte)` for every byte in order, by way of a small buffer that stays in the processor's cache.
+/// Appends `map(byte)` for every byte in order: a piece is copied and mapped while the processor's cache holds it.
 template <typename Map>
 void appendMapped(std::string& result, std::string_view bytes, Map map) {
-    std::array<char, 4096> buffer;  // NOLINT(cppcoreguidelines-pro-type-member-init): written before it is read
+    constexpr std::size_t kPieceSize = 4096;
     while (!bytes.empty()) {
-        const std::size_t size = std::min(bytes.size(), buffer.size());
-        for (std::size_t i = 0; i < size; ++i) buffer[i] = map(bytes[i]);
-        result.append(buffer.data(), size);
-        bytes.remove_prefix(size);
+        const std::string_view piece = bytes.substr(0, kPieceSize);
+        const std::size_t start = result.size();
+        result += piece;
+        char* const to = result.data() + start;
+        for (std::size_t i = 0; i < piece.size(); ++i) to[i] = map(piece[i]);
+        bytes.remove_prefix(piece.size());
     }
 }
 
