@@ -7,7 +7,6 @@
 #include <unicode/uchar.h>
 #include <unicode/unistr.h>
 
-#include <chrono>
 #include <cstdlib>
 #include <set>
 #include <utility>
@@ -294,35 +293,6 @@ TEST(QuoteLines, MarksEveryLine) {
         for (std::string& line : lines) line = line.empty() ? ">" : "> " + line;
         return joined(lines);
     });
-}
-
-// --- Hostile texts ---------------------------------------------------------------------------------------------------
-
-TEST(LineTransforms, TakeHostileTextsInTheirStride) {
-    const auto repeated = [](std::string_view piece, std::size_t size) {
-        std::string text;
-        while (text.size() < size) text += piece;
-        return text;
-    };
-    constexpr std::size_t kSize = 300'000;  // bytes
-    const std::string texts[] = {
-        repeated("\n", kSize),
-        repeated("x", kSize),
-        repeated("\r\n", kSize),
-        repeated("\u0301", kSize),
-        repeated("\u0316\u0301", kSize) + "\n" + repeated("\u0301\u0316", kSize),
-        repeated("\u0f71", kSize) + "\na" + repeated("\u0f71", kSize),
-        repeated("\u0f73\u0344\u0316", kSize) + "\nb",
-        repeated("a\u0316\u0301\u0316\u0301\n", kSize),
-        repeated("same prefix again and again ", kSize / 2) + "a\n" +
-            repeated("same prefix again and again ", kSize / 2),
-    };
-    const auto start = std::chrono::steady_clock::now();
-    for (const TextTransform transform : TextTransform::allCases()) {
-        if (transform.category() != TransformCategory::lines) continue;
-        for (const std::string& text : texts) transform.apply(text);
-    }
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(60));
 }
 
 }  // namespace

@@ -3,9 +3,14 @@
 #include "tests/engine/Oracle.h"
 
 #include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <fstream>
 #include <set>
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <unistd.h>
 
 namespace ravlin {
 namespace {
@@ -24,6 +29,25 @@ TEST(Dispatcher, MapsTheCaseOfTheWholeText) {
     EXPECT_EQ(TextTransforms::apply(TextTransform::upperCase, "Straße ŉ ﬃ"), "STRASSE ʼN FFI");
     EXPECT_EQ(TextTransforms::apply(TextTransform::lowerCase, "ΟΔΟΣ İI"), "οδος i̇i");
 }
+
+#ifndef __SANITIZE_ADDRESS__
+TEST(DispatcherDeathTest, GivesTheTextBackWhereTheResultDoesNotFitInMemory) {
+    const auto transformInLittleMemory = [] {
+        constexpr rlim_t kMegabyte = 1U << 20U;
+        const std::string text(100 * kMegabyte, ' ');
+        // Room for the text a second time, but not for three bytes for every one of it.
+        std::ifstream statm("/proc/self/statm");
+        rlim_t pages = 0;
+        statm >> pages;
+        const rlim_t size = pages * static_cast<rlim_t>(sysconf(_SC_PAGESIZE)) + 150 * kMegabyte;
+        const rlimit limit = {.rlim_cur = size, .rlim_max = size};
+        setrlimit(RLIMIT_AS, &limit);
+        const std::string result = TextTransforms::apply(TextTransform::urlEncode, text);
+        std::exit(result == text ? 0 : 1);
+    };
+    EXPECT_EXIT(transformInLittleMemory(), testing::ExitedWithCode(0), "");
+}
+#endif
 
 TEST(Dispatcher, DoesNotTouchTheTextAroundATransform) {
     EXPECT_EQ(TextTransforms::apply(TextTransform::upperCase, " \r\na\n\n"), " \r\nA\n\n");
@@ -54,16 +78,52 @@ TEST_P(EveryTransform, SurvivesBytesThatAreNoText) {
         TextTransforms::apply(GetParam(), "abc " + std::string(end));
 }
 
+TEST_P(EveryTransform, TakesHostileTextsInItsStride) {
+    const auto repeated = [](std::string_view piece) {
+        constexpr std::size_t kSize = 200'000;  // bytes
+        std::string text;
+        while (text.size() < kSize) text += piece;
+        return text;
+    };
+    const std::string texts[] = {
+        repeated("x"),
+        repeated("\n"),
+        repeated("\r\n"),
+        repeated(" "),
+        repeated("\u0301"),
+        repeated("\u0316\u0301") + "\n" + repeated("\u0301\u0316"),
+        repeated("\u0f71") + "\na" + repeated("\u0f71"),
+        repeated("\u0f73\u0344\u0316\n"),
+        repeated("\U0001f1e6"),
+        repeated("\U0001f468\u200d"),
+        repeated("\u0915\u094d"),
+        repeated("\u0600"),
+        repeated("\u1100\u1161"),
+        repeated("\u03a3'"),
+        repeated("aBCd1E"),
+        repeated("'\"-. +%&<\u2014.\u0301"),
+        repeated("same again and again ") + "a\n" + repeated("same again and again "),
+    };
+    const auto start = std::chrono::steady_clock::now();
+    for (const std::string& text : texts) TextTransforms::apply(GetParam(), text);
+    // Anything but linear takes minutes. Sanitizers and a busy machine do not.
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(30));
+}
+
 INSTANTIATE_TEST_SUITE_P(Catalogue, EveryTransform,
                          testing::ValuesIn(TextTransform::allCases().begin(), TextTransform::allCases().end()),
                          [](const auto& row) { return std::string(row.param.rawValue()); });
 
-TEST(Idempotence, OfTransformsThatClean) {
-    const TextTransform transforms[] = {TextTransform::stripFormatting, TextTransform::upperCase,
-                                        TextTransform::lowerCase, TextTransform::tabsToSpaces,
-                                        TextTransform::normalizeDashes};
+TEST(Idempotence, OfTransformsThatCleanOrOrder) {
+    const TextTransform transforms[] = {
+        TextTransform::stripFormatting,     TextTransform::upperCase,        TextTransform::lowerCase,
+        TextTransform::tabsToSpaces,        TextTransform::normalizeDashes,  TextTransform::capitalizeWords,
+        TextTransform::constantCase,        TextTransform::slugify,          TextTransform::sortLinesAsc,
+        TextTransform::sortLinesDesc,       TextTransform::trimEachLine,     TextTransform::removeEmptyLines,
+        TextTransform::joinLines,           TextTransform::straightenQuotes, TextTransform::removeAllSpaces,
+        TextTransform::removeDuplicateLines};
     Oracle::Texts texts(Oracle::kTextAlphabet, 30);
-    for (int i = 0; i < 5'000; ++i) {
+    for (int i = 0; i < 3'000; ++i) {
         const std::string text = texts.next();
         for (const TextTransform transform : transforms) {
             const std::string once = transform.apply(text);
@@ -76,7 +136,9 @@ TEST(Permutation, OfTransformsThatOnlyMoveThings) {
     Oracle::Texts texts(Oracle::kTextAlphabet, 30);
     for (int i = 0; i < 5'000; ++i) {
         const std::string text = texts.next();
-        for (const TextTransform transform : {TextTransform::reverseLines, TextTransform::reverseCharacters})
+        for (const TextTransform transform :
+             {TextTransform::reverseLines, TextTransform::reverseCharacters, TextTransform::shuffleLines,
+              TextTransform::sortLinesAsc, TextTransform::sortLinesDesc})
             ASSERT_EQ(sorted(transform.apply(text)), sorted(text)) << testing::PrintToString(text);
     }
 }
@@ -91,13 +153,19 @@ TEST(RoundTrip, OfLineOrderAndPercentEscapes) {
     }
 }
 
-TEST(EmptyText, StaysEmpty) {
+TEST(EmptyText, StaysEmptyButForItsMark) {
+    for (const TextTransform transform : TextTransform::allCases()) {
+        const TransformCategory category = transform.category();
+        const bool isCaseLineOrSpacing = category == TransformCategory::caseGroup ||
+                                         category == TransformCategory::lines || category == TransformCategory::spacing;
+        if (!isCaseLineOrSpacing || transform == TextTransform::quoteLines) continue;
+        EXPECT_EQ(transform.apply(""), "") << transform.rawValue();
+    }
     for (const TextTransform transform :
-         {TextTransform::stripFormatting, TextTransform::upperCase, TextTransform::lowerCase, TextTransform::titleCase,
-          TextTransform::reverseLines, TextTransform::tabsToSpaces, TextTransform::normalizeDashes,
-          TextTransform::reverseCharacters, TextTransform::base64Encode, TextTransform::urlEncode,
+         {TextTransform::stripFormatting, TextTransform::base64Encode, TextTransform::urlEncode,
           TextTransform::urlDecode, TextTransform::htmlEntitiesEncode})
         EXPECT_EQ(transform.apply(""), "") << transform.rawValue();
+    EXPECT_EQ(TextTransform(TextTransform::quoteLines).apply(""), ">");
 }
 
 }  // namespace
