@@ -16,6 +16,7 @@ namespace {
 
 // As long as the catalogue: one row per transform, in its order, and the compiler misses none.
 std::string route(TextTransform transform, std::string_view text) {  // NOLINT(readability-function-size)
+    // NOLINTBEGIN(bugprone-branch-clone): transforms that are still to be built give their text back
     switch (transform) {
         case TextTransform::stripTracking: return std::string(text);
         case TextTransform::stripFormatting: return stripFormatting(text);
@@ -72,6 +73,7 @@ std::string route(TextTransform transform, std::string_view text) {  // NOLINT(r
         case TextTransform::jwtDecode: return std::string(text);
         case TextTransform::rot13: return std::string(text);
     }
+    // NOLINTEND(bugprone-branch-clone)
     return std::string(text);
 }
 
