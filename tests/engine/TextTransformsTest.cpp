@@ -12,6 +12,14 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#if defined(__SANITIZE_ADDRESS__)
+#define RAVLIN_ADDRESS_SANITIZER
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define RAVLIN_ADDRESS_SANITIZER
+#endif
+#endif
+
 namespace ravlin {
 namespace {
 
@@ -30,7 +38,8 @@ TEST(Dispatcher, MapsTheCaseOfTheWholeText) {
     EXPECT_EQ(TextTransforms::apply(TextTransform::lowerCase, "ΟΔΟΣ İI"), "οδος i̇i");
 }
 
-#ifndef __SANITIZE_ADDRESS__
+// The allocator of AddressSanitizer ends the process instead of throwing.
+#ifndef RAVLIN_ADDRESS_SANITIZER
 TEST(DispatcherDeathTest, GivesTheTextBackWhereTheResultDoesNotFitInMemory) {
     const auto transformInLittleMemory = [] {
         constexpr rlim_t kMegabyte = 1U << 20U;
@@ -114,14 +123,15 @@ INSTANTIATE_TEST_SUITE_P(Catalogue, EveryTransform,
                          testing::ValuesIn(TextTransform::allCases().begin(), TextTransform::allCases().end()),
                          [](const auto& row) { return std::string(row.param.rawValue()); });
 
+// Not among them: constantCase, since a letter may have no upper case in one code point and then starts a word the next
+// time, as in "1\u01F0".
 TEST(Idempotence, OfTransformsThatCleanOrOrder) {
     const TextTransform transforms[] = {
-        TextTransform::stripFormatting,     TextTransform::upperCase,        TextTransform::lowerCase,
-        TextTransform::tabsToSpaces,        TextTransform::normalizeDashes,  TextTransform::capitalizeWords,
-        TextTransform::constantCase,        TextTransform::slugify,          TextTransform::sortLinesAsc,
-        TextTransform::sortLinesDesc,       TextTransform::trimEachLine,     TextTransform::removeEmptyLines,
-        TextTransform::joinLines,           TextTransform::straightenQuotes, TextTransform::removeAllSpaces,
-        TextTransform::removeDuplicateLines};
+        TextTransform::stripFormatting,  TextTransform::upperCase,        TextTransform::lowerCase,
+        TextTransform::tabsToSpaces,     TextTransform::normalizeDashes,  TextTransform::capitalizeWords,
+        TextTransform::slugify,          TextTransform::sortLinesAsc,     TextTransform::sortLinesDesc,
+        TextTransform::trimEachLine,     TextTransform::removeEmptyLines, TextTransform::joinLines,
+        TextTransform::straightenQuotes, TextTransform::removeAllSpaces,  TextTransform::removeDuplicateLines};
     Oracle::Texts texts(Oracle::kTextAlphabet, 30);
     for (int i = 0; i < 3'000; ++i) {
         const std::string text = texts.next();
