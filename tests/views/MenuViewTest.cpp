@@ -259,7 +259,7 @@ TEST_F(MenuViewTest, RowsLookDifferentUnderTheMouseAndWhilePressed) {
     const PanelColors colors(panel->palette());
     EXPECT_EQ(ground(), colors.window);
     QTest::mouseMove(&target);
-    EXPECT_EQ(ground(), colors.hover);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return ground() == colors.hover; }));
     QTest::mousePress(&target, Qt::LeftButton);
     EXPECT_EQ(ground(), colors.pressed);
     QTest::mouseRelease(&target, Qt::LeftButton);
