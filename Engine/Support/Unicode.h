@@ -180,15 +180,20 @@ constexpr char32_t bits(char byte, unsigned mask, unsigned shift) noexcept {
 
 inline Scalar decode(std::string_view text, std::size_t at) noexcept {
     using detail::bits;
+    using detail::isTrail;
     const char* const bytes = text.data() + at;
     const std::size_t size = text.size() - at;
     const auto lead = static_cast<unsigned char>(*bytes);
     if (lead < 0x80) return {.value = lead, .byteSize = 1};
-    if (lead >= 0xC2 && lead < 0xE0 && size >= 2 && detail::isTrail(bytes[1]))
+    if (lead >= 0xC2 && lead < 0xE0 && size >= 2 && isTrail(bytes[1]))
         return {.value = bits(bytes[0], 0x1F, 6) | bits(bytes[1], 0x3F, 0), .byteSize = 2};
-    // The leads E0, ED, F0 and F4 restrict their second byte, which the rules know.
-    if (lead > 0xE0 && lead < 0xED && size >= 3 && detail::isTrail(bytes[1]) && detail::isTrail(bytes[2]))
+    // The second byte is restricted after E0, ED, F0 and F4: the rules know the rare ones of them.
+    const auto second = static_cast<unsigned char>(size >= 2 ? bytes[1] : 0);
+    if (lead >= 0xE0 && lead < 0xED && second >= (lead == 0xE0 ? 0xA0 : 0x80) && isTrail(bytes[1]) && size >= 3 &&
+        isTrail(bytes[2]))
         return {.value = bits(bytes[0], 0x0F, 12) | bits(bytes[1], 0x3F, 6) | bits(bytes[2], 0x3F, 0), .byteSize = 3};
+    if (lead == 0xF0 && second >= 0x90 && isTrail(bytes[1]) && size >= 4 && isTrail(bytes[2]) && isTrail(bytes[3]))
+        return {.value = bits(bytes[1], 0x3F, 12) | bits(bytes[2], 0x3F, 6) | bits(bytes[3], 0x3F, 0), .byteSize = 4};
     return detail::decodeByRules(text, at);
 }
 
