@@ -3,11 +3,13 @@
 
 #include "Engine/TextTransform.h"
 
+#include <limits>
 #include <map>
 #include <utility>
 
 #include "benchmarks/Texts.h"
 #include <benchmark/benchmark.h>
+#include <malloc.h>
 
 namespace {
 
@@ -24,8 +26,24 @@ const std::string& cachedText(MakeText makeText, std::size_t size) {
     return text;
 }
 
-void registerTransform(const std::string& name, TextTransform transform, MakeText makeText, std::size_t size) {
-    benchmark::RegisterBenchmark(name.c_str(), [=](benchmark::State& state) {
+// glibc takes every block above 32 MiB from the kernel and gives it back, and below that keeps it. A result between the
+// two would pay for page faults that half of it does not pay for. So growth is measured with all memory kept.
+void keepMemory(const benchmark::State& /*state*/) {
+    mallopt(M_MMAP_MAX, 0);
+    mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
+}
+
+void giveMemoryBack(const benchmark::State& /*state*/) {
+    constexpr int kDefaultMapMax = 65536;
+    constexpr int kDefaultTrimThreshold = 128 * 1024;
+    mallopt(M_MMAP_MAX, kDefaultMapMax);
+    mallopt(M_TRIM_THRESHOLD, kDefaultTrimThreshold);
+    malloc_trim(0);
+}
+
+benchmark::internal::Benchmark* registerTransform(const std::string& name, TextTransform transform, MakeText makeText,
+                                                  std::size_t size) {
+    return benchmark::RegisterBenchmark(name.c_str(), [=](benchmark::State& state) {
         const std::string& text = cachedText(makeText, size);
         for (auto _ : state) {
             const std::string result = transform.apply(text);
@@ -73,8 +91,12 @@ const bool kRegistered = [] {
             continue;
         if (!isSort(transform)) registerTransform("50MB/" + name, transform, Benchmarks::words, 50 * kMegabyte);
         for (const auto& text : kTexts) {
-            registerTransform(name + "/" + text.name + "/4MB", transform, text.make, 4 * kMegabyte);
-            registerTransform(name + "/" + text.name + "/8MB", transform, text.make, 8 * kMegabyte);
+            for (const std::size_t megabytes : {std::size_t{4}, std::size_t{8}}) {
+                registerTransform(name + "/" + text.name + "/" + std::to_string(megabytes) + "MB", transform, text.make,
+                                  megabytes * kMegabyte)
+                    ->Setup(keepMemory)
+                    ->Teardown(giveMemoryBack);
+            }
         }
     }
     return true;
