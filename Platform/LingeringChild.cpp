@@ -1,7 +1,9 @@
 #include "Platform/LingeringChild.h"
 
+#include <algorithm>
 #include <csignal>
 #include <initializer_list>
+#include <utility>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -11,9 +13,14 @@ namespace {
 
 /// Every other connection of the program has to end with the program: a bus name, for one, stays taken for as long as
 /// any process holds the socket.
-void closeDescriptorsExcept(int keptDescriptor) {
-    for (int descriptor = STDERR_FILENO + 1; descriptor < keptDescriptor; ++descriptor) close(descriptor);
-    closefrom(keptDescriptor + 1);
+void closeDescriptorsExcept(std::vector<int> kept) {
+    std::ranges::sort(kept);
+    int next = STDERR_FILENO + 1;
+    for (const int descriptor : kept) {
+        for (; next < descriptor; ++next) close(next);
+        next = descriptor + 1;
+    }
+    closefrom(next);
 }
 
 void leadStandardStreamsNowhere() {
@@ -33,13 +40,13 @@ void resetSignals() {
 
 }  // namespace
 
-ForkSide forkLingeringChild(int keptDescriptor) {
+ForkSide forkLingeringChild(std::vector<int> keptDescriptors) {
     const pid_t child = fork();
     if (child < 0) return ForkSide::failed;
     if (child > 0) return ForkSide::parent;
     setsid();
     resetSignals();
-    closeDescriptorsExcept(keptDescriptor);
+    closeDescriptorsExcept(std::move(keptDescriptors));
     const bool keepsNoFolderBusy = chdir("/") == 0;
     static_cast<void>(keepsNoFolderBusy);  // a courtesy
     // Last of all: whoever waits for the program's output to end finds everything done.

@@ -1,5 +1,6 @@
 #include "Platform/PasteboardFactory.h"
 
+#include "Platform/WaylandPasteboard.h"
 #include "Platform/X11Pasteboard.h"
 
 #include <array>
@@ -8,7 +9,13 @@
 namespace ravlin {
 
 std::span<const PasteboardBackEnd> pasteboardBackEnds() {
+    // Where a compositor offers data control, programs behind its X server may see nothing without the focus. Where it
+    // does not, as GNOME's, they see everything.
     static const std::array kBackEnds = {
+        PasteboardBackEnd{.name = "Wayland",
+                          .open = [](std::string& whyNot) -> std::unique_ptr<SystemPasteboard> {
+                              return WaylandPasteboard::open(/*displayName=*/nullptr, whyNot);
+                          }},
         PasteboardBackEnd{.name = "X11",
                           .open = [](std::string& whyNot) -> std::unique_ptr<SystemPasteboard> {
                               return X11Pasteboard::open(/*displayName=*/nullptr, whyNot);

@@ -20,7 +20,7 @@ struct PasteboardBackEnd {
 
 using PasteboardLog = std::function<void(const std::string& line)>;
 
-/// The back ends of this program, the best first: X11.
+/// The back ends of this program, the best first: Wayland's data control, X11.
 std::span<const PasteboardBackEnd> pasteboardBackEnds();
 
 /// The clipboard of this desktop session: that of the first of `backEnds` that can be opened, or null. `log` gets one

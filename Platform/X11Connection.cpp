@@ -1,16 +1,13 @@
 #include "Platform/X11Connection.h"
 
+#include "Platform/Polling.h"
+
 #include <xcb/xcbext.h>
 #include <xcb/xfixes.h>
 
-#include <algorithm>
-#include <cerrno>
-#include <climits>
-#include <csignal>
 #include <string_view>
 
 #include <fcntl.h>
-#include <poll.h>
 #include <unistd.h>
 
 namespace ravlin {
@@ -40,26 +37,11 @@ constexpr std::size_t kRequestUnit = 4;           // bytes; the server tells its
 constexpr std::size_t kRequestHeaderSize = 64;    // bytes; more than ChangeProperty has
 constexpr std::uint32_t kXFixesMajorVersion = 2;  // selections are there since version 1
 
-int millisecondsUntil(X11Connection::TimePoint deadline) {
-    if (deadline == X11Connection::TimePoint::max()) return -1;
-    const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
-    return static_cast<int>(std::clamp<std::int64_t>(left, 0, INT_MAX));
-}
-
-/// libxcb looks whether the server is still there before it writes, but a server that goes away in that very moment
-/// raises the signal whose default is the program's end.
-void surviveBrokenConnections() {
-    struct sigaction current = {};
-    if (sigaction(SIGPIPE, nullptr, &current) == 0 && current.sa_handler == SIG_DFL) {
-        current.sa_handler = SIG_IGN;
-        sigaction(SIGPIPE, &current, nullptr);
-    }
-}
-
 }  // namespace
 
 std::unique_ptr<X11Connection> X11Connection::open(const char* displayName, std::string& whyNot) {
-    surviveBrokenConnections();
+    // libxcb looks whether the server is still there before it writes, but that may go away in that very moment.
+    surviveBrokenPipes();
     int screenNumber = 0;
     std::unique_ptr<X11Connection> connection(new X11Connection(xcb_connect(displayName, &screenNumber)));
     if (connection->isLost()) {
@@ -163,12 +145,7 @@ X11Event X11Connection::waitForEvent(TimePoint deadline) {
 }
 
 bool X11Connection::waitReadable(TimePoint deadline) const {
-    pollfd socket = {.fd = xcb_get_file_descriptor(connection_), .events = POLLIN, .revents = 0};
-    int ready = -1;
-    do {
-        ready = poll(&socket, 1, millisecondsUntil(deadline));
-    } while (ready < 0 && errno == EINTR);
-    return ready > 0;
+    return isReady(xcb_get_file_descriptor(connection_), POLLIN, deadline);
 }
 
 xcb_atom_t X11Connection::intern(const std::string& name) {

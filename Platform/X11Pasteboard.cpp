@@ -21,7 +21,7 @@ constexpr std::array kHTMLTargets = {X11Atom::html};
 
 }  // namespace
 
-std::unique_ptr<X11Pasteboard> X11Pasteboard::open(const char* displayName, std::string& whyNot, X11ReadLimits limits) {
+std::unique_ptr<X11Pasteboard> X11Pasteboard::open(const char* displayName, std::string& whyNot, ReadLimits limits) {
     auto connection = X11Connection::open(displayName, whyNot);
     if (!connection) return nullptr;
     std::unique_ptr<X11Pasteboard> pasteboard(new X11Pasteboard(std::move(connection), limits));
@@ -37,7 +37,7 @@ std::unique_ptr<X11Pasteboard> X11Pasteboard::open(const char* displayName, std:
     return pasteboard;
 }
 
-X11Pasteboard::X11Pasteboard(std::unique_ptr<X11Connection> connection, X11ReadLimits limits)
+X11Pasteboard::X11Pasteboard(std::unique_ptr<X11Connection> connection, ReadLimits limits)
     : connection_(std::move(connection)),
       reader_(*connection_, limits, [this](X11Connection::TimePoint deadline) { return pump(deadline); }),
       server_(*connection_) {}
@@ -109,7 +109,7 @@ void X11Pasteboard::processEvents() {
 void X11Pasteboard::lingerIfOwner() {
     if (!catchUp() || !(isOwner() || server_.isTransferring())) return;
     settle();
-    switch (forkLingeringChild(connection_->fileDescriptor())) {
+    switch (forkLingeringChild({connection_->fileDescriptor()})) {
         case ForkSide::parent: connection_->giveAway(); return;
         case ForkSide::failed: return;
         case ForkSide::child: break;

@@ -24,7 +24,7 @@ class X11Pasteboard final : public SystemPasteboard {
 public:
     /// Connects to `displayName` (null: to the one that DISPLAY names). Null where that fails, with the reason in
     /// `whyNot`, for example "no display answers".
-    static std::unique_ptr<X11Pasteboard> open(const char* displayName, std::string& whyNot, X11ReadLimits limits = {});
+    static std::unique_ptr<X11Pasteboard> open(const char* displayName, std::string& whyNot, ReadLimits limits = {});
 
     /// Counts the changes since this object was made. A server that does not answer in time is assumed to have changed
     /// something.
@@ -51,7 +51,7 @@ public:
     void lingerIfOwner() override;
 
 private:
-    X11Pasteboard(std::unique_ptr<X11Connection> connection, X11ReadLimits limits);
+    X11Pasteboard(std::unique_ptr<X11Connection> connection, ReadLimits limits);
 
     std::optional<std::string> ownText() const;
     bool catchUp();

@@ -11,9 +11,6 @@
 namespace ravlin {
 namespace {
 
-using Clock = std::chrono::steady_clock;
-using TimePoint = X11Connection::TimePoint;
-
 // The best first. STRING is Latin-1; TEXT is in whatever encoding the type of the answer tells.
 constexpr std::array kPlainTargets = {X11Atom::utf8String, X11Atom::plainUTF8, X11Atom::plain, X11Atom::latin1String,
                                       X11Atom::text};
@@ -23,25 +20,7 @@ constexpr int kAtomFormat = 32;
 
 }  // namespace
 
-/// The time that one call may take: it ends when no content has come for a while, and in any case.
-class X11SelectionReader::Patience {
-public:
-    explicit Patience(const X11ReadLimits& limits) : limits_(limits), start_(Clock::now()), lastByte_(start_) {}
-
-    TimePoint deadline() const { return std::min(lastByte_ + limits_.idle, start_ + limits_.total); }
-
-    void noteSize(std::size_t byteSize) {
-        if (byteSize > std::exchange(byteSize_, byteSize)) lastByte_ = Clock::now();
-    }
-
-private:
-    const X11ReadLimits& limits_;
-    TimePoint start_;
-    TimePoint lastByte_;
-    std::size_t byteSize_ = 0;
-};
-
-X11SelectionReader::X11SelectionReader(X11Connection& connection, X11ReadLimits limits, Pump pump)
+X11SelectionReader::X11SelectionReader(X11Connection& connection, ReadLimits limits, Pump pump)
     : connection_(connection), limits_(limits), pump_(std::move(pump)) {
     takeNewProperty();
 }

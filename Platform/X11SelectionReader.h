@@ -1,9 +1,9 @@
 #pragma once
 
+#include "Platform/ReadLimits.h"
 #include "Platform/X11Connection.h"
 #include "Platform/X11Conversion.h"
 
-#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -13,13 +13,6 @@
 #include <vector>
 
 namespace ravlin {
-
-/// How long, and how much, is read from another program before it is given up.
-struct X11ReadLimits {
-    std::chrono::milliseconds idle{2000};    // without a byte of content, over all questions of one call together
-    std::chrono::milliseconds total{30000};  // for one call
-    std::size_t byteSize = std::size_t{512} << 20;  // of one representation
-};
 
 /// Reads the clipboard of another program.
 ///
@@ -36,7 +29,7 @@ public:
         std::int64_t changeCount;
     };
 
-    X11SelectionReader(X11Connection& connection, X11ReadLimits limits, Pump pump);
+    X11SelectionReader(X11Connection& connection, ReadLimits limits, Pump pump);
 
     /// The plain text as valid UTF-8, less one NUL at its end, which some programs count in. Begins a reading.
     ///
@@ -50,7 +43,6 @@ public:
     void handle(const xcb_generic_event_t& event);
 
 private:
-    class Patience;
     struct Answer {
         xcb_atom_t type = XCB_ATOM_NONE;
         int format = 0;
@@ -73,7 +65,7 @@ private:
     void discardLateAnswer(const xcb_generic_event_t& event);
 
     X11Connection& connection_;
-    X11ReadLimits limits_;
+    ReadLimits limits_;
     Pump pump_;
     Knowledge knowledge_;
     std::optional<X11Conversion> conversion_;

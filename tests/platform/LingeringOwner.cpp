@@ -1,6 +1,6 @@
 // Puts its standard input on the clipboard, and ends like the program does: leaving a child that goes on serving it.
 
-#include "Platform/X11Pasteboard.h"
+#include "Platform/PasteboardFactory.h"
 
 #include <array>
 #include <iostream>
@@ -15,11 +15,12 @@ int main() {
     // What a program has open besides the clipboard: its bus, its lock, its pipes.
     std::array<int, 2> before = {};
     std::array<int, 2> after = {};
-    std::string whyNot;
+    std::string log;
     if (pipe(before.data()) != 0) return 1;
-    const auto pasteboard = ravlin::X11Pasteboard::open(nullptr, whyNot);
+    const auto pasteboard =
+        ravlin::openSystemPasteboard([&log](const std::string& line) { log = line; }, ravlin::pasteboardBackEnds());
     if (!pasteboard || !pasteboard->setString(text.str())) {
-        std::cout << "not on the clipboard: " << whyNot << std::endl;
+        std::cout << "not on the clipboard; " << log << std::endl;
         return 1;
     }
     if (pipe(after.data()) != 0) return 1;

@@ -105,6 +105,12 @@ void Process::kill() {
     isEnded_ = true;
 }
 
+void Process::end() {
+    if (isEnded_) return;
+    ::kill(id_, SIGTERM);
+    waitForEnd();
+}
+
 bool Process::readOutput() {
     std::array<char, 65536> block = {};
     for (;;) {

@@ -39,6 +39,7 @@ public:
     void stop();    // SIGSTOP, and waits until it has stopped
     void resume();  // SIGCONT
     void kill();    // SIGKILL, and waits for its end
+    void end();     // SIGTERM, and waits for its end
     int outputDescriptor() const { return output_; }
 
     /// Takes what the program has written since; false once it has closed its output.

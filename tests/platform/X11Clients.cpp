@@ -10,7 +10,6 @@
 #include <stdexcept>
 #include <utility>
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <unistd.h>
@@ -28,16 +27,13 @@ const Event& as(const xcb_generic_event_t& event) {
     return reinterpret_cast<const Event&>(event);
 }
 
-constexpr char kObeyed = 'o';
-constexpr char kTransferEnded = 't';
-
 /// What runs in the process of a ForeignOwner.
 class OwnerProgram {
 public:
     OwnerProgram(const OwnerPlan& plan, int commands, int replies)
         : plan_(plan), commands_(commands), replies_(replies) {
         client_.own();
-        reply(kObeyed);
+        reply(ForeignProgram::kObeyed);
     }
 
     void run() {
@@ -69,13 +65,13 @@ private:
         switch (letter) {
             case 'c': client_.own(); break;
             case 'm':
-                for (int i = 0; i < ForeignOwner::kManyTimes; ++i) client_.own();
+                for (int i = 0; i < ForeignProgram::kManyTimes; ++i) client_.own();
                 break;
             case 'p': client_.own("PRIMARY"); break;
             case '0': client_.disown(); break;
             default: break;
         }
-        reply(kObeyed);
+        reply(ForeignProgram::kObeyed);
         handleEvents();
     }
 
@@ -147,7 +143,7 @@ private:
         ++transfer.incrementCount;
         if (!increment.empty()) return;
         transfers_.erase(found);
-        reply(kTransferEnded);
+        reply(ForeignProgram::kTransferEnded);
     }
 
     void misbehave(const Transfer& transfer) {
@@ -169,27 +165,23 @@ private:
 
 }  // namespace
 
-std::unique_ptr<X11Pasteboard> openPasteboard(X11ReadLimits limits, const char* displayName) {
+std::unique_ptr<X11Pasteboard> openPasteboard(ReadLimits limits, const char* displayName) {
     std::string whyNot;
     auto pasteboard = X11Pasteboard::open(displayName, whyNot, limits);
     if (!pasteboard) throw std::runtime_error("no pasteboard: " + whyNot);
     return pasteboard;
 }
 
-bool serveUntil(X11Pasteboard& pasteboard, const std::function<bool()>& condition) {
-    const auto deadline = Clock::now() + kGenerously;
-    while (!condition()) {
-        if (Clock::now() > deadline) return false;
-        if (isReadable(pasteboard.fileDescriptor(), std::chrono::milliseconds(2))) pasteboard.processEvents();
-    }
-    return true;
+std::unique_ptr<SystemPasteboard> openBackEnd(ReadLimits limits) {
+    return openPasteboard(limits);
 }
 
-std::string outputOf(const std::vector<std::string>& command, X11Pasteboard& pasteboard) {
-    Process program(command);
-    EXPECT_TRUE(serveUntil(pasteboard, [&] { return !program.readOutput(); })) << command.front() << " does not end";
-    return program.output();
+std::unique_ptr<ForeignProgram> copyElsewhere(const OwnerPlan& plan) {
+    return std::make_unique<ForeignOwner>(plan);
 }
+
+const std::vector<std::string> kCopyingProgram = {"xclip", "-quiet", "-selection", "clipboard"};
+const std::vector<std::string> kPastingProgram = {"xclip", "-selection", "clipboard", "-out"};
 
 X11Client::X11Client(const char* displayName)
     : connection_(xcb_connect(displayName, nullptr)), window_(xcb_generate_id(connection_)) {
@@ -247,43 +239,8 @@ void X11Client::synchronise() {
     owned(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
 }
 
-ForeignOwner::ForeignOwner(const OwnerPlan& plan) {
-    std::array<int, 2> commands = {};
-    std::array<int, 2> replies = {};
-    if (pipe2(commands.data(), O_CLOEXEC) != 0 || pipe2(replies.data(), O_CLOEXEC) != 0) {
-        throw std::runtime_error("no pipes");
-    }
-    process_ = std::make_unique<Process>([&] {
-        close(commands[1]);
-        close(replies[0]);
-        OwnerProgram(plan, commands[0], replies[1]).run();
-    });
-    close(commands[0]);
-    close(replies[1]);
-    commands_ = commands[1];
-    replies_ = replies[0];
-    nextReply();
-}
-
-ForeignOwner::~ForeignOwner() {
-    close(commands_);
-    close(replies_);
-}
-
-void ForeignOwner::command(char letter) {
-    if (write(commands_, &letter, 1) != 1) throw std::runtime_error("the owner takes no commands");
-    while (nextReply() != kObeyed) continue;
-}
-
-bool ForeignOwner::hasEndedTransfer() {
-    return isReadable(replies_, std::chrono::milliseconds(0)) && nextReply() == kTransferEnded;
-}
-
-char ForeignOwner::nextReply() {
-    char letter = 0;
-    if (read(replies_, &letter, 1) != 1) throw std::runtime_error("the owner has gone");
-    return letter;
-}
+ForeignOwner::ForeignOwner(const OwnerPlan& plan)
+    : ForeignProgram([&plan](int commands, int replies) { OwnerProgram(plan, commands, replies).run(); }) {}
 
 std::vector<std::uint32_t> Requestor::Property::values() const {
     std::vector<std::uint32_t> result(bytes.size() / sizeof(std::uint32_t));

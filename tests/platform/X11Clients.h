@@ -1,12 +1,11 @@
 #pragma once
 
 #include "Platform/X11Pasteboard.h"
-#include "tests/platform/Processes.h"
+#include "tests/platform/BackEnd.h"
 
 #include <xcb/xcb.h>
 
 #include <cstdint>
-#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -17,14 +16,7 @@
 namespace ravlin::tests {
 
 /// The X11 pasteboard of the display that the test runs on; the test fails where there is none.
-std::unique_ptr<X11Pasteboard> openPasteboard(X11ReadLimits limits = {}, const char* displayName = nullptr);
-
-/// Does what the application's event loop does, until `condition` holds: handles events whenever the descriptor says
-/// that there are some, and never otherwise. False where the condition does not come to hold.
-bool serveUntil(X11Pasteboard& pasteboard, const std::function<bool()>& condition);
-
-/// What a program writes to its standard output while the pasteboard serves it.
-std::string outputOf(const std::vector<std::string>& command, X11Pasteboard& pasteboard);
+std::unique_ptr<X11Pasteboard> openPasteboard(ReadLimits limits = {}, const char* displayName = nullptr);
 
 /// A plain X client with a window of its own; its calls wait for the server.
 class X11Client {
@@ -58,54 +50,12 @@ private:
     std::map<std::string, xcb_atom_t> atoms_;
 };
 
-/// A program that copies: what it offers, and how it misbehaves.
-struct OwnerPlan {
-    struct Representation {
-        std::string target;
-        std::string bytes;
-        std::string type = "";  // of the answer; empty: the target itself
-    };
-    std::vector<Representation> content = {};
-    bool listsTargets = true;
-    bool answers = true;  // with content; it lists its targets nevertheless
-    std::chrono::milliseconds pauseBeforeAnswer{0};
-    std::size_t incrementSize = 0;  // 0: everything in one piece
-    int stopsAfterIncrements = -1;  // with SIGSTOP, the first time
-    int diesAfterIncrements = -1;   // with SIGKILL
-    std::chrono::milliseconds pauseBeforeIncrement{0};
-};
-
 /// Another program, a process of its own, that owns the clipboard as soon as this object exists.
-class ForeignOwner {
+class ForeignOwner : public ForeignProgram {
 public:
     explicit ForeignOwner(const OwnerPlan& plan);
     /// The owner of one plain UTF-8 text.
     explicit ForeignOwner(const std::string& text) : ForeignOwner(OwnerPlan{.content = {{"UTF8_STRING", text}}}) {}
-    ForeignOwner(const ForeignOwner&) = delete;
-    ForeignOwner& operator=(const ForeignOwner&) = delete;
-    ForeignOwner(ForeignOwner&&) = delete;
-    ForeignOwner& operator=(ForeignOwner&&) = delete;
-    ~ForeignOwner();
-
-    Process& process() { return *process_; }
-
-    /// Whether a transfer in increments has come to its end.
-    bool hasEndedTransfer();
-
-    // Each returns when it has happened.
-    void copyAgain() { command('c'); }
-    void copyManyTimes() { command('m'); }  // kManyTimes
-    void select() { command('p'); }         // takes PRIMARY
-    void clear() { command('0'); }
-    static constexpr int kManyTimes = 5000;
-
-private:
-    void command(char letter);
-    char nextReply();
-
-    int commands_ = -1;
-    int replies_ = -1;
-    std::unique_ptr<Process> process_;
 };
 
 /// A program that pastes, step by step, in the test's own process.

@@ -18,26 +18,6 @@ using namespace std::literals;
 using testing::Optional;
 using Type = Pasteboard::Type;
 
-/// Waits until `owner`'s copy, which it makes in its own time, is on the clipboard.
-void waitForChange(X11Pasteboard& pasteboard, std::int64_t countBefore) {
-    ASSERT_TRUE(serveUntil(pasteboard, [&] { return pasteboard.changeCount() != countBefore; }));
-}
-
-/// A program of the system that copies `text`, in the foreground so that it ends with this object.
-class CopyingProgram {
-public:
-    CopyingProgram(X11Pasteboard& pasteboard, const std::vector<std::string>& command, const std::string& text)
-        : countBefore_(pasteboard.changeCount()), process_(command, text) {
-        waitForChange(pasteboard, countBefore_);
-    }
-    Process& process() { return process_; }
-
-private:
-    std::int64_t countBefore_;
-    Process process_;
-};
-
-const std::vector<std::string> kXclip = {"xclip", "-quiet", "-selection", "clipboard"};
 const std::vector<std::string> kXsel = {"xsel", "--clipboard", "--input", "--nodetach"};
 
 // ---- Content -------------------------------------------------------------------------------------------------------
@@ -47,7 +27,7 @@ class X11ReadingOfSize : public testing::TestWithParam<std::size_t> {};
 TEST_P(X11ReadingOfSize, IsExactFromXclip) {
     const auto pasteboard = openPasteboard();
     const std::string text = textOfSize(GetParam());
-    const CopyingProgram owner(*pasteboard, kXclip, text);
+    const CopyingProgram owner(*pasteboard, kCopyingProgram, text);
     EXPECT_TRUE(pasteboard->string() == text);
     EXPECT_THAT(pasteboard->itemCount(), Optional(1U));
 }
@@ -135,7 +115,7 @@ TEST(X11Reading, ImageIsAnItemWithoutText) {
 
 TEST(X11Reading, RTFAloneComesAsBytes) {
     const auto pasteboard = openPasteboard();
-    std::vector<std::string> command = kXclip;
+    std::vector<std::string> command = kCopyingProgram;
     command.insert(command.end(), {"-target", "text/rtf"});
     const CopyingProgram owner(*pasteboard, command, R"({\rtf1 caf\'e9})");
     EXPECT_EQ(pasteboard->string(), std::nullopt);
@@ -153,7 +133,7 @@ TEST(X11Reading, RTFIsFoundUnderEachOfItsNames) {
 
 TEST(X11Reading, HTMLAloneComesAsBytes) {
     const auto pasteboard = openPasteboard();
-    std::vector<std::string> command = kXclip;
+    std::vector<std::string> command = kCopyingProgram;
     command.insert(command.end(), {"-target", "text/html"});
     const CopyingProgram owner(*pasteboard, command, "<b>caf\u00e9</b>");
     EXPECT_EQ(pasteboard->string(), std::nullopt);
@@ -188,14 +168,6 @@ TEST(X11Reading, TheNextOwnerIsAskedAnew) {
 
 // ---- Owners in trouble ---------------------------------------------------------------------------------------------
 
-/// How long `action` takes.
-template <class Action>
-std::chrono::milliseconds durationOf(Action action) {
-    const auto start = Clock::now();
-    action();
-    return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start);
-}
-
 TEST(X11ReadingFromTrouble, HungOwnerCostsTheIdleLimitOnceForTheWholeReading) {
     const auto pasteboard = openPasteboard();
     ForeignOwner owner("text");
@@ -210,7 +182,7 @@ TEST(X11ReadingFromTrouble, HungOwnerCostsTheIdleLimitOnceForTheWholeReading) {
     EXPECT_LT(time, 2500ms);
 }
 
-constexpr X11ReadLimits kImpatient = {.idle = 200ms, .total = 1500ms, .byteSize = 100000};
+constexpr ReadLimits kImpatient = {.idle = 200ms, .total = 1500ms, .byteSize = 100000};
 
 TEST(X11ReadingFromTrouble, HungOwnerIsReadAgainOnceItAnswers) {
     const auto pasteboard = openPasteboard(kImpatient);

@@ -1,0 +1,238 @@
+#include "Platform/DataControl.h"
+
+#include <wayland-client-protocol.h>
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace ravlin::DataControl {
+namespace {
+
+// --- The messages ----------------------------------------------------------------------------------------------------
+
+// The numbers of the requests, which are their places in the protocol's description.
+constexpr std::uint32_t kManagerCreateSource = 0;
+constexpr std::uint32_t kManagerGetDevice = 1;
+constexpr std::uint32_t kManagerDestroy = 2;
+constexpr std::uint32_t kDeviceSetSelection = 0;
+constexpr std::uint32_t kDeviceDestroy = 1;
+constexpr std::uint32_t kSourceOffer = 0;
+constexpr std::uint32_t kSourceDestroy = 1;
+constexpr std::uint32_t kOfferReceive = 0;
+constexpr std::uint32_t kOfferDestroy = 1;
+
+// Version 1 has all that is needed here.
+constexpr int kVersion = 1;
+
+/// The description of the protocol in one of its dialects, in the form in which libwayland wants it: a letter for each
+/// argument ("n" a new object, "o" an object, "?" one that may be missing, "s" a string, "h" a descriptor), and for
+/// each the interface, if it has one.
+class Description {
+public:
+    explicit Description(const std::string& prefix)
+        : managerName_(prefix + "manager_v1"),
+          deviceName_(prefix + "device_v1"),
+          sourceName_(prefix + "source_v1"),
+          offerName_(prefix + "offer_v1") {}
+    Description(const Description&) = delete;
+    Description& operator=(const Description&) = delete;
+    Description(Description&&) = delete;
+    Description& operator=(Description&&) = delete;
+    ~Description() = default;
+
+    const wl_interface& manager() const noexcept { return manager_; }
+    const wl_interface& device() const noexcept { return device_; }
+    const wl_interface& source() const noexcept { return source_; }
+
+private:
+    template <std::size_t kRequestCount, std::size_t kEventCount>
+    static wl_interface interface(const std::string& name, const std::array<wl_message, kRequestCount>& requests,
+                                  const std::array<wl_message, kEventCount>& events) {
+        return {name.c_str(),    kVersion,         static_cast<int>(kRequestCount),
+                requests.data(), int{kEventCount}, events.data()};
+    }
+
+    std::string managerName_;
+    std::string deviceName_;
+    std::string sourceName_;
+    std::string offerName_;
+
+    std::array<const wl_interface*, 2> none_{};
+    std::array<const wl_interface*, 1> ofSource_{&source_};
+    std::array<const wl_interface*, 1> ofOffer_{&offer_};
+    std::array<const wl_interface*, 2> ofDeviceAndSeat_{&device_, &wl_seat_interface};
+
+    std::array<wl_message, 3> managerRequests_{{{"create_data_source", "n", ofSource_.data()},
+                                                {"get_data_device", "no", ofDeviceAndSeat_.data()},
+                                                {"destroy", "", none_.data()}}};
+    std::array<wl_message, 3> deviceRequests_{{{"set_selection", "?o", ofSource_.data()},
+                                               {"destroy", "", none_.data()},
+                                               {"set_primary_selection", "?o", ofSource_.data()}}};
+    std::array<wl_message, 4> deviceEvents_{{{"data_offer", "n", ofOffer_.data()},
+                                             {"selection", "?o", ofOffer_.data()},
+                                             {"finished", "", none_.data()},
+                                             {"primary_selection", "?o", ofOffer_.data()}}};
+    std::array<wl_message, 2> sourceRequests_{{{"offer", "s", none_.data()}, {"destroy", "", none_.data()}}};
+    std::array<wl_message, 2> sourceEvents_{{{"send", "sh", none_.data()}, {"cancelled", "", none_.data()}}};
+    std::array<wl_message, 2> offerRequests_{{{"receive", "sh", none_.data()}, {"destroy", "", none_.data()}}};
+    std::array<wl_message, 1> offerEvents_{{{"offer", "s", none_.data()}}};
+
+    wl_interface manager_{interface(managerName_, managerRequests_, std::array<wl_message, 0>{})};
+    wl_interface device_{interface(deviceName_, deviceRequests_, deviceEvents_)};
+    wl_interface source_{interface(sourceName_, sourceRequests_, sourceEvents_)};
+    wl_interface offer_{interface(offerName_, offerRequests_, offerEvents_)};
+};
+
+const Description& describe(Dialect dialect) {
+    static const Description kExt("ext_data_control_");
+    static const Description kZwlr("zwlr_data_control_");
+    return dialect == Dialect::ext ? kExt : kZwlr;
+}
+
+// libwayland takes the arguments of a request, and the functions that handle events, in the untyped forms of C.
+// NOLINTBEGIN(cppcoreguidelines-pro-type-vararg)
+
+template <class... Arguments>
+void send(wl_proxy* proxy, std::uint32_t request, Arguments... arguments) {
+    wl_proxy_marshal_flags(proxy, request, nullptr, wl_proxy_get_version(proxy), 0, arguments...);
+}
+
+/// Sends a request that creates an object, for which its first argument stands.
+template <class... Arguments>
+wl_proxy* create(wl_proxy* proxy, std::uint32_t request, const wl_interface& interface, Arguments... arguments) {
+    return wl_proxy_marshal_flags(proxy, request, &interface, wl_proxy_get_version(proxy), 0, nullptr, arguments...);
+}
+
+void destroy(wl_proxy* proxy, std::uint32_t request) {
+    wl_proxy_marshal_flags(proxy, request, nullptr, wl_proxy_get_version(proxy), WL_MARSHAL_FLAG_DESTROY);
+}
+
+// NOLINTEND(cppcoreguidelines-pro-type-vararg)
+
+using Handler = void (*)();
+
+template <class Listener>
+void listen(wl_proxy* proxy, Listener& listener, void* self) {
+    // The table of functions is only read.
+    wl_proxy_add_listener(proxy, const_cast<Handler*>(listener.data()), self);
+}
+
+template <class Function>
+Handler handler(Function function) {
+    return reinterpret_cast<Handler>(function);
+}
+
+}  // namespace
+
+std::string_view managerName(Dialect dialect) noexcept {
+    return describe(dialect).manager().name;
+}
+
+// --- Offer -----------------------------------------------------------------------------------------------------------
+
+Offer::Offer(wl_proxy* proxy) : proxy_(proxy) {
+    static const std::array kListener = {handler(&Offer::onType)};
+    listen(proxy_, kListener, this);
+}
+
+Offer::~Offer() {
+    destroy(proxy_, kOfferDestroy);
+}
+
+void Offer::receive(const std::string& type, int descriptor) {
+    send(proxy_, kOfferReceive, type.c_str(), descriptor);
+}
+
+void Offer::onType(void* self, wl_proxy* /*proxy*/, const char* type) {
+    static_cast<Offer*>(self)->types_.emplace_back(type);
+}
+
+// --- Source ----------------------------------------------------------------------------------------------------------
+
+Source::Source(wl_proxy* proxy, Events events) : proxy_(proxy), events_(std::move(events)) {
+    static const std::array kListener = {handler(&Source::onSend), handler(&Source::onCancelled)};
+    listen(proxy_, kListener, this);
+}
+
+Source::~Source() {
+    destroy(proxy_, kSourceDestroy);
+}
+
+void Source::offer(const std::string& type) {
+    send(proxy_, kSourceOffer, type.c_str());
+}
+
+void Source::onSend(void* self, wl_proxy* /*proxy*/, const char* type, std::int32_t descriptor) {
+    static_cast<Source*>(self)->events_.send(type, descriptor);
+}
+
+void Source::onCancelled(void* self, wl_proxy* /*proxy*/) {
+    static_cast<Source*>(self)->events_.cancelled();
+}
+
+// --- Device ----------------------------------------------------------------------------------------------------------
+
+Device::Device(wl_proxy* proxy, Events events) : proxy_(proxy), events_(std::move(events)) {
+    static const std::array kListener = {handler(&Device::onOffer), handler(&Device::onSelection),
+                                         handler(&Device::onFinished), handler(&Device::onPrimarySelection)};
+    listen(proxy_, kListener, this);
+}
+
+Device::~Device() {
+    destroy(proxy_, kDeviceDestroy);
+}
+
+void Device::setSelection(const Source* source) {
+    send(proxy_, kDeviceSetSelection, source != nullptr ? source->proxy() : nullptr);
+}
+
+void Device::onOffer(void* self, wl_proxy* /*proxy*/, wl_proxy* offer) {
+    static_cast<Device*>(self)->announced_.push_back(std::make_shared<Offer>(offer));
+}
+
+void Device::onSelection(void* self, wl_proxy* /*proxy*/, wl_proxy* offer) {
+    auto* const device = static_cast<Device*>(self);
+    device->events_.selection(device->take(offer));
+}
+
+void Device::onFinished(void* self, wl_proxy* /*proxy*/) {
+    static_cast<Device*>(self)->events_.finished();
+}
+
+/// What is selected, as opposed to copied, is none of our business.
+void Device::onPrimarySelection(void* self, wl_proxy* /*proxy*/, wl_proxy* offer) {
+    static_cast<Device*>(self)->take(offer);
+}
+
+/// The announced offer that this object of the protocol is; null where there is none.
+std::shared_ptr<Offer> Device::take(wl_proxy* offer) {
+    const auto found = std::ranges::find(announced_, offer, [](const auto& each) { return each->proxy(); });
+    if (found == announced_.end()) return nullptr;
+    std::shared_ptr<Offer> taken = std::move(*found);
+    announced_.erase(found);
+    return taken;
+}
+
+// --- Manager ---------------------------------------------------------------------------------------------------------
+
+Manager::Manager(wl_proxy* registry, std::uint32_t name, Dialect dialect)
+    : dialect_(dialect),
+      proxy_(reinterpret_cast<wl_proxy*>(
+          wl_registry_bind(reinterpret_cast<wl_registry*>(registry), name, &describe(dialect).manager(), kVersion))) {}
+
+Manager::~Manager() {
+    destroy(proxy_, kManagerDestroy);
+}
+
+std::unique_ptr<Source> Manager::createSource(Source::Events events) {
+    wl_proxy* const source = create(proxy_, kManagerCreateSource, describe(dialect_).source());
+    return std::make_unique<Source>(source, std::move(events));
+}
+
+std::unique_ptr<Device> Manager::deviceOf(wl_proxy* seat, Device::Events events) {
+    wl_proxy* const device = create(proxy_, kManagerGetDevice, describe(dialect_).device(), seat);
+    return std::make_unique<Device>(device, std::move(events));
+}
+
+}  // namespace ravlin::DataControl

@@ -1,0 +1,130 @@
+#pragma once
+
+#include <wayland-client-core.h>
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// The data-control protocol of Wayland, by which a program reaches the clipboard without the keyboard's focus. It goes
+/// by two names, "ext-data-control-v1" and, older, "zwlr_data_control_manager_v1", which mean the same messages.
+///
+/// Every object asks the compositor for its own end when it is destroyed. None waits for anything: requests go out with
+/// the next flush of the connection, and events arrive while it dispatches.
+namespace ravlin::DataControl {
+
+enum class Dialect : std::uint8_t { ext, zwlr };
+
+/// The name of the global object by which a compositor offers the protocol.
+std::string_view managerName(Dialect dialect) noexcept;
+
+/// Destroys a protocol object that has no request for its end.
+struct ProxyDeleter {
+    void operator()(wl_proxy* proxy) const noexcept { wl_proxy_destroy(proxy); }
+};
+
+/// The content of the clipboard as a program offers it, in one or more types.
+class Offer {
+public:
+    explicit Offer(wl_proxy* proxy);
+    Offer(const Offer&) = delete;
+    Offer& operator=(const Offer&) = delete;
+    Offer(Offer&&) = delete;
+    Offer& operator=(Offer&&) = delete;
+    ~Offer();
+
+    wl_proxy* proxy() const noexcept { return proxy_; }
+
+    /// The MIME types, in the program's order; complete once the offer has been announced as the clipboard's content.
+    const std::vector<std::string>& types() const noexcept { return types_; }
+
+    /// Asks the program to write the content as `type` into a pipe. The descriptor stays the caller's, to be closed
+    /// when the request has been flushed.
+    void receive(const std::string& type, int descriptor);
+
+private:
+    static void onType(void* self, wl_proxy* proxy, const char* type);
+
+    wl_proxy* proxy_;
+    std::vector<std::string> types_;
+};
+
+/// Content of our own for the clipboard.
+class Source {
+public:
+    struct Events {
+        std::function<void(std::string_view type, int descriptor)> send;  // the descriptor is now the callee's
+        std::function<void()> cancelled;                                  // somebody else has copied
+    };
+
+    Source(wl_proxy* proxy, Events events);
+    Source(const Source&) = delete;
+    Source& operator=(const Source&) = delete;
+    Source(Source&&) = delete;
+    Source& operator=(Source&&) = delete;
+    ~Source();
+
+    wl_proxy* proxy() const noexcept { return proxy_; }
+    void offer(const std::string& type);
+
+private:
+    static void onSend(void* self, wl_proxy* proxy, const char* type, std::int32_t descriptor);
+    static void onCancelled(void* self, wl_proxy* proxy);
+
+    wl_proxy* proxy_;
+    Events events_;
+};
+
+/// The clipboard of a seat.
+class Device {
+public:
+    struct Events {
+        std::function<void(std::shared_ptr<Offer>)> selection;  // each change of the clipboard; null: it is empty
+        std::function<void()> finished;                         // the seat has gone
+    };
+
+    Device(wl_proxy* proxy, Events events);
+    Device(const Device&) = delete;
+    Device& operator=(const Device&) = delete;
+    Device(Device&&) = delete;
+    Device& operator=(Device&&) = delete;
+    ~Device();
+
+    /// Makes `source` the clipboard's content; null empties it.
+    void setSelection(const Source* source);
+
+private:
+    static void onOffer(void* self, wl_proxy* proxy, wl_proxy* offer);
+    static void onSelection(void* self, wl_proxy* proxy, wl_proxy* offer);
+    static void onFinished(void* self, wl_proxy* proxy);
+    static void onPrimarySelection(void* self, wl_proxy* proxy, wl_proxy* offer);
+    std::shared_ptr<Offer> take(wl_proxy* offer);
+
+    wl_proxy* proxy_;
+    Events events_;
+    std::vector<std::shared_ptr<Offer>> announced_;  // of which nobody has said yet what they are
+};
+
+/// The compositor's end of the protocol.
+class Manager {
+public:
+    /// Takes the global object `name`, whose interface is that of `dialect`.
+    Manager(wl_proxy* registry, std::uint32_t name, Dialect dialect);
+    Manager(const Manager&) = delete;
+    Manager& operator=(const Manager&) = delete;
+    Manager(Manager&&) = delete;
+    Manager& operator=(Manager&&) = delete;
+    ~Manager();
+
+    std::unique_ptr<Source> createSource(Source::Events events);
+    std::unique_ptr<Device> deviceOf(wl_proxy* seat, Device::Events events);
+
+private:
+    Dialect dialect_;
+    wl_proxy* proxy_;
+};
+
+}  // namespace ravlin::DataControl

@@ -1,0 +1,114 @@
+#pragma once
+
+#include "Platform/DataControl.h"
+#include "Platform/PipeWriter.h"
+#include "Platform/ReadLimits.h"
+#include "Platform/SystemPasteboard.h"
+#include "Platform/WaylandConnection.h"
+
+#include <chrono>
+#include <cstdint>
+#include <list>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace ravlin {
+
+/// The clipboard of a Wayland compositor that offers data control, on a connection of its own: it needs neither a
+/// window nor the keyboard's focus.
+///
+/// The compositor tells every change of the clipboard, our own included, and answers in the order of what happened. So
+/// after any answer the events before it say how many changes there were: nothing is missed.
+///
+/// A clipboard belongs to a seat: this is that of the first one, and of the next when that goes.
+///
+/// Once the connection is lost every operation returns at once with nothing or false.
+class WaylandPasteboard final : public SystemPasteboard {
+public:
+    /// Connects to `displayName` (null: to the one that WAYLAND_DISPLAY names). Null where that fails, with the reason
+    /// in `whyNot`, for example "the compositor offers no data control".
+    static std::unique_ptr<WaylandPasteboard> open(const char* displayName, std::string& whyNot,
+                                                   ReadLimits limits = {});
+
+    /// Counts the changes since this object was made. A compositor that does not answer in time is assumed to have
+    /// changed something.
+    std::int64_t changeCount() override;
+
+    /// Plain text in the best encoding that its program offers. A program that did not write is asked again only by the
+    /// next call of this function: `data` does not wait for it a second time.
+    std::optional<std::string> string() override;
+    std::optional<std::string> data(Type type) override;
+    std::optional<std::size_t> itemCount() override;
+
+    /// Takes effect with the next operation or at the next `processEvents`: a `setString` that comes first takes its
+    /// place, so that nobody sees an empty clipboard in between, which clipboard managers hasten to fill.
+    void clearContents() override;
+
+    /// False where there is no seat, where the compositor did not answer or somebody else was faster.
+    bool setString(std::string_view text) override;
+
+    int fileDescriptor() const override { return connection_->fileDescriptor(); }
+    void processEvents() override;
+    void lingerIfOwner() override;
+
+    /// After this time without a step a reader is given up, as soon as anything else happens.
+    static constexpr std::chrono::seconds kTransferLimit{30};
+
+private:
+    struct Seat {
+        std::uint32_t name;
+        std::unique_ptr<wl_proxy, DataControl::ProxyDeleter> proxy;
+        std::unique_ptr<DataControl::Device> device;
+    };
+
+    /// What another program has copied.
+    struct Foreign {
+        std::shared_ptr<DataControl::Offer> offer;
+        bool isSilent = false;  // did not write in time, or too much
+    };
+
+    /// What we have copied.
+    struct Own {
+        std::unique_ptr<DataControl::Source> source;
+        std::shared_ptr<const std::string> text;
+    };
+
+    explicit WaylandPasteboard(ReadLimits limits) : limits_(limits) {}
+    bool connect(const char* displayName, std::string& whyNot);
+    void noteGlobal(std::uint32_t name, std::string_view interface);
+    void noteRemoval(std::uint32_t name);
+    bool bindManager();
+    void chooseSeat();
+    void noteSelection(std::shared_ptr<DataControl::Offer> offer);
+
+    bool catchUp();
+    bool synchronise();
+    void update();
+    void completeClear();
+    bool isOwner() const { return own_.text != nullptr; }
+    void serve(std::string_view type, int descriptor, const std::shared_ptr<const std::string>& text);
+    void proceedWithTransfers();
+    void serveToTheEnd();
+
+    const std::string* offeredAs(std::string_view type) const;
+    std::optional<std::string> read(const std::string& type);
+
+    ReadLimits limits_;
+    std::unique_ptr<WaylandConnection> connection_;
+    std::vector<std::pair<std::uint32_t, DataControl::Dialect>> managerNames_;
+    std::vector<std::uint32_t> seatNames_;
+    std::unique_ptr<DataControl::Manager> manager_;
+    std::optional<Seat> seat_;
+    bool isSeatFinished_ = false;
+    std::int64_t changeCount_ = 0;
+    Foreign foreign_;
+    Own own_;
+    std::list<PipeWriter> transfers_;
+    bool isClearPending_ = false;
+};
+
+}  // namespace ravlin

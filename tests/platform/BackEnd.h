@@ -1,0 +1,57 @@
+#pragma once
+
+#include "Platform/ReadLimits.h"
+#include "Platform/SystemPasteboard.h"
+#include "tests/platform/ForeignProgram.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace ravlin::tests {
+
+// What tests that hold for every clipboard need of the one they run on; each test program has its own.
+
+/// The pasteboard of the display that the test runs on; the test fails where there is none.
+std::unique_ptr<SystemPasteboard> openBackEnd(ReadLimits limits = {});
+
+/// A program that has copied.
+std::unique_ptr<ForeignProgram> copyElsewhere(const OwnerPlan& plan);
+
+/// Programs of the system. The first copies its input and stays to serve it; the second writes the clipboard's text.
+extern const std::vector<std::string> kCopyingProgram;
+extern const std::vector<std::string> kPastingProgram;
+
+// What they share.
+
+/// Does what the application's event loop does, until `condition` holds: handles events whenever the descriptor says
+/// that there are some, and never otherwise. False where the condition does not come to hold.
+bool serveUntil(SystemPasteboard& pasteboard, const std::function<bool()>& condition);
+
+/// What a program writes to its standard output while the pasteboard serves it.
+std::string outputOf(const std::vector<std::string>& command, SystemPasteboard& pasteboard);
+
+/// A program of the system that copies `text`, in the foreground so that it ends with this object.
+class CopyingProgram {
+public:
+    CopyingProgram(SystemPasteboard& pasteboard, const std::vector<std::string>& command, const std::string& text);
+    Process& process() { return process_; }
+
+private:
+    std::int64_t countBefore_;
+    Process process_;
+};
+
+/// Waits until another program's copy, which it makes in its own time, is on the clipboard.
+bool waitForChange(SystemPasteboard& pasteboard, std::int64_t countBefore);
+
+/// How long `action` takes.
+template <class Action>
+std::chrono::milliseconds durationOf(Action action) {
+    const auto start = Clock::now();
+    action();
+    return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start);
+}
+
+}  // namespace ravlin::tests

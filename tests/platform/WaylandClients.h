@@ -1,0 +1,74 @@
+#pragma once
+
+#include "Platform/WaylandPasteboard.h"
+#include "tests/platform/BackEnd.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace ravlin::tests {
+
+/// The Wayland pasteboard of the compositor that the test runs on; the test fails where there is none.
+std::unique_ptr<WaylandPasteboard> openPasteboard(ReadLimits limits = {}, const char* displayName = nullptr);
+
+/// Another program, a process of its own, that owns the clipboard as soon as this object exists. It writes in pieces of
+/// `incrementSize`, and does not know PRIMARY.
+class ForeignSource : public ForeignProgram {
+public:
+    explicit ForeignSource(const OwnerPlan& plan);
+    /// The source of one plain UTF-8 text.
+    explicit ForeignSource(const std::string& text)
+        : ForeignSource(OwnerPlan{.content = {{"text/plain;charset=utf-8", text}}}) {}
+};
+
+/// A program that pastes, step by step, in the test's own process.
+class Paster {
+public:
+    Paster();
+
+    /// The types on the clipboard, sorted.
+    std::vector<std::string> types();
+
+    /// Asks for the clipboard as `type`; the answer comes out of the descriptor.
+    Descriptor begin(const std::string& type);
+
+    /// All that comes as `type` while `pasteboard` serves it.
+    std::optional<std::string> read(const std::string& type, SystemPasteboard& pasteboard);
+
+private:
+    std::unique_ptr<WaylandConnection> connection_;
+    std::unique_ptr<DataControl::Manager> manager_;
+    std::unique_ptr<wl_proxy, DataControl::ProxyDeleter> seat_;
+    std::unique_ptr<DataControl::Device> device_;
+    std::shared_ptr<DataControl::Offer> offer_;
+};
+
+/// Takes what has come out of a pipe so far; false once it is at its end.
+bool takeFrom(int pipe, std::string& bytes);
+
+/// A compositor of its own, for tests that do something to it.
+class PrivateCompositor {
+public:
+    PrivateCompositor();
+    PrivateCompositor(const PrivateCompositor&) = delete;
+    PrivateCompositor& operator=(const PrivateCompositor&) = delete;
+    PrivateCompositor(PrivateCompositor&&) = delete;
+    PrivateCompositor& operator=(PrivateCompositor&&) = delete;
+    ~PrivateCompositor();
+
+    const std::string& display() const { return display_; }
+    void stop();
+    void resume();
+    void kill();
+
+private:
+    pid_t id() const;
+
+    Process desktop_;
+    std::string display_;
+    bool isStopped_ = false;
+};
+
+}  // namespace ravlin::tests
