@@ -2,6 +2,7 @@
 
 #include "Engine/HTMLTransforms.h"
 #include "Engine/Pasteboard.h"
+#include "Engine/Support/RichText.h"
 #include "Engine/Support/Unicode.h"
 
 namespace ravlin::PasteboardService {
@@ -21,6 +22,8 @@ std::optional<std::string> textOfHTML(std::string_view bytes) {
 std::optional<std::string> plainText() {
     Pasteboard& pasteboard = Pasteboard::general();
     if (std::optional<std::string> text = pasteboard.string()) return text;
+    if (const std::optional<std::string> rtf = pasteboard.data(Pasteboard::Type::rtf))
+        if (std::optional<std::string> text = RichText::plainText(*rtf)) return text;
     if (const std::optional<std::string> html = pasteboard.data(Pasteboard::Type::html)) return textOfHTML(*html);
     return std::nullopt;
 }

@@ -10,9 +10,8 @@
 /// The only code that reads and writes the clipboard's text. It keeps nothing between calls.
 namespace ravlin::PasteboardService {
 
-/// The clipboard's content as plain text: its plain-text representation, or else the text of its HTML, or nothing where
-/// neither yields text. An empty plain text is text.
-/// NOTE: rich text is not read; where there is HTML beside it, that is.
+/// The clipboard's content as plain text: its plain-text representation, or else the text of its rich text, or else that
+/// of its HTML, or nothing where none yields text. An empty text is text: what comes later is not looked at then.
 std::optional<std::string> plainText();
 
 /// Replaces the whole clipboard by one plain-text item holding `text`.

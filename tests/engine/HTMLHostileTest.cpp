@@ -2,25 +2,16 @@
 
 #include "Engine/HTMLTransforms.h"
 #include "Engine/MarkdownTransforms.h"
+#include "tests/engine/Deadline.h"
 #include "tests/engine/HostileTexts.h"
 #include "tests/engine/PatternOracle.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 namespace ravlin {
 namespace {
 
-/// Ends the test program, which counts as failed, unless it is gone after so many seconds.
-class Deadline {
-public:
-    explicit Deadline(unsigned seconds) { alarm(seconds); }
-    Deadline(const Deadline&) = delete;
-    Deadline& operator=(const Deadline&) = delete;
-    Deadline(Deadline&&) = delete;
-    Deadline& operator=(Deadline&&) = delete;
-    ~Deadline() { alarm(0); }
-};
+using tests::Deadline;
 
 constexpr unsigned kSeconds = 5;
 

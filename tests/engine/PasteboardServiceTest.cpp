@@ -40,7 +40,7 @@ TEST(TransformClipboard, PlainTextWinsOverRichTextAndHTML) {
 TEST(TransformClipboard, ClipboardWithoutAnythingIsEmpty) {
     FakePasteboard pasteboard;
     EXPECT_EQ(run(TextTransform::upperCase), PasteOutcome(ClipboardEmpty{}));
-    EXPECT_THAT(pasteboard.calls(), ElementsAre("changeCount", "string", "data(html)", "itemCount"));
+    EXPECT_THAT(pasteboard.calls(), ElementsAre("changeCount", "string", "data(rtf)", "data(html)", "itemCount"));
 }
 
 TEST(TransformClipboard, ClipboardThatCannotTellItsItemsIsEmpty) {
@@ -54,7 +54,7 @@ TEST(TransformClipboard, ClipboardWithOnlyAnImageHasNoText) {
     FakePasteboard pasteboard;
     pasteboard.copyElsewhere({});
     EXPECT_EQ(run(TextTransform::upperCase), PasteOutcome(NoText{}));
-    EXPECT_THAT(pasteboard.calls(), ElementsAre("changeCount", "string", "data(html)", "itemCount"));
+    EXPECT_THAT(pasteboard.calls(), ElementsAre("changeCount", "string", "data(rtf)", "data(html)", "itemCount"));
 }
 
 TEST(TransformClipboard, EmptyPlainTextIsAnEmptyClipboardWhateverElseThereIs) {
@@ -199,12 +199,71 @@ TEST(PlainText, KeepsNULsThatAnHTMLRepresentationEndsWith) {
     EXPECT_EQ(PasteboardService::plainText(), std::string("a\0", 2));
 }
 
-TEST(PlainText, IsTheTextOfHTMLWhereTheRichTextBesideItIsNotRead) {
+TEST(PlainText, IsTheTextOfRichTextWhereThereIsNoString) {
+    const struct {
+        const char* rtf;
+        std::optional<std::string> text;
+    } vectors[] = {
+        {"{\\rtf1 rich}", "rich"},
+        {"{\\rtf1\\ansi caf\\'e9 {\\b noir}\\par}", "caf\u00E9 noir\n"},
+        {"{\\rtf1 cut off", "cut off"},
+        {"{\\rtf1}", ""},
+        // Anything but rich text is no text.
+        {"", std::nullopt},
+        {"rich", std::nullopt},
+        {"{\\rtfd rich}", std::nullopt},
+    };
+    for (const auto& vector : vectors) {
+        FakePasteboard pasteboard;
+        pasteboard.copyElsewhere({{Type::rtf, vector.rtf}});
+        EXPECT_EQ(PasteboardService::plainText(), vector.text) << vector.rtf;
+    }
+}
+
+TEST(PlainText, ReadsNoHTMLWhereThereIsRichText) {
+    for (const char* const rtf : {"{\\rtf1 rich}", "{\\rtf1}"}) {
+        FakePasteboard pasteboard;
+        pasteboard.copyElsewhere({{Type::rtf, rtf}, {Type::html, "<b>html</b>"}});
+        PasteboardService::plainText();
+        EXPECT_THAT(pasteboard.calls(), ElementsAre("string", "data(rtf)")) << rtf;
+    }
+}
+
+TEST(PlainText, ReadsNoRichTextWhereThereIsAString) {
     FakePasteboard pasteboard;
-    pasteboard.copyElsewhere({{Type::rtf, "{\\rtf1 rich}"}, {Type::html, "<b>html</b>"}});
-    EXPECT_EQ(PasteboardService::plainText(), "html");
-    pasteboard.copyElsewhere({{Type::rtf, "{\\rtf1 rich}"}});
-    EXPECT_EQ(PasteboardService::plainText(), std::nullopt);
+    pasteboard.copyElsewhere({{Type::string, ""}, {Type::rtf, "{\\rtf1 rich}"}, {Type::html, "<b>html</b>"}});
+    EXPECT_EQ(PasteboardService::plainText(), "");
+    EXPECT_THAT(pasteboard.calls(), ElementsAre("string"));
+}
+
+TEST(PlainText, IsTheTextOfHTMLWhereTheRichTextIsNone) {
+    for (const char* const rtf : {"", "broken", "{\\rtfd x}", "<p>{\\rtf1 x}</p>"}) {
+        FakePasteboard pasteboard;
+        pasteboard.copyElsewhere({{Type::rtf, rtf}, {Type::html, "<b>html</b>"}});
+        EXPECT_EQ(PasteboardService::plainText(), "html") << rtf;
+        EXPECT_THAT(pasteboard.calls(), ElementsAre("string", "data(rtf)", "data(html)")) << rtf;
+    }
+}
+
+TEST(TransformClipboard, FlattensRichTextOnTheWayIn) {
+    FakePasteboard pasteboard;
+    pasteboard.copyElsewhere({{Type::rtf, "{\\rtf1 h{\\b\\'e9}}"}, {Type::html, "<p>html</p>"}});
+    EXPECT_EQ(run(TextTransform::upperCase), PasteOutcome(Success{.inputCount = 2, .outputCount = 2}));
+    EXPECT_THAT(pasteboard.representations(), ElementsAre(std::pair(Type::string, std::string("H\u00C9"))));
+}
+
+TEST(TransformClipboard, RichTextWithoutTextIsAnEmptyClipboardWhateverElseThereIs) {
+    FakePasteboard pasteboard;
+    pasteboard.copyElsewhere({{Type::rtf, "{\\rtf1{\\fonttbl{\\f0 A;}}\\pard}"}, {Type::html, "<b>html</b>"}});
+    EXPECT_EQ(run(TextTransform::upperCase), PasteOutcome(ClipboardEmpty{}));
+    EXPECT_EQ(pasteboard.representations().size(), 2U);
+}
+
+TEST(TransformClipboard, RichTextThatIsNoneHasNoTextAndStays) {
+    FakePasteboard pasteboard;
+    pasteboard.copyElsewhere({{Type::rtf, "{\\rt"}});
+    EXPECT_EQ(run(TextTransform::upperCase), PasteOutcome(NoText{}));
+    EXPECT_EQ(pasteboard.representations().count(Type::rtf), 1U);
 }
 
 TEST(TransformClipboard, FlattensHTMLOnTheWayIn) {

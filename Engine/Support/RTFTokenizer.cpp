@@ -1,0 +1,108 @@
+#include "Engine/Support/RTFTokenizer.h"
+
+#include "Engine/Support/ASCII.h"
+#include "Engine/Support/Scan.h"
+
+#include <algorithm>
+#include <array>
+#include <limits>
+
+namespace ravlin {
+namespace {
+
+using Scan::peek;
+
+constexpr bool isIgnored(char byte) noexcept {
+    return byte == '\r' || byte == '\n' || byte == '\0';
+}
+
+constexpr std::array<bool, 256> kIsPlain = [] {
+    std::array<bool, 256> isPlain = {};
+    isPlain.fill(true);
+    for (const char byte : {'{', '}', '\\', '\r', '\n', '\0'}) isPlain[static_cast<unsigned char>(byte)] = false;
+    return isPlain;
+}();
+
+constexpr bool isLetter(char byte) noexcept {
+    return ASCII::toLower(byte) >= 'a' && ASCII::toLower(byte) <= 'z';
+}
+
+constexpr bool isDigit(char byte) noexcept {
+    return byte >= '0' && byte <= '9';
+}
+
+/// The value of a hexadecimal digit, -1 for anything else.
+constexpr int digitValue(char byte) noexcept {
+    if (isDigit(byte)) return byte - '0';
+    const char letter = ASCII::toLower(byte);
+    return letter >= 'a' && letter <= 'f' ? letter - 'a' + 10 : -1;
+}
+
+}  // namespace
+
+RTFToken RTFTokenizer::next() noexcept {
+    while (at_ < rtf_.size() && isIgnored(rtf_[at_])) ++at_;
+    if (at_ == rtf_.size()) return {};
+    switch (rtf_[at_]) {
+        case '{': ++at_; return {.kind = RTFToken::Kind::groupStart};
+        case '}': ++at_; return {.kind = RTFToken::Kind::groupEnd};
+        case '\\': ++at_; return escapedToken();
+        default: return bytesToken();
+    }
+}
+
+RTFToken RTFTokenizer::bytesToken() noexcept {
+    const std::size_t from = at_;
+    while (at_ < rtf_.size() && kIsPlain[static_cast<unsigned char>(rtf_[at_])]) ++at_;
+    return {.kind = RTFToken::Kind::bytes, .text = Scan::between(rtf_, from, at_)};
+}
+
+/// What follows a backslash.
+RTFToken RTFTokenizer::escapedToken() noexcept {
+    if (at_ == rtf_.size()) return {};
+    if (isLetter(rtf_[at_])) return wordToken();
+    const std::string_view character = rtf_.substr(at_++, 1);
+    switch (character.front()) {
+        case '\'': return hexToken();
+        case '\\':
+        case '{':
+        case '}': return {.kind = RTFToken::Kind::bytes, .text = character};
+        default: return {.kind = RTFToken::Kind::symbol, .text = character};
+    }
+}
+
+/// Without two digits it is a symbol that means nothing.
+RTFToken RTFTokenizer::hexToken() noexcept {
+    const int high = digitValue(peek(rtf_, at_));
+    const int low = digitValue(peek(rtf_, at_ + 1));
+    if (high < 0 || low < 0) return {.kind = RTFToken::Kind::symbol, .text = "'"};
+    at_ += 2;
+    hexByte_ = static_cast<char>(high * 16 + low);
+    return {.kind = RTFToken::Kind::bytes, .text = {&hexByte_, 1}};
+}
+
+RTFToken RTFTokenizer::wordToken() noexcept {
+    const std::size_t from = at_;
+    while (isLetter(peek(rtf_, at_))) ++at_;
+    RTFToken word = {.kind = RTFToken::Kind::word, .text = Scan::between(rtf_, from, at_)};
+    readNumber(word);
+    if (peek(rtf_, at_) == ' ') ++at_;
+    if (word.text == "bin" && word.number > 0)
+        at_ += std::min(rtf_.size() - at_, static_cast<std::size_t>(word.number));
+    return word;
+}
+
+/// Numbers too large for their type are the largest.
+void RTFTokenizer::readNumber(RTFToken& word) noexcept {
+    constexpr std::int64_t kLimit = std::numeric_limits<int>::max();
+    const bool isNegative = peek(rtf_, at_) == '-';
+    std::size_t at = at_ + (isNegative ? 1 : 0);
+    if (!isDigit(peek(rtf_, at))) return;
+    std::int64_t number = 0;
+    for (; isDigit(peek(rtf_, at)); ++at) number = std::min(number * 10 + (rtf_[at] - '0'), kLimit);
+    word.number = static_cast<int>(isNegative ? -number : number);
+    word.hasNumber = true;
+    at_ = at;
+}
+
+}  // namespace ravlin

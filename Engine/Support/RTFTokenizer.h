@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace ravlin {
+
+/// A piece of rich text.
+struct RTFToken {
+    enum class Kind : std::uint8_t {
+        end,  // of the data
+        groupStart,
+        groupEnd,
+        bytes,   // of the document's text, in some code page: as they stand, escaped or in hexadecimal
+        word,    // \name, \name5
+        symbol,  // \ and one character that is no letter
+    };
+
+    Kind kind = Kind::end;
+    std::string_view text = {};  // the bytes, the name of the word, or the symbol's character
+    int number = 0;
+    bool hasNumber = false;
+};
+
+/// Cuts rich text into tokens. Line ends and NULs between them, and the binary data behind \bin, are left out.
+class RTFTokenizer {
+public:
+    explicit RTFTokenizer(std::string_view rtf) noexcept : rtf_(rtf) {}
+    RTFTokenizer(const RTFTokenizer&) = delete;
+    RTFTokenizer& operator=(const RTFTokenizer&) = delete;
+    RTFTokenizer(RTFTokenizer&&) = delete;
+    RTFTokenizer& operator=(RTFTokenizer&&) = delete;
+    ~RTFTokenizer() = default;
+
+    /// The next token, whose views are valid until the one after it. Ends again and again at the end.
+    RTFToken next() noexcept;
+
+private:
+    RTFToken bytesToken() noexcept;
+    RTFToken escapedToken() noexcept;
+    RTFToken wordToken() noexcept;
+    RTFToken hexToken() noexcept;
+    void readNumber(RTFToken& word) noexcept;
+
+    std::string_view rtf_;
+    std::size_t at_ = 0;
+    char hexByte_ = '\0';
+};
+
+}  // namespace ravlin
