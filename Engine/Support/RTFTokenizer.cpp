@@ -71,12 +71,13 @@ RTFToken RTFTokenizer::escapedToken() noexcept {
     }
 }
 
-/// Without two digits it is a symbol that means nothing.
+/// Without two digits it is a symbol that means nothing, and so is NUL, which is no character here.
 RTFToken RTFTokenizer::hexToken() noexcept {
     const int high = digitValue(peek(rtf_, at_));
     const int low = digitValue(peek(rtf_, at_ + 1));
     if (high < 0 || low < 0) return {.kind = RTFToken::Kind::symbol, .text = "'"};
     at_ += 2;
+    if (high == 0 && low == 0) return {.kind = RTFToken::Kind::symbol, .text = "'"};
     hexByte_ = static_cast<char>(high * 16 + low);
     return {.kind = RTFToken::Kind::bytes, .text = {&hexByte_, 1}};
 }

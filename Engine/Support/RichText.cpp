@@ -495,6 +495,7 @@ void Reader::append(char32_t unit) {
 
 void Reader::appendUnicode(int number) {
     fallbackUnits_ = groups_.state().fallbackSize;
+    if (number == 0) return;  // as for the NULs between the tokens
     // Numbers have 16 bits and a sign, so what lies above is negative.
     const int unit = number < 0 ? number + 0x10000 : number;
     // Programs that take a symbol font's bytes for characters put them where Unicode has room for private use.

@@ -78,6 +78,7 @@ TEST(RichText, LineEndsAndNULsAreNoText) {
     check({
         {"a\r\nb\nc\rd", "abcd"},
         {"a\0b"s, "ab"},
+        {"a\\'00b\\u0?c\\u?d\\u", "abcd"},
         {"a \n b", "a  b"},
         {"\n\n", ""},
     });
