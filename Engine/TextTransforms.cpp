@@ -3,6 +3,7 @@
 #include "Engine/CaseTransforms.h"
 #include "Engine/EncodingTransforms.h"
 #include "Engine/HTMLTransforms.h"
+#include "Engine/JSONReformatter.h"
 #include "Engine/LineTransforms.h"
 #include "Engine/MarkdownTransforms.h"
 #include "Engine/SpacingTransforms.h"
@@ -24,8 +25,8 @@ std::string route(TextTransform transform, std::string_view text) {  // NOLINT(r
         case TextTransform::stripHTML: return stripHTML(text);
         case TextTransform::htmlToMarkdown: return htmlToMarkdown(text);
         case TextTransform::markdownToHTML: return markdownToHTML(text);
-        case TextTransform::jsonPretty: return std::string(text);
-        case TextTransform::jsonMinify: return std::string(text);
+        case TextTransform::jsonPretty: return jsonReformat(text, /*pretty=*/true);
+        case TextTransform::jsonMinify: return jsonReformat(text, /*pretty=*/false);
         case TextTransform::upperCase: return Unicode::upperCased(text);
         case TextTransform::lowerCase: return Unicode::lowerCased(text);
         case TextTransform::titleCase: return titleCase(text);
