@@ -1,6 +1,10 @@
 #include "Engine/EncodingTransforms.h"
 
+#include "Engine/JSONReformatter.h"
+#include "Engine/Support/ASCII.h"
+#include "Engine/Support/Bytes.h"
 #include "Engine/Support/Replace.h"
+#include "Engine/Support/Scan.h"
 #include "Engine/Support/Unicode.h"
 
 #include <algorithm>
@@ -9,31 +13,6 @@
 
 namespace ravlin::TextTransforms {
 namespace {
-
-constexpr unsigned byteAt(std::string_view text, std::size_t at) noexcept {
-    return static_cast<unsigned char>(text[at]);
-}
-
-// --- Base64 ----------------------------------------------------------------------------------------------------------
-
-constexpr std::string_view kBase64Digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-static_assert(kBase64Digits.size() == 64);
-
-/// The two digits of every 12 bits: half as many look-ups as with single digits.
-constexpr auto kBase64Pairs = [] {
-    std::array<std::array<char, 2>, 4096> pairs = {};
-    for (std::size_t bits = 0; bits < pairs.size(); ++bits)
-        pairs[bits] = {kBase64Digits[bits / 64], kBase64Digits[bits % 64]};
-    return pairs;
-}();
-
-/// The last one or two bytes of a text as four digits, the missing ones padded.
-std::array<char, 4> base64Tail(std::string_view bytes) {
-    const unsigned bits = (byteAt(bytes, 0) << 16U) | (bytes.size() == 2 ? byteAt(bytes, 1) << 8U : 0U);
-    const auto first = kBase64Pairs[bits >> 12U];
-    const auto second = kBase64Pairs[bits & 0xFFFU];
-    return {first[0], first[1], bytes.size() == 2 ? second[0] : '=', '='};
-}
 
 // --- Percent escapes -------------------------------------------------------------------------------------------------
 
@@ -51,18 +30,11 @@ constexpr bool isUnreserved(char byte) noexcept {
     return kIsUnreserved[static_cast<unsigned char>(byte)];
 }
 
-constexpr std::optional<unsigned> hexValue(char digit) noexcept {
-    if (digit >= '0' && digit <= '9') return static_cast<unsigned>(digit - '0');
-    if (digit >= 'A' && digit <= 'F') return static_cast<unsigned>(digit - 'A' + 10);
-    if (digit >= 'a' && digit <= 'f') return static_cast<unsigned>(digit - 'a' + 10);
-    return std::nullopt;
-}
-
 /// The byte that the escape at the start of `text`, which starts with "%", stands for.
 std::optional<char> unescape(std::string_view text) noexcept {
     if (text.size() < 3) return std::nullopt;
-    const std::optional<unsigned> high = hexValue(text[1]);
-    const std::optional<unsigned> low = hexValue(text[2]);
+    const std::optional<unsigned> high = Bytes::hexValue(text[1]);
+    const std::optional<unsigned> low = Bytes::hexValue(text[2]);
     if (!high || !low) return std::nullopt;
     return static_cast<char>(static_cast<unsigned char>(*high * 16 + *low));
 }
@@ -94,6 +66,134 @@ std::optional<std::string> percentDecoded(std::string_view text) {
     return result;
 }
 
+// --- Backslash escapes -----------------------------------------------------------------------------------------------
+
+using Letters = std::array<char, 256>;
+
+/// The letter that stands for each character behind a backslash, "" for characters that are not escaped.
+constexpr auto kEscapeLetters = [] {
+    Letters letters = {};
+    letters['\\'] = '\\';
+    letters['\n'] = 'n';
+    letters['\t'] = 't';
+    letters['\r'] = 'r';
+    letters['"'] = '"';
+    letters['\b'] = 'b';
+    letters['\f'] = 'f';
+    letters['\0'] = '0';
+    return letters;
+}();
+
+/// What the byte behind a backslash stands for, nothing for bytes that no escape has. Single quotes are read, though
+/// they are never written: other languages escape them.
+constexpr auto kEscapedCharacters = [] {
+    std::array<std::optional<char>, 256> characters = {};
+    for (std::size_t byte = 0; byte < kEscapeLetters.size(); ++byte)
+        if (const char letter = kEscapeLetters[byte]; letter != '\0')
+            characters[static_cast<unsigned char>(letter)] = static_cast<char>(byte);
+    characters['\''] = '\'';
+    return characters;
+}();
+
+constexpr char escapeLetter(char byte) noexcept {
+    return kEscapeLetters[static_cast<unsigned char>(byte)];
+}
+
+/// Whether the ASCII byte at `at` is a user-perceived character: it has no accent and is no half of CR LF.
+bool isCharacter(std::string_view text, std::size_t at) noexcept {
+    const bool isHalfLineEnd =
+        (text[at] == '\r' && Scan::peek(text, at + 1) == '\n') || (text[at] == '\n' && at > 0 && text[at - 1] == '\r');
+    return !isHalfLineEnd && Replace::isWhole(text, at, 1);
+}
+
+/// The first character at or after `at` that is to be escaped, or the end.
+std::size_t findEscaped(std::string_view text, std::size_t at) noexcept {
+    while (at < text.size() && (escapeLetter(text[at]) == '\0' || !isCharacter(text, at))) ++at;
+    return at;
+}
+
+std::size_t countEscaped(std::string_view text) noexcept {
+    std::size_t count = 0;
+    for (std::size_t at = findEscaped(text, 0); at < text.size(); at = findEscaped(text, at + 1)) ++count;
+    return count;
+}
+
+/// What the escape whose backslash stands at `at` stands for, or nothing where it is no escape.
+std::optional<char> escapedCharacter(std::string_view text, std::size_t at) noexcept {
+    if (at + 1 == text.size() || !isCharacter(text, at) || !isCharacter(text, at + 1)) return std::nullopt;
+    return kEscapedCharacters[static_cast<unsigned char>(text[at + 1])];
+}
+
+// --- Hexadecimal digits ----------------------------------------------------------------------------------------------
+
+bool isHexPrefix(std::string_view text, std::size_t at) noexcept {
+    return text[at] == '0' && (Scan::peek(text, at + 1) == 'x' || Scan::peek(text, at + 1) == 'X');
+}
+
+/// The first hexadecimal digit at or after `at` behind white space and prefixes "0x", or what cannot be skipped.
+std::size_t skipToHexDigit(std::string_view text, std::size_t at) noexcept {
+    for (;;) {
+        at = Scan::skipWhiteSpace(text, at);
+        if (at == text.size() || !isHexPrefix(text, at)) return at;
+        at += 2;
+    }
+}
+
+/// The bytes that pairs of digits stand for, or nothing where there is anything else or half a pair.
+std::optional<std::string> hexBytes(std::string_view text) {
+    std::string bytes;
+    bytes.reserve(text.size() / 2);
+    for (std::size_t at = skipToHexDigit(text, 0); at < text.size(); at = skipToHexDigit(text, at + 1)) {
+        const std::optional<unsigned> high = Bytes::hexValue(text[at]);
+        at = skipToHexDigit(text, at + 1);
+        const std::optional<unsigned> low = at < text.size() ? Bytes::hexValue(text[at]) : std::nullopt;
+        if (!high || !low) return std::nullopt;
+        bytes += static_cast<char>(*high * 16 + *low);
+    }
+    return bytes;
+}
+
+// --- Letters ---------------------------------------------------------------------------------------------------------
+
+constexpr char rotated(char byte) noexcept {
+    if (byte >= 'A' && byte <= 'Z') return static_cast<char>((byte - 'A' + 13) % 26 + 'A');
+    if (byte >= 'a' && byte <= 'z') return static_cast<char>((byte - 'a' + 13) % 26 + 'a');
+    return byte;
+}
+
+// --- Tokens ----------------------------------------------------------------------------------------------------------
+
+/// A token's two parts that are shown; its signature is not.
+struct Token {
+    std::string_view header;
+    std::string_view payload;
+};
+
+/// The token that `text` is, or nothing where there are not two or three parts between dots.
+std::optional<Token> tokenIn(std::string_view text) noexcept {
+    std::array<std::string_view, 3> parts = {};
+    std::size_t count = 0;
+    std::size_t start = 0;
+    for (std::size_t dot = text.find('.'); dot != std::string_view::npos; dot = text.find('.', dot + 1)) {
+        if (!Replace::isWhole(text, dot, 1)) continue;
+        if (count == 2) return std::nullopt;
+        parts[count++] = Scan::between(text, start, dot);
+        start = dot + 1;
+    }
+    if (count == 0) return std::nullopt;
+    parts[count] = text.substr(start);
+    return Token{.header = parts[0], .payload = parts[1]};
+}
+
+/// The text that one part of a token stands for, indented if it is JSON. Tokens leave the padding out.
+std::optional<std::string> b64urlToJSON(std::string_view part) {
+    std::string padded(part);
+    padded.append((4 - part.size() % 4) % 4, '=');
+    const std::optional<std::string> bytes = Bytes::fromBase64(padded);
+    if (!bytes || !Unicode::isValidUTF8(*bytes)) return std::nullopt;
+    return jsonReformat(*bytes, /*pretty=*/true);
+}
+
 // --- Entities --------------------------------------------------------------------------------------------------------
 
 constexpr Replace::Table kEntities(std::to_array<Replace::Literal>({
@@ -107,16 +207,14 @@ constexpr Replace::Table kEntities(std::to_array<Replace::Literal>({
 }  // namespace
 
 std::string base64Encode(std::string_view text) {
-    std::string result((text.size() + 2) / 3 * 4, '=');
-    char* to = result.data();
-    std::size_t at = 0;
-    for (; text.size() - at >= 3; at += 3) {
-        const unsigned bits = (byteAt(text, at) << 16U) | (byteAt(text, at + 1) << 8U) | byteAt(text, at + 2);
-        to = std::copy_n(kBase64Pairs[bits >> 12U].data(), 2, to);
-        to = std::copy_n(kBase64Pairs[bits & 0xFFFU].data(), 2, to);
-    }
-    if (at < text.size()) std::copy_n(base64Tail(text.substr(at)).data(), 4, to);
-    return result;
+    return Bytes::toBase64(text);
+}
+
+std::string base64Decode(std::string_view text) {
+    const std::string_view trimmed = Unicode::trimWhitespacesAndNewlines(text);
+    std::optional<std::string> decoded = Bytes::fromBase64(trimmed);
+    if (trimmed.empty() || !decoded || !Unicode::isValidUTF8(*decoded)) return std::string(text);
+    return *std::move(decoded);
 }
 
 std::string urlEncode(std::string_view text) {
@@ -143,6 +241,65 @@ std::string urlDecode(std::string_view text) {
 
 std::string htmlEntitiesEncode(std::string_view text) {
     return Replace::each(text, kEntities);
+}
+
+std::string backslashEscape(std::string_view text) {
+    std::string result;
+    result.reserve(text.size() + countEscaped(text));
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t end = findEscaped(text, at);
+        result += Scan::between(text, at, end);
+        at = end;
+        if (at == text.size()) break;
+        const std::array<char, 2> escape = {'\\', escapeLetter(text[at++])};
+        result.append(escape.data(), escape.size());
+    }
+    return result;
+}
+
+std::string backslashUnescape(std::string_view text) {
+    std::string result;
+    result.reserve(text.size());
+    std::size_t copied = 0;
+    for (std::size_t at = text.find('\\'); at != std::string_view::npos; at = text.find('\\', at)) {
+        const std::optional<char> character = escapedCharacter(text, at);
+        if (!character) {
+            ++at;
+            continue;
+        }
+        result += Scan::between(text, copied, at);
+        result += *character;
+        at += 2;
+        copied = at;
+    }
+    result += text.substr(copied);
+    return result;
+}
+
+std::string hexEncode(std::string_view text) {
+    return Bytes::toHex(text);
+}
+
+std::string hexDecode(std::string_view text) {
+    std::optional<std::string> bytes = hexBytes(text);
+    if (!bytes || bytes->empty() || !Unicode::isValidUTF8(*bytes)) return std::string(text);
+    return *std::move(bytes);
+}
+
+std::string jwtDecode(std::string_view text) {
+    const std::optional<Token> token = tokenIn(Unicode::trimWhitespacesAndNewlines(text));
+    if (!token) return std::string(text);
+    const std::optional<std::string> header = b64urlToJSON(token->header);
+    const std::optional<std::string> payload = header ? b64urlToJSON(token->payload) : std::nullopt;
+    if (!payload) return std::string(text);
+    return "// Header\n" + *header + "\n\n// Payload\n" + *payload;
+}
+
+std::string rot13(std::string_view text) {
+    std::string result;
+    result.reserve(text.size());
+    ASCII::appendMapped(result, text, rotated);
+    return result;
 }
 
 }  // namespace ravlin::TextTransforms

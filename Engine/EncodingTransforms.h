@@ -3,12 +3,17 @@
 #include <string>
 #include <string_view>
 
-/// Encodings of text that programs read.
+/// Encodings of text that programs read. What cannot be decoded comes back unchanged.
 namespace ravlin::TextTransforms {
 
 /// The text's UTF-8 in Base64 (RFC 4648, section 4) on one line, padded.
 ///     base64Encode("hi")  ->  "aGk="
 std::string base64Encode(std::string_view text);
+
+/// The text that `text`, without the white space around it, stands for in Base64. The digits may be "+/" or "-_". The
+/// text comes back unchanged where it is empty, holds anything else, lacks padding, or stands for what is not UTF-8.
+///     base64Decode(" SGVsbG8=\n")  ->  "Hello"        base64Decode("SGVsbG8")  ->  "SGVsbG8"
+std::string base64Decode(std::string_view text);
 
 /// Every UTF-8 byte but the unreserved characters of RFC 3986 as "%" and two upper-case hexadecimal digits.
 ///     urlEncode("a b/~")  ->  "a%20b%2F~"
@@ -21,5 +26,30 @@ std::string urlDecode(std::string_view text);
 
 /// & < > " ' as "&amp;" "&lt;" "&gt;" "&quot;" "&#39;".
 std::string htmlEntitiesEncode(std::string_view text);
+
+/// Backslash, line feed, tab, carriage return, double quote, backspace, form feed and NUL as a backslash and one of
+/// \ntr"bf0. These are compared as user-perceived characters, so the line end CR LF and quotes with accents stay.
+std::string backslashEscape(std::string_view text);
+
+/// The opposite, which also reads an escaped single quote. Any other backslash stays, so there are no numeric escapes.
+std::string backslashUnescape(std::string_view text);
+
+/// The text's UTF-8 in lower-case hexadecimal digits, nothing between them.
+///     hexEncode("Hi")  ->  "4869"
+std::string hexEncode(std::string_view text);
+
+/// The text that hexadecimal digits of either case stand for; white space and every "0x" are left out. The text comes
+/// back unchanged where there are no digits, an odd number of them or anything else, or where the bytes are not UTF-8.
+///     hexDecode("0x48 0x69")  ->  "Hi"        hexDecode("48:69")  ->  "48:69"
+std::string hexDecode(std::string_view text);
+
+/// Header and payload of a JSON Web Token (RFC 7519), indented, each under a line that names it. The signature is not
+/// looked at. The text comes back unchanged where it has not two or three parts between dots, or where one of the first
+/// two is not Base64 (the padding may be missing) of UTF-8.
+std::string jwtDecode(std::string_view text);
+
+/// Every letter from A to Z of either case as the one 13 places further; twice gives the text back.
+///     rot13("Hello")  ->  "Uryyb"
+std::string rot13(std::string_view text);
 
 }  // namespace ravlin::TextTransforms

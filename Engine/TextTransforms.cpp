@@ -1,6 +1,7 @@
 #include "Engine/TextTransforms.h"
 
 #include "Engine/CaseTransforms.h"
+#include "Engine/Digests.h"
 #include "Engine/EncodingTransforms.h"
 #include "Engine/HTMLTransforms.h"
 #include "Engine/JSONReformatter.h"
@@ -59,20 +60,20 @@ std::string route(TextTransform transform, std::string_view text) {  // NOLINT(r
         case TextTransform::normalizeDashes: return normalizeDashes(text);
         case TextTransform::reverseCharacters: return reverseCharacters(text);
         case TextTransform::base64Encode: return base64Encode(text);
-        case TextTransform::base64Decode: return std::string(text);
+        case TextTransform::base64Decode: return base64Decode(text);
         case TextTransform::urlEncode: return urlEncode(text);
         case TextTransform::urlDecode: return urlDecode(text);
         case TextTransform::htmlEntitiesEncode: return htmlEntitiesEncode(text);
         case TextTransform::htmlEntitiesDecode: return decodeEntities(text);
-        case TextTransform::backslashEscape: return std::string(text);
-        case TextTransform::backslashUnescape: return std::string(text);
-        case TextTransform::hexEncode: return std::string(text);
-        case TextTransform::hexDecode: return std::string(text);
-        case TextTransform::md5: return std::string(text);
-        case TextTransform::sha1: return std::string(text);
-        case TextTransform::sha256: return std::string(text);
-        case TextTransform::jwtDecode: return std::string(text);
-        case TextTransform::rot13: return std::string(text);
+        case TextTransform::backslashEscape: return backslashEscape(text);
+        case TextTransform::backslashUnescape: return backslashUnescape(text);
+        case TextTransform::hexEncode: return hexEncode(text);
+        case TextTransform::hexDecode: return hexDecode(text);
+        case TextTransform::md5: return md5(text);
+        case TextTransform::sha1: return sha1(text);
+        case TextTransform::sha256: return sha256(text);
+        case TextTransform::jwtDecode: return jwtDecode(text);
+        case TextTransform::rot13: return rot13(text);
     }
     // NOLINTEND(bugprone-branch-clone)
     return std::string(text);

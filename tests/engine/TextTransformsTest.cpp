@@ -1,6 +1,7 @@
 #include "Engine/Support/Unicode.h"
 #include "Engine/TextTransforms.h"
 #include "tests/engine/Oracle.h"
+#include "tests/engine/Sanitizers.h"
 
 #include <algorithm>
 #include <chrono>
@@ -11,14 +12,6 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <unistd.h>
-
-#if defined(__SANITIZE_ADDRESS__)
-#define RAVLIN_ADDRESS_SANITIZER
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define RAVLIN_ADDRESS_SANITIZER
-#endif
-#endif
 
 namespace ravlin {
 namespace {
