@@ -209,6 +209,9 @@ TEST(JSONReformat, LosesNoTokenWhereTheGrammarAccepts) {
 
 // --- Against the plain version ---------------------------------------------------------------------------------------
 
+/// How many random texts stand for a thousand.
+constexpr int kThousand = tests::kIsSanitized ? 200 : 1'000;
+
 std::string agreed(std::string_view text) {
     for (const bool isPretty : {true, false}) {
         const std::string expected = tests::PlainJSON::reformat(text, isPretty);
@@ -288,7 +291,7 @@ constexpr std::string_view kTokens[] = {
 
 TEST(JSONReformat, IsThatOfThePlainVersionForRandomTokens) {
     tests::RandomTexts texts(kTokens, 1);
-    for (int i = 0; i < 300'000; ++i) ASSERT_EQ(agreed(texts.next()), "agreed");
+    for (int i = 0; i < 300 * kThousand; ++i) ASSERT_EQ(agreed(texts.next()), "agreed");
 }
 
 /// Random documents: most are well-formed, the others are damaged in one place.
@@ -349,7 +352,7 @@ private:
 
 TEST(JSONReformat, IsThatOfThePlainVersionForRandomDocuments) {
     Documents documents(2);
-    for (int i = 0; i < 20'000; ++i) {
+    for (int i = 0; i < 20 * kThousand; ++i) {
         ASSERT_EQ(agreed(documents.next()), "agreed");
         ASSERT_EQ(agreed(documents.nextDamaged()), "agreed");
     }
@@ -386,9 +389,9 @@ TEST(JSONReformat, AcceptsWhatPythonAccepts) {
     Documents documents(4);
     documents.hasPlainNumbers = true;
     std::vector<std::string> texts;
-    for (int i = 0; i < 50'000; ++i) texts.push_back(randomTexts.next());
-    for (int i = 0; i < 10'000; ++i) texts.push_back(documents.next());
-    for (int i = 0; i < 30'000; ++i) {
+    for (int i = 0; i < 50 * kThousand; ++i) texts.push_back(randomTexts.next());
+    for (int i = 0; i < 10 * kThousand; ++i) texts.push_back(documents.next());
+    for (int i = 0; i < 30 * kThousand; ++i) {
         std::string text = documents.nextDamaged();
         if (text.find('\\') == std::string::npos) texts.push_back(std::move(text));
     }
@@ -415,7 +418,7 @@ TEST(JSONReformat, LaysDocumentsOutAsPythonDoes) {
     Documents documents(5);
     documents.hasPlainNumbers = true;
     std::vector<std::string> texts;
-    for (int i = 0; i < 10'000; ++i) texts.push_back(documents.next());
+    for (int i = 0; i < 10 * kThousand; ++i) texts.push_back(documents.next());
     const std::vector<std::string> answers = askPython(R"(
 import json, sys
 for line in sys.stdin:
@@ -434,7 +437,7 @@ for line in sys.stdin:
 
 TEST(JSONReformat, ForgetsHowTheTextWasLaidOut) {
     Documents documents(6);
-    for (int i = 0; i < 20'000; ++i) {
+    for (int i = 0; i < 20 * kThousand; ++i) {
         const std::string text = i % 4 == 0 ? documents.nextDamaged() : documents.next();
         const std::string indented = pretty(text);
         const std::string compact = minified(text);
