@@ -1,6 +1,7 @@
 #include "Engine/TextTransforms.h"
 
 #include "Engine/CaseTransforms.h"
+#include "Engine/CleaningTransforms.h"
 #include "Engine/Digests.h"
 #include "Engine/EncodingTransforms.h"
 #include "Engine/HTMLTransforms.h"
@@ -20,9 +21,9 @@ namespace {
 std::string route(TextTransform transform, std::string_view text) {  // NOLINT(readability-function-size)
     // NOLINTBEGIN(bugprone-branch-clone): transforms that are still to be built give their text back
     switch (transform) {
-        case TextTransform::stripTracking: return std::string(text);
+        case TextTransform::stripTracking: return stripTracking(text);
         case TextTransform::stripFormatting: return stripFormatting(text);
-        case TextTransform::removeInvisibles: return std::string(text);
+        case TextTransform::removeInvisibles: return removeInvisibles(text);
         case TextTransform::stripHTML: return stripHTML(text);
         case TextTransform::htmlToMarkdown: return htmlToMarkdown(text);
         case TextTransform::markdownToHTML: return markdownToHTML(text);

@@ -15,6 +15,14 @@ constexpr char toUpper(char byte) noexcept {
     return byte >= 'a' && byte <= 'z' ? static_cast<char>(byte - ('a' - 'A')) : byte;
 }
 
+constexpr bool isDigit(char byte) noexcept {
+    return byte >= '0' && byte <= '9';
+}
+
+constexpr bool isAlphanumeric(char byte) noexcept {
+    return isDigit(byte) || (toLower(byte) >= 'a' && toLower(byte) <= 'z');
+}
+
 /// Appends `map(byte)` for every byte in order: a piece is copied and mapped while the processor's cache holds it.
 template <typename Map>
 void appendMapped(std::string& result, std::string_view bytes, Map map) {

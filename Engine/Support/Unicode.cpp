@@ -137,6 +137,10 @@ bool isFormat(char32_t scalar) noexcept {
     return isInCategories(scalar, U_GC_CF_MASK);
 }
 
+bool isOther(char32_t scalar) noexcept {
+    return isInCategories(scalar, U_GC_C_MASK);
+}
+
 bool isUppercase(char32_t scalar) noexcept {
     return u_isUUppercase(static_cast<UChar32>(scalar)) != 0;
 }

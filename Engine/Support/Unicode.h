@@ -46,6 +46,7 @@ bool isNumber(char32_t scalar) noexcept;         ///< has a numeric type; so als
 bool isDecimalDigit(char32_t scalar) noexcept;   ///< general category Nd, \d of a regular expression
 bool isMark(char32_t scalar) noexcept;           ///< general category Mn, Mc or Me
 bool isFormat(char32_t scalar) noexcept;         ///< general category Cf: soft hyphen, U+200B, direction marks ...
+bool isOther(char32_t scalar) noexcept;          ///< general category C: controls, Cf, private use and unassigned ones
 bool isUppercase(char32_t scalar) noexcept;      ///< Uppercase
 bool isLowercase(char32_t scalar) noexcept;      ///< Lowercase
 bool isCased(char32_t scalar) noexcept;          ///< Cased

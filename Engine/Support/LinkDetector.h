@@ -1,0 +1,68 @@
+#pragma once
+
+#include "Engine/Support/Scan.h"
+
+#include <cstddef>
+#include <optional>
+#include <string_view>
+
+namespace ravlin {
+
+/// A web link: bytes [`begin`, `end`) of a text.
+struct Link {
+    std::size_t begin = 0;
+    std::size_t end = 0;
+    bool hasScheme = true;  // "http://" or "https://", in any case
+    /// Whether the link is all there and written as itself. It is not where its "&" are written as "&amp;", or where
+    /// what follows is a part of it after all: an escape as in "?a=1\u0026b=2", a placeholder as in "?a={{ a }}".
+    bool isWhole = true;
+};
+
+/// Finds the web links in free text, from left to right and in linear time.
+///
+/// A link is
+/// - "http://" or "https://" and a host of any kind, or
+/// - a host that starts with "www." and ends with a top-level domain, or
+/// - another ASCII host that ends with a top-level domain, if there is a query with a named value: without one there is
+///   nothing to clean, and too many names of files, packages and companies look like hosts.
+///
+/// What surrounds a link is left outside: brackets, quotation marks, sentence punctuation, Markdown marks, character
+/// references, a second link that a comma joins to it. E-mail addresses and links of other schemes are passed over.
+///
+/// Where a link ends is a guess in the end. A wrong one does harm only where it lets a removed query item take foreign
+/// text with it, so the detector asks which items will be removed, and ends links more readily there.
+class LinkDetector {
+public:
+    /// Whether a query item will be removed, by its name as it is written.
+    using IsRemoved = bool (*)(std::string_view rawName);
+
+    explicit LinkDetector(std::string_view text, IsRemoved isRemoved) noexcept : text_(text), isRemoved_(isRemoved) {}
+
+    /// The next link, behind all that were found before.
+    std::optional<Link> next();
+
+private:
+    class Walk;
+
+    /// Finds "mailto:".
+    struct FindMail {
+        std::string_view text;
+        std::size_t operator()(std::size_t at) const noexcept;
+    };
+
+    std::optional<Link> linkAt(std::size_t trigger);
+    std::optional<Link> linkWithScheme(std::size_t colon);
+    std::optional<Link> linkWithWWW(std::size_t lastW);
+    std::optional<Link> linkWithQuery(std::size_t question);
+    std::size_t bareHostBefore(std::size_t question) const;
+    bool skipMail(std::size_t trigger);
+    void passOver(const Walk& walk) noexcept;
+
+    std::string_view text_;
+    IsRemoved isRemoved_;
+    std::size_t at_ = 0;     // where the search goes on
+    std::size_t floor_ = 0;  // no link begins before this byte any more
+    Scan::Lookahead<FindMail> mail_ = Scan::Lookahead<FindMail>({text_});
+};
+
+}  // namespace ravlin
