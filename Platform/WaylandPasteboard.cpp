@@ -131,8 +131,8 @@ bool WaylandPasteboard::bindManager() {
     return true;
 }
 
-void WaylandPasteboard::chooseSeat() {
-    if (seat_ || seatNames_.empty()) return;
+bool WaylandPasteboard::chooseSeat() {
+    if (seat_ || seatNames_.empty()) return false;
     const std::uint32_t name = seatNames_.front();
     auto* const registry = reinterpret_cast<wl_registry*>(connection_->registry());
     auto* const seat = static_cast<wl_proxy*>(wl_registry_bind(registry, name, &wl_seat_interface, 1));
@@ -142,6 +142,7 @@ void WaylandPasteboard::chooseSeat() {
         .device = manager_->deviceOf(
             seat, {.selection = [this](std::shared_ptr<DataControl::Offer> offer) { noteSelection(std::move(offer)); },
                    .finished = [this] { isSeatFinished_ = true; }})};
+    return true;
 }
 
 void WaylandPasteboard::noteSelection(std::shared_ptr<DataControl::Offer> offer) {
@@ -220,15 +221,15 @@ bool WaylandPasteboard::catchUp() {
 }
 
 bool WaylandPasteboard::synchronise() {
-    const bool isAnswered = connection_->synchronise();
-    update();
+    bool isAnswered = connection_->synchronise();
+    if (update()) isAnswered = connection_->synchronise();  // what is on the other seat comes like a change
     if (!isAnswered) ++changeCount_;
     return isAnswered;
 }
 
 /// Draws the conclusions from events that could not be drawn while they were handled: what they came to must not be
-/// destroyed meanwhile.
-void WaylandPasteboard::update() {
+/// destroyed meanwhile. True where another seat has been chosen.
+bool WaylandPasteboard::update() {
     if (own_.text == nullptr) own_.source.reset();
     if (isSeatFinished_) {
         isSeatFinished_ = false;
@@ -238,7 +239,7 @@ void WaylandPasteboard::update() {
         if (seat_) std::erase(seatNames_, seat_->name);
         seat_.reset();
     }
-    chooseSeat();
+    return chooseSeat();
 }
 
 void WaylandPasteboard::completeClear() {

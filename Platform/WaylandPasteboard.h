@@ -82,12 +82,12 @@ private:
     void noteGlobal(std::uint32_t name, std::string_view interface);
     void noteRemoval(std::uint32_t name);
     bool bindManager();
-    void chooseSeat();
+    bool chooseSeat();
     void noteSelection(std::shared_ptr<DataControl::Offer> offer);
 
     bool catchUp();
     bool synchronise();
-    void update();
+    bool update();
     void completeClear();
     bool isOwner() const { return own_.text != nullptr; }
     void serve(std::string_view type, int descriptor, const std::shared_ptr<const std::string>& text);
