@@ -10,8 +10,8 @@
 /// The only code that reads and writes the clipboard's text. It keeps nothing between calls.
 namespace ravlin::PasteboardService {
 
-/// The clipboard's content as plain text: its plain-text representation, or else the text of its rich text, or else that
-/// of its HTML, or nothing where none yields text. An empty text is text: what comes later is not looked at then.
+/// The clipboard's content as plain text: its plain-text representation, or else the text of its rich text, or else
+/// that of its HTML, or nothing where none yields text. An empty text is text: what comes later is not looked at then.
 std::optional<std::string> plainText();
 
 /// Replaces the whole clipboard by one plain-text item holding `text`.

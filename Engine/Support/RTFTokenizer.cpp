@@ -38,6 +38,16 @@ constexpr int digitValue(char byte) noexcept {
     return letter >= 'a' && letter <= 'f' ? letter - 'a' + 10 : -1;
 }
 
+constexpr std::string_view kHexMark = "\\'";
+constexpr std::size_t kDigitsPerByte = 2;
+
+/// The byte that two hexadecimal digits stand for, -1 where there are none.
+int byteValue(std::string_view text, std::size_t at) noexcept {
+    const int high = digitValue(peek(text, at));
+    const int low = digitValue(peek(text, at + 1));
+    return high < 0 || low < 0 ? -1 : high * 16 + low;
+}
+
 }  // namespace
 
 RTFToken RTFTokenizer::next() noexcept {
@@ -71,15 +81,20 @@ RTFToken RTFTokenizer::escapedToken() noexcept {
     }
 }
 
-/// Without two digits it is a symbol that means nothing, and so is NUL, which is no character here.
+/// All the bytes in hexadecimal that follow one another, as they do in text that is not English. Without two digits it
+/// is a symbol that means nothing, and so is NUL, which is no character here.
 RTFToken RTFTokenizer::hexToken() noexcept {
-    const int high = digitValue(peek(rtf_, at_));
-    const int low = digitValue(peek(rtf_, at_ + 1));
-    if (high < 0 || low < 0) return {.kind = RTFToken::Kind::symbol, .text = "'"};
-    at_ += 2;
-    if (high == 0 && low == 0) return {.kind = RTFToken::Kind::symbol, .text = "'"};
-    hexByte_ = static_cast<char>(high * 16 + low);
-    return {.kind = RTFToken::Kind::bytes, .text = {&hexByte_, 1}};
+    std::size_t count = 0;
+    for (at_ -= kHexMark.size(); count < hexBytes_.size() && rtf_.substr(at_).starts_with(kHexMark); ++count) {
+        const int byte = byteValue(rtf_, at_ + kHexMark.size());
+        if (byte <= 0) break;
+        hexBytes_[count] = static_cast<char>(byte);
+        at_ += kHexMark.size() + kDigitsPerByte;
+    }
+    if (count > 0) return {.kind = RTFToken::Kind::bytes, .text = {hexBytes_.data(), count}};
+    at_ += kHexMark.size();
+    if (byteValue(rtf_, at_) == 0) at_ += kDigitsPerByte;
+    return {.kind = RTFToken::Kind::symbol, .text = "'"};
 }
 
 RTFToken RTFTokenizer::wordToken() noexcept {

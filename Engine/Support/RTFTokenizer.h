@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -45,7 +46,7 @@ private:
 
     std::string_view rtf_;
     std::size_t at_ = 0;
-    char hexByte_ = '\0';
+    std::array<char, 64> hexBytes_ = {};  // what a token of hexadecimal bytes stands for
 };
 
 }  // namespace ravlin

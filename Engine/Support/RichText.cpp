@@ -245,8 +245,7 @@ public:
 
     /// Begins the description of a font.
     void describe(int font) {
-        described_ = isNumber(font) ? static_cast<std::size_t>(font) : 0;
-        isDescribed_ = isNumber(font);
+        described_ = font;
         isPageKnown_ = false;
         setPage(std::nullopt);
     }
@@ -273,17 +272,17 @@ private:
     static constexpr bool isNumber(int font) { return font >= 0 && font < 0x8000; }
 
     void setPage(std::optional<CodePage> page) {
-        if (!isDescribed_) return;
-        if (described_ >= pages_.size()) pages_.resize(described_ + 1);
-        pages_[described_] = page;
+        if (!isNumber(described_)) return;
+        const auto at = static_cast<std::size_t>(described_);
+        if (at >= pages_.size()) pages_.resize(at + 1);
+        pages_[at] = page;
     }
 
     std::vector<std::optional<CodePage>> pages_;  // by font; nothing for a font that leaves it to the document
     CodePage documentPage_ = CodePage::kWindows1252;
     int defaultFont_ = kDefault;
-    std::size_t described_ = 0;
-    bool isDescribed_ = false;
-    bool isPageKnown_ = false;
+    int described_ = -1;        // none yet
+    bool isPageKnown_ = false;  // of the one described
 };
 
 /// What holds for the characters in a group, and for the groups in it until they change it.
@@ -346,15 +345,16 @@ public:
     explicit Reader(std::string_view rtf) : tokens_(rtf) {}
 
     std::string read() && {
-        for (RTFToken token = tokens_.next(); token.kind != Kind::end; token = tokens_.next()) {
+        do {
+            RTFToken token = tokens_.next();
+            if (token.kind == Kind::end) break;
             handle(token);
-            if (!groups_.isAnyOpen()) break;  // what follows is not the document's
-        }
+        } while (groups_.isAnyOpen());  // what follows is not the document's
         return std::move(characters_).take();
     }
 
 private:
-    void handle(RTFToken token);
+    void handle(RTFToken& token);
     bool isFallback(RTFToken& token);
     void openGroup();
     void closeGroup();
@@ -379,7 +379,7 @@ private:
     bool isBehindTable_ = false;
 };
 
-void Reader::handle(RTFToken token) {
+void Reader::handle(RTFToken& token) {
     if (fallbackUnits_ > 0 && isFallback(token)) return;
     const bool isOptional = std::exchange(isOptional_, false);
     switch (token.kind) {
