@@ -340,6 +340,48 @@ class Start(DesktopTest):
         wait_for_panel()
 
 
+class Wayland(DesktopTest):
+    """On a compositor with data control, without the keyboard's focus: nothing but the clipboard differs."""
+
+    def setUp(self):
+        self.ravlin = self.start(QT_QPA_PLATFORM="wayland")
+        eventually(lambda: desktop.is_on_bus("org.ravlin.ravlin"), "the program has started")
+        desktop.activate_by_name()
+        desktop.search_for("upper")
+
+    def test_the_clipboard_is_rewritten(self):
+        self.copy("hello")
+        desktop.press("UPPERCASE")
+        wait_for_text("UPPERCASE — ready, paste with ⌘V  (5→5 chars)")
+        self.assert_clipboard("HELLO")
+
+    def test_large_texts_are_rewritten_byte_for_byte(self):
+        text = "".join(f"line {number}\n" for number in range(100000))
+        self.copy(text)
+        desktop.press("UPPERCASE")
+        eventually(lambda: desktop.clipboard() == text.upper(), "the clipboard holds the text in capitals")
+
+    def test_a_hung_program_keeps_its_clipboard(self):
+        owner = self.copy("precious")
+        owner.send_signal(signal.SIGSTOP)
+        desktop.press("UPPERCASE")
+        wait_for_text(NO_TEXT)
+        owner.send_signal(signal.SIGCONT)
+        self.assert_clipboard("precious")
+
+    def test_the_text_stays_after_the_end_until_somebody_copies(self):
+        self.copy("hello")
+        desktop.press("UPPERCASE")
+        self.assert_clipboard("HELLO")
+        self.ravlin.process.terminate()
+        self.assertEqual(self.ravlin.wait_for_end(), 0)
+        self.assertEqual(desktop.clipboard(), "HELLO")
+        lingering, = self.ravlin.lingering_children()
+        self.copy("next")
+        os.waitpid(lingering, 0)
+        self.assertEqual(self.ravlin.output(), "clipboard: Wayland\n")
+
+
 class SecondStart(DesktopTest):
     def test_opens_the_panel_of_the_first_though_another_window_is_in_use_and_ends(self):
         self.show_tray()

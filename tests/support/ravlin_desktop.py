@@ -1,4 +1,4 @@
-"""A user at a private X11 desktop: starts Ravlin and looks at, clicks and types what a person would. For scripts that
+"""A user at a private desktop: starts Ravlin and looks at, clicks and types what a person would. For scripts that
 run under `private-desktop`. Everything that is started here is ended here, by its process id."""
 import contextlib
 import ctypes
@@ -149,17 +149,21 @@ def xembed_tray(edge="top"):
 # The clipboard, as other programs see it
 
 
+IS_WAYLAND = "WAYLAND_DISPLAY" in os.environ
+PASTING = ["wl-paste", "--no-newline"] if IS_WAYLAND else ["xclip", "-o", "-selection", "clipboard"]
+COPYING = ["wl-copy", "--foreground"] if IS_WAYLAND else ["xclip", "-i", "-quiet", "-selection", "clipboard"]
+
+
 def clipboard():
     """The clipboard's text, or None."""
-    result = subprocess.run(["xclip", "-o", "-selection", "clipboard"], capture_output=True, timeout=DEADLINE_SECONDS)
+    result = subprocess.run(PASTING, capture_output=True, timeout=DEADLINE_SECONDS)
     return result.stdout.decode() if result.returncode == 0 else None
 
 
 @contextlib.contextmanager
 def copied(text):
     """Another program that has copied `text`, and serves it as long as it is asked."""
-    owner = subprocess.Popen(["xclip", "-i", "-quiet", "-selection", "clipboard"], stdin=subprocess.PIPE,
-                             stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    owner = subprocess.Popen(COPYING, stdin=subprocess.PIPE, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
     try:
         owner.stdin.write(text.encode())
         owner.stdin.close()
@@ -264,6 +268,13 @@ def button(name):
     """The button with this name, once it can be seen."""
     return eventually(lambda: find_accessible(lambda each: each.get_role() == Atspi.Role.PUSH_BUTTON
                                               and each.get_name() == name), f"there is a button {name!r}")
+
+
+def search_for(text):
+    """Puts a text into the search field as assistive technology does, which needs no keyboard."""
+    field = eventually(lambda: find_accessible(lambda each: each.get_role() == Atspi.Role.TEXT), "there is a search field")
+    if not Atspi.EditableText.set_text_contents(field, text):
+        raise AssertionError("the search field refused the text")
 
 
 def press(name):
