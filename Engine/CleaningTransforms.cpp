@@ -48,8 +48,9 @@ constexpr auto kSortedKeys = [] {
 bool isTrackingName(std::string_view name) noexcept {
     if (name.starts_with(kTrackingPrefix)) return true;
     if (name.size() > kSortedKeys.back().text().size()) return false;
-    const Key* const found = std::lower_bound(kSortedKeys.begin(), kSortedKeys.end(), name,
-                                        [](const Key& key, std::string_view of) { return isBefore(key.text(), of); });
+    const Key* const found =
+        std::lower_bound(kSortedKeys.begin(), kSortedKeys.end(), name,
+                         [](const Key& key, std::string_view of) { return isBefore(key.text(), of); });
     return found != kSortedKeys.end() && found->text() == name;
 }
 

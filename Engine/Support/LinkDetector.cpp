@@ -6,7 +6,9 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstdint>
+#include <cstring>
 #include <string>
 
 namespace ravlin {
@@ -73,17 +75,14 @@ bool isTopLevelDomain(std::string_view label) {
     return std::binary_search(kTopLevelDomains.begin(), kTopLevelDomains.end(), Unicode::lowerCased(label));
 }
 
-/// Top-level domains that are the ends of names of files and programs as well, as in "search.pl?q=1".
-constexpr auto kFileExtensions = std::to_array<std::string_view>({
-    "am", "as",  "bz", "cc", "do", "in", "la", "md", "mk", "ml",
-    "mm", "mov", "pl", "pm", "ps", "py", "rs", "sh", "so", "zip",
-});
-static_assert(std::is_sorted(kFileExtensions.begin(), kFileExtensions.end()));
+/// The domains that a "?" may follow at once. What ends in any other may be a file, as in "search.pl?q=1", or an
+/// expression of a programming language, as in "t.name?u=1:v".
+constexpr auto kUnmistakableDomains = std::to_array<std::string_view>({"com", "edu", "gov", "mil", "net", "org"});
+static_assert(std::is_sorted(kUnmistakableDomains.begin(), kUnmistakableDomains.end()));
 
-bool looksLikeFile(std::string_view host) {
-    const std::size_t dot = host.find('.');
-    return std::binary_search(kFileExtensions.begin(), kFileExtensions.end(),
-                              Unicode::lowerCased(host.substr(dot + 1)));
+bool isUnmistakable(std::string_view host) {
+    const std::string domain = Unicode::lowerCased(host.substr(host.rfind('.') + 1));
+    return std::binary_search(kUnmistakableDomains.begin(), kUnmistakableDomains.end(), std::string_view(domain));
 }
 
 /// Two or more labels, and where what was read as labels ends. `end` is kNone where the last one is no top-level
@@ -180,6 +179,12 @@ bool startsPort(std::string_view text, std::size_t at) noexcept {
 /// Whether a URL goes on after its host.
 bool goesOnAfterHost(std::string_view text, std::size_t at) noexcept {
     return startsPort(text, at) || isOneOf(peek(text, at), "/?#");
+}
+
+/// Whether what follows the host may lead to a query.
+bool mayPrecedeQuery(std::string_view text, std::size_t begin, std::size_t end) {
+    const char next = peek(text, end);
+    return next == '/' || startsPort(text, end) || (next == '?' && isUnmistakable(between(text, begin, end)));
 }
 
 /// Whether a URL starts at byte `at`, of any kind that people recognise without a scheme.
@@ -339,27 +344,45 @@ private:
 
 // --- Where something may be ------------------------------------------------------------------------------------------
 
-/// Whether the two bytes at `bytes` are a part of "://" or "www.", or start a query.
-inline bool isTrigger(const char* bytes) noexcept {
-    const bool isScheme = static_cast<bool>(static_cast<int>(bytes[0] == ':') & static_cast<int>(bytes[1] == '/'));
-    const bool isWWW =
-        static_cast<bool>(static_cast<int>((bytes[0] | 0x20) == 'w') & static_cast<int>(bytes[1] == '.'));
-    return static_cast<bool>(static_cast<int>(isScheme) | static_cast<int>(isWWW) | static_cast<int>(bytes[0] == '?'));
+/// Two neighbouring bytes as one number.
+constexpr std::uint16_t pairOf(char first, char second) noexcept {
+    return std::bit_cast<std::uint16_t>(std::array<char, 2>{first, second});
 }
 
-/// The first trigger at or after byte `from`, or kNone. Most of most texts holds none, so whole blocks are asked at
-/// once, in a way that compilers turn into vector instructions.
-std::size_t nextTrigger(std::string_view text, std::size_t from) noexcept {
-    constexpr std::size_t kBlock = 64;  // bytes
-    const auto hasTrigger = [](const char* block) {
-        unsigned found = 0;
-        for (std::size_t i = 0; i < kBlock; ++i) found |= static_cast<unsigned>(isTrigger(block + i));
-        return found != 0;
-    };
-    while (text.size() - from > kBlock && !hasTrigger(text.data() + from)) from += kBlock;
-    for (; from + 1 < text.size(); ++from)
-        if (isTrigger(text.data() + from)) return from;
-    return kNone;
+constexpr std::size_t kBlock = 128;  // bytes
+
+/// Whether one of the pairs that the block of bytes at `bytes` consists of is in "://" or in "www.". Every other byte
+/// starts a pair, and one or the other of the pairs asked for is met wherever those begin. This is the form of a loop
+/// that compilers turn into vector instructions.
+bool hasTriggerPair(const char* bytes) noexcept {
+    constexpr std::uint16_t kLowerCase = pairOf(' ', ' ');
+    std::uint16_t found = 0;
+    for (std::size_t i = 0; i < kBlock; i += 2) {
+        std::uint16_t pair = 0;
+        std::memcpy(&pair, bytes + i, sizeof pair);
+        const auto lower = static_cast<std::uint16_t>(pair | kLowerCase);
+        found = static_cast<std::uint16_t>(found | static_cast<std::uint16_t>(pair == pairOf(':', '/')) |
+                                           static_cast<std::uint16_t>(pair == pairOf('/', '/')) |
+                                           static_cast<std::uint16_t>(lower == pairOf('w', 'w')));
+    }
+    return found != 0;
+}
+
+/// 1 where ":/" or "w." is at `bytes`, else 0; without a branch, again for the sake of vector instructions.
+std::uint8_t isTrigger(const char* bytes) noexcept {
+    const auto is = [](bool isTrue) { return static_cast<std::uint8_t>(isTrue); };
+    const int scheme = is(bytes[0] == ':') & is(bytes[1] == '/');
+    const int www = is((bytes[0] | ' ') == 'w') & is(bytes[1] == '.');
+    return static_cast<std::uint8_t>(scheme | www);
+}
+
+/// The first byte in [`from`, `to`) where isTrigger, or kNone.
+std::size_t firstTrigger(std::string_view text, std::size_t from, std::size_t to) noexcept {
+    std::uint8_t found = 0;
+    for (std::size_t i = from; i < to; ++i) found = static_cast<std::uint8_t>(found | isTrigger(text.data() + i));
+    if (found == 0) return kNone;
+    while (isTrigger(text.data() + from) == 0) ++from;
+    return from;
 }
 
 }  // namespace
@@ -509,8 +532,11 @@ private:
         foreign_ = kNone;
     }
 
-    /// From here on the last item is foreign text, if it is the last one.
-    void markForeign(std::size_t at) noexcept { foreign_ = std::min(foreign_, at); }
+    /// From here on the item is foreign text, if it is the last one. Brackets are not torn apart.
+    void markForeign(std::size_t at) noexcept {
+        if (!closers_.empty()) at = outermost_;
+        if (at >= item_) foreign_ = std::min(foreign_, at);
+    }
 
     bool isInRemovedItem(std::size_t at) {
         if (!isInQuery_) return false;
@@ -560,14 +586,25 @@ std::size_t LinkDetector::FindMail::operator()(std::size_t at) const noexcept {
     }
 }
 
+std::size_t LinkDetector::FindTrigger::operator()(std::size_t at) const noexcept {
+    for (std::size_t block = at; block < text.size(); block += kBlock) {
+        if (text.size() - block > kBlock && !hasTriggerPair(text.data() + block)) continue;
+        // The pair may be the end of "://" and the start of "www.".
+        const std::size_t from = std::max(block, at + 1) - 1;
+        const std::size_t found = firstTrigger(text, from, std::min(block + kBlock + 2, text.size() - 1));
+        if (found != kNone) return found;
+    }
+    return kNone;
+}
+
 std::optional<Link> LinkDetector::next() {
-    for (std::size_t trigger = nextTrigger(text_, at_); trigger != kNone; trigger = nextTrigger(text_, at_)) {
+    for (;;) {
+        const std::size_t trigger = std::min(hosts_.from(at_), queries_.from(at_));
+        if (trigger == kNone) return std::nullopt;
         at_ = trigger + 1;
         if (skipMail(trigger)) continue;
         if (std::optional<Link> link = linkAt(trigger)) return link;
     }
-    at_ = text_.size();
-    return std::nullopt;
 }
 
 /// Passes over a link to a mail address if there is one before `trigger`.
@@ -645,21 +682,23 @@ std::optional<Link> LinkDetector::linkWithQuery(std::size_t question) {
 
 /// The start of the first host that `question` may belong to, or kNone.
 std::size_t LinkDetector::bareHostBefore(std::size_t question) const {
-    std::size_t at = question;
+    for (std::size_t at = runBegin(question); at < question; ++at) {
+        if (!ASCII::isAlphanumeric(text_[at]) || !mayStartBareHost(text_, at)) continue;
+        const Host host = asciiHost(text_, at);
+        if (host.end != kNone && mayPrecedeQuery(text_, at, host.end)) return at;
+        at = host.readEnd;
+    }
+    return kNone;
+}
+
+/// Where what no boundary separates from byte `at` begins.
+std::size_t LinkDetector::runBegin(std::size_t at) const noexcept {
     while (at > floor_) {
         const Unicode::Scalar scalar = Unicode::decodeBefore(text_, at);
         if (isBoundary(scalar.value)) break;
         at -= scalar.byteSize;
     }
-    for (; at < question; ++at) {
-        if (!ASCII::isAlphanumeric(text_[at]) || !mayStartBareHost(text_, at)) continue;
-        const Host host = asciiHost(text_, at);
-        if (host.end != kNone && (startsPort(text_, host.end) || isOneOf(peek(text_, host.end), "/?")) &&
-            !(peek(text_, host.end) == '?' && looksLikeFile(between(text_, at, host.end))))
-            return at;
-        at = host.readEnd;
-    }
-    return kNone;
+    return at;
 }
 
 }  // namespace ravlin

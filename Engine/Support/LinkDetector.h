@@ -24,7 +24,8 @@ struct Link {
 /// - "http://" or "https://" and a host of any kind, or
 /// - a host that starts with "www." and ends with a top-level domain, or
 /// - another ASCII host that ends with a top-level domain, if there is a query with a named value: without one there is
-///   nothing to clean, and too many names of files, packages and companies look like hosts.
+///   nothing to clean, and too many names of files, packages and companies look like hosts. Where the query follows the
+///   host at once, only a few domains are trusted.
 ///
 /// What surrounds a link is left outside: brackets, quotation marks, sentence punctuation, Markdown marks, character
 /// references, a second link that a comma joins to it. E-mail addresses and links of other schemes are passed over.
@@ -50,11 +51,18 @@ private:
         std::size_t operator()(std::size_t at) const noexcept;
     };
 
+    /// Finds ":/" and "w.".
+    struct FindTrigger {
+        std::string_view text;
+        std::size_t operator()(std::size_t at) const noexcept;
+    };
+
     std::optional<Link> linkAt(std::size_t trigger);
     std::optional<Link> linkWithScheme(std::size_t colon);
     std::optional<Link> linkWithWWW(std::size_t lastW);
     std::optional<Link> linkWithQuery(std::size_t question);
     std::size_t bareHostBefore(std::size_t question) const;
+    std::size_t runBegin(std::size_t at) const noexcept;
     bool skipMail(std::size_t trigger);
     void passOver(const Walk& walk) noexcept;
 
@@ -62,6 +70,8 @@ private:
     IsRemoved isRemoved_;
     std::size_t at_ = 0;     // where the search goes on
     std::size_t floor_ = 0;  // no link begins before this byte any more
+    Scan::Lookahead<FindTrigger> hosts_ = Scan::Lookahead<FindTrigger>({text_});
+    Scan::Lookahead<Scan::FindByte> queries_ = Scan::Lookahead<Scan::FindByte>({text_, '?'});
     Scan::Lookahead<FindMail> mail_ = Scan::Lookahead<FindMail>({text_});
 };
 

@@ -323,7 +323,7 @@ std::uint64_t numberFromEnvironment(const char* name, std::uint64_t otherwise) {
 
 /// A few texts by default, RAVLIN_DIFFERENTIAL_TEXTS on request.
 TEST(StripTrackingProperty, OnlyRemovedItemsAndCompletedSchemesDiffer) {
-    const std::uint64_t count = numberFromEnvironment("RAVLIN_DIFFERENTIAL_TEXTS", 100'000);
+    const std::uint64_t count = numberFromEnvironment("RAVLIN_DIFFERENTIAL_TEXTS", 60'000);
     const std::uint64_t seed = numberFromEnvironment("RAVLIN_DIFFERENTIAL_SEED", 1);
     tests::RandomTexts texts(tests::kLinkTokens, seed);
     std::uint64_t changed = 0;

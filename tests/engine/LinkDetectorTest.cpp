@@ -210,6 +210,8 @@ TEST(LinkDetector, LeavesTextOfOtherScriptsOutside) {
         "⟦https://a.test/?r⟧谢谢",
         "⟦https://a.test/?r=été⟧ ⟦https://a.test/?r=распродажа⟧",
         "⟦https://a.test/?r=谢谢&a=1⟧",
+        "⟦https://a.test/?r=x⟧(谢谢)y",
+        "⟦https://a.test/(?r=谢谢)⟧",
         "⟦https://a.test/?a=谢谢⟧",
         "⟦https://a.test/谢谢⟧",
         "⟦https://a.test/x⟧\u200b⟦https://b.test/y⟧",
@@ -262,7 +264,8 @@ TEST(LinkDetector, FindsOtherHostsOnlyWithAQuery) {
         "中文example.com/?a=1 éexample.com/?a=1 *example.com/?a=1",
         "localhost:3000/?a=1 10.0.0.1/?a=1 index.php?a=1 page.html?a=1",
         "search.pl?q=1 login.do?method=x README.md?raw=1 install.sh?x=1",
-        "⟦allegro.pl/?q=1⟧ ⟦www.allegro.pl?q=1⟧ ⟦sub.allegro.pl?q=1⟧",
+        "⟦allegro.pl/?q=1⟧ ⟦www.allegro.pl?q=1⟧ ⟦allegro.pl:443?q=1⟧ sub.allegro.pl?q=1",
+        "if(e.name?t.id=1:u),t.chrome?t.webkit=!0:v",
         "what?example.com/?a=1",
         "Is it done?yes=1",
     });
@@ -331,6 +334,17 @@ TEST(LinkDetector, TellsWhetherThereIsAScheme) {
     EXPECT_FALSE(links[1].hasScheme);
     EXPECT_FALSE(links[2].hasScheme);
     EXPECT_TRUE(links[3].hasScheme);
+}
+
+TEST(LinkDetector, FindsLinksWhereverTheyStandInALongText) {
+    for (const std::string_view link : {"http://a.test", "www.a.com", "a.com/?b=1"})
+        for (std::size_t before = 0; before < 300; ++before)
+            for (const std::size_t after : {0U, 1U, 300U}) {
+                const std::string text = std::string(before, ' ') + std::string(link) + std::string(after, ' ');
+                const std::vector<Link> links = linksOf(text);
+                ASSERT_EQ(links.size(), 1U) << before;
+                ASSERT_EQ(text.substr(links[0].begin, links[0].end - links[0].begin), link);
+            }
 }
 
 TEST(LinkDetector, FindsNothingInTextsWithoutLinks) {

@@ -195,7 +195,7 @@ inline const char* brokenRuleOfLinks(std::string_view text) {
                 return "brackets are balanced";
         const std::string_view scheme = url.substr(0, url.find(':'));
         const std::string lower = Unicode::lowerCased(scheme);
-        if (link->hasScheme != (lower == "http" || lower == "https") && link->hasScheme) return "the scheme is there";
+        if (link->hasScheme && lower != "http" && lower != "https") return "the scheme is there";
         for (const std::string_view second : {",http://", ";http://", "|https://", ",https://"})
             if (url.find(second) != std::string_view::npos) return "a second link is left outside";
     }
