@@ -94,6 +94,26 @@ constexpr auto kSortedInvisibles = [] {
     return scalars;
 }();
 
+/// The bytes that begin one of them in UTF-8.
+constexpr auto kIsLead = [] {
+    std::array<bool, 256> table = {};
+    for (const char32_t scalar : invisibleScalars)
+        table[scalar < 0x800 ? 0xC0U | (scalar >> 6U) : 0xE0U | (scalar >> 12U)] = true;
+    return table;
+}();
+static_assert(kSortedInvisibles.front() >= 0x80 && kSortedInvisibles.back() < 0x10000);
+
+/// The first byte at or after `at` that may begin an invisible character.
+std::size_t nextLead(std::string_view text, std::size_t at) noexcept {
+    for (at = Unicode::asciiRunEnd(text, at); at < text.size(); at = Unicode::asciiRunEnd(text, at)) {
+        while (at < text.size() && !Unicode::isASCII(text[at])) {
+            if (kIsLead[static_cast<unsigned char>(text[at])]) return at;
+            ++at;
+        }
+    }
+    return at;
+}
+
 bool isInvisible(char32_t scalar) noexcept {
     return std::binary_search(kSortedInvisibles.begin(), kSortedInvisibles.end(), scalar);
 }
@@ -134,7 +154,7 @@ std::string removeInvisibles(std::string_view text) {
     std::string result;
     result.reserve(text.size());
     std::size_t copied = 0;
-    for (std::size_t at = Unicode::asciiRunEnd(text, 0); at < text.size(); at = Unicode::asciiRunEnd(text, at)) {
+    for (std::size_t at = nextLead(text, 0); at < text.size(); at = nextLead(text, at)) {
         const Unicode::Scalar scalar = Unicode::decode(text, at);
         if (isInvisible(scalar.value)) {
             result += text.substr(copied, at - copied);

@@ -114,15 +114,18 @@ const bool kRegistered = [] {
     for (const auto& text : kHostile) {
         const std::string name(text.name);
         add("hostile/stripTracking/" + name, TextTransforms::stripTracking, text.make, kOne);
+        add("stripTracking/" + name + "/quarter", TextTransforms::stripTracking, text.make, kOne / 4);
         add("stripTracking/" + name + "/half", TextTransforms::stripTracking, text.make, kOne / 2);
-        add("stripTracking/" + name + "/whole", TextTransforms::stripTracking, text.make, kOne);
     }
 
     add("50MB/removeInvisibles", TextTransforms::removeInvisibles, Benchmarks::words, 50 * kMegabyte);
     const struct {
         const char* name;
         const char* piece;
-    } kInvisibles[] = {{"words", "some words "}, {"all", "\u200B"}, {"mixed", "a\u200Bb\u8C22\u00AD"}};
+    } kInvisibles[] = {{"words", "some words "},
+                       {"all", "\u200B"},
+                       {"chinese", "\u8C22\u8C22\u3002"},
+                       {"mixed", "a\u200Bb\u8C22\u00AD"}};
     for (const auto& text : kInvisibles) {
         const auto make = [piece = text.piece](std::size_t size) { return Benchmarks::repeated(piece, size); };
         const std::string name = std::string("removeInvisibles/") + text.name;
