@@ -1,6 +1,7 @@
 #include "Engine/Support/LinkDetector.h"
 
 #include "Engine/Support/ASCII.h"
+#include "Engine/Support/Bytes.h"
 #include "Engine/Support/URLQuery.h"
 #include "Engine/Support/Unicode.h"
 
@@ -245,10 +246,9 @@ Reference referenceAt(std::string_view text, std::size_t at) noexcept {
 char32_t hexadecimal(std::string_view text, std::size_t at, std::size_t count) noexcept {
     char32_t value = 0;
     for (std::size_t i = 0; i < count; ++i) {
-        constexpr std::string_view kDigits = "0123456789abcdef";
-        const std::size_t digit = kDigits.find(ASCII::toLower(peek(text, at + i)));
-        if (digit == std::string_view::npos) return ' ';
-        value = value * 16 + static_cast<char32_t>(digit);
+        const std::optional<unsigned> digit = Bytes::hexValue(peek(text, at + i));
+        if (!digit) return ' ';
+        value = value * 16 + *digit;
     }
     return value;
 }

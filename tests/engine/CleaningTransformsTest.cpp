@@ -7,7 +7,10 @@
 
 #include <cstdint>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <set>
+#include <sstream>
 
 #include <gtest/gtest.h>
 
@@ -346,6 +349,29 @@ TEST(StripTrackingProperty, TextsWithoutLinksStay) {
         const std::string text = texts.next();
         ASSERT_EQ(stripTracking(text), text);
     }
+}
+
+/// The documents of this machine: those that are not large, or RAVLIN_DOCUMENT_SIZE on request.
+TEST(StripTrackingProperty, HoldsForDocuments) {
+    namespace fs = std::filesystem;
+    const std::uint64_t largest = numberFromEnvironment("RAVLIN_DOCUMENT_SIZE", 20'000);  // bytes
+    int count = 0;
+    std::error_code error;
+    fs::recursive_directory_iterator entry("/usr/share/doc", fs::directory_options::skip_permission_denied, error);
+    for (; !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
+        std::error_code ignored;
+        if (!entry->is_regular_file(ignored) || entry->file_size(ignored) > largest) continue;
+        std::ostringstream content;
+        content << std::ifstream(entry->path(), std::ios::binary).rdbuf();
+        const std::string text = std::move(content).str();
+        if (!Unicode::isValidUTF8(text) || text.size() > TextTransforms::kMaxTrackingSize) continue;
+        ASSERT_EQ(stripTracking(text), tests::cleanedAround(text)) << entry->path();
+        const char* const broken = tests::brokenRuleOfLinks(text);
+        ASSERT_EQ(broken, nullptr) << broken << " in " << entry->path();
+        ++count;
+    }
+    RecordProperty("documents", count);
+    if (count == 0) GTEST_SKIP() << "no documents on this machine";
 }
 
 // --- Invisible characters --------------------------------------------------------------------------------------------
