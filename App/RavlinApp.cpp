@@ -8,12 +8,24 @@
 #include <chrono>
 #include <csignal>
 
+#include <malloc.h>
+
 namespace ravlin {
 namespace {
 
 /// How long a desktop has, at most, to show the icon before the panel is shown instead. Long enough for a tray that
 /// starts together with Ravlin at login, short enough for a user who waits for something to happen.
 constexpr std::chrono::seconds kTrayLimit{2};
+
+/// Lets the memory of a large text go back to the system at once when the text goes. By itself glibc would learn from
+/// the first one to keep tens of megabytes for the next.
+void giveLargeMemoryBack() {
+#ifdef __GLIBC__
+    constexpr int kLarge = 1 << 20;
+    mallopt(M_MMAP_THRESHOLD, kLarge);
+    mallopt(M_TRIM_THRESHOLD, kLarge);
+#endif
+}
 
 void describeApplication() {
     // Nothing of the user's belongs into a log, and nobody reads one that is full of a toolkit's remarks.
@@ -30,6 +42,7 @@ void describeApplication() {
 int RavlinApp::main(int argc, char** argv) {
     // A reader of the clipboard that goes away in the middle must not take this program with it.
     std::signal(SIGPIPE, SIG_IGN);  // NOLINT(cert-err33-c): cannot fail for this signal
+    giveLargeMemoryBack();
     const Launch launch = Launch::fromEnvironment();
     std::unique_ptr<SystemPasteboard> pasteboard;
     {
