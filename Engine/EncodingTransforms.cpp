@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <optional>
 
 namespace ravlin::TextTransforms {
@@ -101,9 +102,10 @@ constexpr char escapeLetter(char byte) noexcept {
 
 /// Whether the ASCII byte at `at` is a user-perceived character: it has no accent and is no half of CR LF.
 bool isCharacter(std::string_view text, std::size_t at) noexcept {
-    const bool isHalfLineEnd =
-        (text[at] == '\r' && Scan::peek(text, at + 1) == '\n') || (text[at] == '\n' && at > 0 && text[at - 1] == '\r');
-    return !isHalfLineEnd && Replace::isWhole(text, at, 1);
+    const char previous = at > 0 ? text[at - 1] : '\0';
+    const char next = Scan::peek(text, at + 1);
+    if ((text[at] == '\r' && next == '\n') || (text[at] == '\n' && previous == '\r')) return false;
+    return (Unicode::isASCII(previous) && Unicode::isASCII(next)) || Replace::isWhole(text, at, 1);
 }
 
 /// The first character at or after `at` that is to be escaped, or the end.
@@ -139,26 +141,41 @@ std::size_t skipToHexDigit(std::string_view text, std::size_t at) noexcept {
     }
 }
 
+constexpr unsigned kNoDigit = 0xFF;
+
+constexpr auto kHexValues = [] {
+    std::array<std::uint8_t, 256> values = {};
+    for (std::size_t byte = 0; byte < values.size(); ++byte)
+        values[byte] = static_cast<std::uint8_t>(Bytes::hexValue(static_cast<char>(byte)).value_or(kNoDigit));
+    return values;
+}();
+
+/// The value of the digit at `at`, which may be the end; `kNoDigit` if there is none.
+unsigned hexValueAt(std::string_view text, std::size_t at) noexcept {
+    return kHexValues[static_cast<unsigned char>(Scan::peek(text, at))];
+}
+
 /// The bytes that pairs of digits stand for, or nothing where there is anything else or half a pair.
 std::optional<std::string> hexBytes(std::string_view text) {
     std::string bytes;
     bytes.reserve(text.size() / 2);
     for (std::size_t at = skipToHexDigit(text, 0); at < text.size(); at = skipToHexDigit(text, at + 1)) {
-        const std::optional<unsigned> high = Bytes::hexValue(text[at]);
+        const unsigned high = hexValueAt(text, at);
         at = skipToHexDigit(text, at + 1);
-        const std::optional<unsigned> low = at < text.size() ? Bytes::hexValue(text[at]) : std::nullopt;
-        if (!high || !low) return std::nullopt;
-        bytes += static_cast<char>(*high * 16 + *low);
+        const unsigned low = hexValueAt(text, at);
+        if (high == kNoDigit || low == kNoDigit) return std::nullopt;
+        bytes += static_cast<char>(high * 16 + low);
     }
     return bytes;
 }
 
 // --- Letters ---------------------------------------------------------------------------------------------------------
 
+// Without branches or remainders, so that many letters are rotated at once.
 constexpr char rotated(char byte) noexcept {
-    if (byte >= 'A' && byte <= 'Z') return static_cast<char>((byte - 'A' + 13) % 26 + 'A');
-    if (byte >= 'a' && byte <= 'z') return static_cast<char>((byte - 'a' + 13) % 26 + 'a');
-    return byte;
+    const char lower = static_cast<char>(byte | 0x20);
+    const int distance = lower < 'n' ? 13 : -13;
+    return static_cast<char>(byte + (lower >= 'a' && lower <= 'z' ? distance : 0));
 }
 
 // --- Tokens ----------------------------------------------------------------------------------------------------------

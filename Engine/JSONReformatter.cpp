@@ -56,6 +56,8 @@ public:
         next_ += 1 + indent;
     }
 
+    bool isTooLong() const noexcept { return size_ > kMaxPrettySize; }
+
     /// The bytes of the whole text, written or not. Nothing is appended afterwards.
     std::uint64_t finish() {
         endRun();
@@ -98,7 +100,7 @@ private:
     [[gnu::noinline]] void insertLongLineBreak(std::uint64_t indent) {
         writeBlock();
         // What is too long already grows no further, lest the number overflow.
-        if (size_ > kMaxPrettySize) return;
+        if (isTooLong()) return;
         size_ += 1 + indent;
         if (size_ <= room_) text_.append(1, '\n').append(indent, ' ');
     }
@@ -250,6 +252,9 @@ bool JSONReformatter::openContainer(Output& out, Stack& stack, Container kind) {
         return true;
     }
     const std::int64_t depth = static_cast<std::int64_t>(stack.size()) + 1;
+    // Give up early, before a hostile text fills the memory with frames: too few bytes are left to close all that is
+    // open, or too much is to be written already.
+    if (depth > n - i || (pretty && out.isTooLong())) return false;
     stack.push_back({.depth = depth, .kind = kind});
     if (kind == Container::object) return openMember(out, depth);
     breakLine(out, depth);
@@ -333,10 +338,10 @@ bool JSONReformatter::emitLiteral(Output& out, std::string_view literal) {
     return true;
 }
 
-/// What to reserve at first. Compact text grows by a half or doubles when it is indented, and the part of the memory
-/// that is not written costs nothing.
+/// What to reserve at first. Compact text grows by a half when it is indented, and to its fourfold where it is full of
+/// small numbers. The part of the memory that is not written costs nothing.
 std::uint64_t firstRoom(std::size_t size, bool pretty) noexcept {
-    return pretty ? std::min<std::uint64_t>(kMaxPrettySize, std::uint64_t{size} * 5 / 2) : size;
+    return pretty ? std::min<std::uint64_t>(kMaxPrettySize, std::uint64_t{size} * 4) : size;
 }
 
 }  // namespace
