@@ -79,4 +79,21 @@ inline std::string markdownDocument(std::size_t size) {
     return text;
 }
 
+/// What a service answers: records without any white space between their tokens, about 12 bytes to a token.
+inline std::string jsonDocument(std::size_t size) {
+    Writer writer;
+    const auto number = [&writer] { return std::to_string(writer.upTo(1'000'000)); };
+    std::string text = "[";
+    while (text.size() < size) {
+        if (text.size() > 1) text += ',';
+        text += R"({"created_at":"Sun Aug 31 00:29:15 +0000 2014","id":)" + number() + number() + R"(,"text":")" +
+                writer.words(12) + R"( \n\u3042","user":{"name":")" + writer.words(2) +
+                R"(","verified":false,"followers":)" + number() + R"(,"url":"https://t.co/)" + writer.words(1) +
+                R"(","lang":null},"coordinates":[)" + number() + ".25,-" + number() + R"(e-3],"tags":[)";
+        for (int tags = writer.upTo(4); tags > 1; --tags) text += std::string("\"") + writer.words(1) + "\",";
+        text += R"("x"],"entities":{},"score":1.5e-3})";
+    }
+    return text + "]";
+}
+
 }  // namespace ravlin::Benchmarks

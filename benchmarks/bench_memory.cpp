@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "benchmarks/Documents.h"
 #include "benchmarks/Texts.h"
 #include <benchmark/benchmark.h>
 #include <sys/wait.h>
@@ -90,6 +91,17 @@ const bool kRegistered = [] {
         registerTransform(name + "/words", transform, words);
         registerTransform(name + "/french", transform, french);
     }
+    // Texts that these transforms do something with. The brackets would fill 20 GB.
+    static const std::string document = Benchmarks::jsonDocument(kTextSize);
+    static const std::string brackets = std::string(100'000, '[') + std::string(100'000, ']');
+    static const std::string base64 = TextTransform(TextTransform::base64Encode).apply(words);
+    static const std::string digits = TextTransform(TextTransform::hexEncode).apply(words);
+    registerTransform("memory/jsonPretty/document", TextTransform::jsonPretty, document);
+    registerTransform("memory/jsonMinify/document", TextTransform::jsonMinify, document);
+    registerTransform("memory/jsonPretty/nestedArrays", TextTransform::jsonPretty, brackets);
+    registerTransform("memory/base64Decode/encoded", TextTransform::base64Decode, base64);
+    registerTransform("memory/hexDecode/encoded", TextTransform::hexDecode, digits);
+    registerTransform("memory/backslashEscape/document", TextTransform::backslashEscape, document);
     return true;
 }();
 

@@ -3,13 +3,12 @@
 
 #include "Engine/TextTransform.h"
 
-#include <limits>
 #include <map>
 #include <utility>
 
+#include "benchmarks/Growth.h"
 #include "benchmarks/Texts.h"
 #include <benchmark/benchmark.h>
-#include <malloc.h>
 
 namespace {
 
@@ -24,21 +23,6 @@ const std::string& cachedText(MakeText makeText, std::size_t size) {
     std::string& text = texts[{makeText, size}];
     if (text.empty()) text = makeText(size);
     return text;
-}
-
-// glibc takes every block above 32 MiB from the kernel and gives it back, and below that keeps it. A result between the
-// two would pay for page faults that half of it does not pay for. So growth is measured with all memory kept.
-void keepMemory(const benchmark::State& /*state*/) {
-    mallopt(M_MMAP_MAX, 0);
-    mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
-}
-
-void giveMemoryBack(const benchmark::State& /*state*/) {
-    constexpr int kDefaultMapMax = 65536;
-    constexpr int kDefaultTrimThreshold = 128 * 1024;
-    mallopt(M_MMAP_MAX, kDefaultMapMax);
-    mallopt(M_TRIM_THRESHOLD, kDefaultTrimThreshold);
-    malloc_trim(0);
 }
 
 benchmark::internal::Benchmark* registerTransform(const std::string& name, TextTransform transform, MakeText makeText,
@@ -94,8 +78,8 @@ const bool kRegistered = [] {
             for (const std::size_t megabytes : {std::size_t{4}, std::size_t{8}}) {
                 registerTransform(name + "/" + text.name + "/" + std::to_string(megabytes) + "MB", transform, text.make,
                                   megabytes * kMegabyte)
-                    ->Setup(keepMemory)
-                    ->Teardown(giveMemoryBack);
+                    ->Setup(Benchmarks::keepMemory)
+                    ->Teardown(Benchmarks::giveMemoryBack);
             }
         }
     }

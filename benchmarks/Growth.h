@@ -1,0 +1,27 @@
+#pragma once
+
+#include <limits>
+
+#include <benchmark/benchmark.h>
+#include <malloc.h>
+
+/// For benchmarks that compare a text with one of twice its size.
+///
+/// glibc takes every block above 32 MiB from the kernel and gives it back, and below that keeps it. A result between
+/// the two would pay for page faults that half of it does not pay for. So growth is measured with all memory kept.
+namespace ravlin::Benchmarks {
+
+inline void keepMemory(const benchmark::State& /*state*/) {
+    mallopt(M_MMAP_MAX, 0);
+    mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
+}
+
+inline void giveMemoryBack(const benchmark::State& /*state*/) {
+    constexpr int kDefaultMapMax = 65536;
+    constexpr int kDefaultTrimThreshold = 128 * 1024;
+    mallopt(M_MMAP_MAX, kDefaultMapMax);
+    mallopt(M_TRIM_THRESHOLD, kDefaultTrimThreshold);
+    malloc_trim(0);
+}
+
+}  // namespace ravlin::Benchmarks
