@@ -163,11 +163,16 @@ def clipboard():
 @contextlib.contextmanager
 def copied(text):
     """Another program that has copied `text`, and serves it as long as it is asked."""
+    # The owner is looked at, not the text: a program that is about to lose the clipboard may leave a reader waiting.
+    before = None if IS_WAYLAND else selection_owner("CLIPBOARD")
     owner = subprocess.Popen(COPYING, stdin=subprocess.PIPE, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
     try:
         owner.stdin.write(text.encode())
         owner.stdin.close()
-        eventually(lambda: clipboard() == text, "the other program owns the clipboard")
+        if IS_WAYLAND:
+            eventually(lambda: clipboard() == text, "the other program owns the clipboard")
+        else:
+            eventually(lambda: selection_owner("CLIPBOARD") not in (before, "0"), "another program owns the clipboard")
         yield owner
     finally:
         owner.send_signal(signal.SIGCONT)
