@@ -1,6 +1,8 @@
 // panel_gallery [--dark] [--scale 1|2] [--points N] FOLDER: draws the panel in each of its states to PNG files.
-// panel_gallery [--dark] [--scale 1|2] [--points N] --show: shows the panel on the desktop, with a clipboard of its
-// own, and tells how long its first frame took.
+// panel_gallery [--dark] [--scale 1|2] --compare KEPT FOLDER: draws the same, and fails where a picture differs from
+// the kept one of the same name. What differs is left in FOLDER, beside a picture of the difference. panel_gallery
+// [--dark] [--scale 1|2] [--points N] --show: shows the panel on the desktop, with a clipboard of its own, and tells
+// how long its first frame took.
 
 #include "Engine/TextTransform.h"
 #include "Views/MenuView.h"
@@ -16,8 +18,10 @@
 #include <QLineEdit>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QStyleFactory>
 #include <QTest>
 
+#include <algorithm>
 #include <functional>
 #include <vector>
 
@@ -116,7 +120,9 @@ const std::vector<State>& states() {
     return all;
 }
 
-void drawAll(const QDir& folder) {
+using Show = std::function<void(const char* name, const QImage& picture)>;
+
+void drawAll(const Show& show) {
     for (const State& state : states()) {
         FakeUpdater::reset();
         Stage stage;
@@ -126,14 +132,66 @@ void drawAll(const QDir& folder) {
         QTest::mouseMove(&stage.panel, QPoint(2, 2));
         state.prepare(stage);
         QApplication::processEvents();
-        stage.panel.grab().save(folder.filePath(QString::fromUtf8(state.name) + QStringLiteral(".png")));
+        show(state.name, stage.panel.grab().toImage());
     }
     ravlin::UpdateWindows windows;
     windows.showUpdatesComeWithSystem();
     QApplication::processEvents();
     for (QWidget* const window : QApplication::topLevelWidgets())
-        if (window->isVisible()) window->grab().save(folder.filePath(QStringLiteral("software-update.png")));
+        if (window->isVisible()) show("software-update", window->grab().toImage());
 }
+
+QString fileName(const char* name) {
+    return QString::fromUtf8(name) + QStringLiteral(".png");
+}
+
+/// Compares pictures with kept ones. Fonts are drawn a little differently by each version of the libraries that draw
+/// them: a few pixels at the edges of letters may differ.
+class Comparison {
+public:
+    Comparison(QDir kept, QDir folder) : kept_(std::move(kept)), folder_(std::move(folder)) {}
+
+    void add(const char* name, const QImage& picture) {
+        const QImage kept(kept_.filePath(fileName(name)));
+        if (kept.size() != picture.size()) {
+            fail(name, picture, QStringLiteral("has another size"));
+            return;
+        }
+        QImage difference(picture.size(), QImage::Format_RGB32);
+        int count = 0;
+        for (int y = 0; y < picture.height(); ++y) {
+            for (int x = 0; x < picture.width(); ++x) {
+                const bool differs = isOther(kept.pixel(x, y), picture.pixel(x, y));
+                difference.setPixel(x, y, differs ? qRgb(255, 0, 0) : kept.pixel(x, y));
+                count += differs ? 1 : 0;
+            }
+        }
+        constexpr int kTolerated = 1000;  // one pixel in so many
+        if (count * kTolerated <= picture.width() * picture.height()) return;
+        difference.save(
+            folder_.filePath(fileName(name)).replace(QLatin1String(".png"), QLatin1String("-difference.png")));
+        fail(name, picture, QStringLiteral("differs in %1 pixels").arg(count));
+    }
+
+    bool isFine() const { return failureCount_ == 0; }
+
+private:
+    static bool isOther(QRgb a, QRgb b) {
+        constexpr int kTolerated = 48;  // of 255
+        return std::max({std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)), std::abs(qBlue(a) - qBlue(b))}) >
+               kTolerated;
+    }
+
+    void fail(const char* name, const QImage& picture, const QString& what) {
+        picture.save(folder_.filePath(fileName(name)));
+        qWarning("%s %s; see %s", name, qUtf8Printable(what), qUtf8Printable(folder_.absolutePath()));
+        ++failureCount_;
+    }
+
+    QDir kept_;
+    QDir folder_;
+    int failureCount_ = 0;
+};
 
 /// Tells how long it took until the first frame of the panel was drawn.
 class FrameClock final : public QObject {
@@ -183,12 +241,16 @@ int main(int argc, char** argv) {
     const QCommandLineOption points(QStringLiteral("points"), QStringLiteral("size of the desktop's font"),
                                     QStringLiteral("points"), QStringLiteral("10"));
     const QCommandLineOption show(QStringLiteral("show"), QStringLiteral("show the panel on the desktop"));
-    parser.addOptions({dark, scale, points, show});
+    const QCommandLineOption compare(QStringLiteral("compare"), QStringLiteral("compare with the pictures there"),
+                                     QStringLiteral("kept"));
+    parser.addOptions({dark, scale, points, show, compare});
     parser.addPositionalArgument(QStringLiteral("folder"), QStringLiteral("where the pictures go"));
     parser.addHelpOption();
     parser.process(application);
 
-    QFont font = QApplication::font();
+    // The same wherever it is drawn, but for the size of the font.
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QFont font(QStringLiteral("DejaVu Sans"));
     font.setPointSizeF(parser.value(points).toDouble());
     QApplication::setFont(font);
     QApplication::setPalette(parser.isSet(dark) ? ravlin::tests::darkPalette() : ravlin::tests::lightPalette());
@@ -197,6 +259,11 @@ int main(int argc, char** argv) {
     if (parser.positionalArguments().size() != 1) parser.showHelp(2);
     const QDir folder(parser.positionalArguments().constFirst());
     if (!folder.mkpath(QStringLiteral("."))) qFatal("cannot make the folder");
-    drawAll(folder);
-    return 0;
+    if (!parser.isSet(compare)) {
+        drawAll([&](const char* name, const QImage& picture) { picture.save(folder.filePath(fileName(name))); });
+        return 0;
+    }
+    Comparison comparison{QDir(parser.value(compare)), folder};
+    drawAll([&](const char* name, const QImage& picture) { comparison.add(name, picture); });
+    return comparison.isFine() ? 0 : 1;
 }
