@@ -1,19 +1,15 @@
 #include "Platform/WaylandPasteboard.h"
 
-#include "Engine/Support/Unicode.h"
-#include "Platform/Descriptor.h"
-#include "Platform/Latin1.h"
+#include "Platform/ClipboardTypes.h"
 #include "Platform/LingeringChild.h"
+#include "Platform/PipeReader.h"
 #include "Platform/Polling.h"
 
 #include <wayland-client-protocol.h>
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
-#include <span>
 
-#include <fcntl.h>
 #include <unistd.h>
 
 namespace ravlin {
@@ -21,63 +17,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 using DataControl::Dialect;
-
-constexpr std::string_view kLatin1Type = "STRING";
-
-// The best first. What has no name of a character set is UTF-8 nowadays; "STRING", which X11 programs behind the
-// compositor mean as Latin-1, may be either.
-constexpr auto kPlainTypes =
-    std::to_array<std::string_view>({"text/plain;charset=utf-8", "UTF8_STRING", "text/plain", kLatin1Type, "TEXT"});
-constexpr auto kRTFTypes = std::to_array<std::string_view>({"text/rtf", "application/rtf", "text/richtext"});
-constexpr auto kHTMLTypes = std::to_array<std::string_view>({"text/html"});
-
-// What our text is offered as besides `kLatin1Type`, always in UTF-8.
-constexpr auto kServedTypes =
-    std::to_array<std::string_view>({"text/plain;charset=utf-8", "UTF8_STRING", "text/plain", "TEXT"});
-
-/// A MIME type in the one form that it is compared in: programs differ in case and in spaces before parameters.
-std::string normalized(std::string_view type) {
-    std::string result;
-    for (const char each : type) {
-        if (each != ' ') result += each >= 'A' && each <= 'Z' ? static_cast<char>(each - 'A' + 'a') : each;
-    }
-    return result;
-}
-
-enum class PipeState : std::uint8_t { open, ended, tooLarge };
-
-/// Takes what is in the pipe at present.
-PipeState drain(int pipe, std::string& bytes, std::size_t byteLimit) {
-    std::array<char, 65536> block;  // NOLINT(cppcoreguidelines-pro-type-member-init): written before it is read
-    for (;;) {
-        const ssize_t size = ::read(pipe, block.data(), block.size());
-        if (size < 0 && errno == EINTR) continue;
-        if (size < 0 && errno == EAGAIN) return PipeState::open;
-        if (size <= 0) return PipeState::ended;
-        if (bytes.size() + static_cast<std::size_t>(size) > byteLimit) return PipeState::tooLarge;
-        bytes.append(block.data(), static_cast<std::size_t>(size));
-    }
-}
-
-struct Pipe {
-    Descriptor reading;
-    Descriptor writing;
-};
-
-/// A pipe whose reading end never waits, whereas the program at the other end may rely on writes that do.
-std::optional<Pipe> openPipe() {
-    std::array<int, 2> ends = {};
-    if (pipe2(ends.data(), O_CLOEXEC) != 0) return std::nullopt;
-    fcntl(ends[0], F_SETFL, O_NONBLOCK);  // NOLINT(cppcoreguidelines-pro-type-vararg): there is no other way to call it
-    return Pipe{.reading = Descriptor(ends[0]), .writing = Descriptor(ends[1])};
-}
-
-/// The text of a plain representation as UTF-8; nothing where it is not valid UTF-8.
-std::optional<std::string> decoded(std::string_view type, std::string bytes) {
-    if (bytes.ends_with('\0')) bytes.pop_back();  // which some programs count in
-    if (Unicode::isValidUTF8(bytes)) return bytes;
-    return type == kLatin1Type ? std::optional(Latin1::toUTF8(bytes)) : std::nullopt;
-}
 
 }  // namespace
 
@@ -161,22 +100,16 @@ std::optional<std::string> WaylandPasteboard::string() {
     if (!catchUp()) return std::nullopt;
     if (isOwner()) return *own_.text;  // asked through the compositor, we would wait for ourselves
     foreign_.isSilent = false;
-    for (const std::string_view type : kPlainTypes) {
-        const std::string* const name = offeredAs(type);
-        if (name == nullptr) continue;
-        std::optional<std::string> bytes = read(*name);
-        return bytes ? decoded(type, std::move(*bytes)) : std::nullopt;
-    }
-    return std::nullopt;
+    const std::string* const name = offeredAs(Type::string);
+    std::optional<std::string> bytes = name != nullptr ? read(*name) : std::nullopt;
+    return bytes ? ClipboardTypes::decoded(*name, std::move(*bytes)) : std::nullopt;
 }
 
 std::optional<std::string> WaylandPasteboard::data(Type type) {
     if (type == Type::string) return string();
     if (!catchUp() || isOwner() || foreign_.isSilent) return std::nullopt;
-    for (const std::string_view each : type == Type::rtf ? std::span<const std::string_view>(kRTFTypes) : kHTMLTypes) {
-        if (const std::string* const name = offeredAs(each)) return read(*name);
-    }
-    return std::nullopt;
+    const std::string* const name = offeredAs(type);
+    return name != nullptr ? read(*name) : std::nullopt;
 }
 
 std::optional<std::size_t> WaylandPasteboard::itemCount() {
@@ -197,8 +130,7 @@ bool WaylandPasteboard::setString(std::string_view text) {
     auto source = manager_->createSource(
         {.send = [this, content](std::string_view type, int descriptor) { serve(type, descriptor, content); },
          .cancelled = [this] { own_.text = nullptr; }});
-    for (const std::string_view type : kServedTypes) source->offer(std::string(type));
-    if (Latin1::canHold(text)) source->offer(std::string(kLatin1Type));
+    for (const std::string& type : ClipboardTypes::servedTypes(text)) source->offer(type);
     seat_->device->setSelection(source.get());
     own_ = {.source = std::move(source), .text = content};
     return synchronise() && isOwner();
@@ -250,35 +182,30 @@ void WaylandPasteboard::completeClear() {
 
 // --- Reading ---------------------------------------------------------------------------------------------------------
 
-/// The name under which another program offers `type`; null where it does not.
-const std::string* WaylandPasteboard::offeredAs(std::string_view type) const {
-    if (foreign_.offer == nullptr) return nullptr;
-    const auto& offered = foreign_.offer->types();
-    const auto found =
-        std::ranges::find_if(offered, [&](const std::string& each) { return normalized(each) == normalized(type); });
-    return found != offered.end() ? &*found : nullptr;
+/// The name under which another program offers what is read as `type`; null where it does not.
+const std::string* WaylandPasteboard::offeredAs(Type type) const {
+    return foreign_.offer != nullptr ? ClipboardTypes::best(type, foreign_.offer->types()) : nullptr;
 }
 
-/// All that the program writes as `type`. One that ends in the middle cannot be told from one that is through; that the
-/// clipboard has changed by then is told by the counter.
-std::optional<std::string> WaylandPasteboard::read(const std::string& type) {
+/// All that the program writes as the type `name`. One that ends in the middle cannot be told from one that is through;
+/// that the clipboard has changed by then is told by the counter.
+std::optional<std::string> WaylandPasteboard::read(const std::string& name) {
     Patience patience(limits_);
     const std::shared_ptr<DataControl::Offer> offer = foreign_.offer;
-    std::optional<Pipe> pipe = openPipe();
-    if (!pipe) return std::nullopt;
-    offer->receive(type, pipe->writing.get());
+    PipeReader pipe(limits_.byteSize);
+    if (pipe.writingEnd() < 0) return std::nullopt;
+    offer->receive(name, pipe.writingEnd());
     connection_->processEvents();
-    pipe->writing.reset();
-    std::string bytes;
-    PipeState state = PipeState::open;
-    while ((state = drain(pipe->reading.get(), bytes, limits_.byteSize)) == PipeState::open && !connection_->isLost()) {
-        patience.noteSize(bytes.size());
+    pipe.closeWritingEnd();
+    PipeReader::State state = PipeReader::State::open;
+    while ((state = pipe.proceed()) == PipeReader::State::open && !connection_->isLost()) {
+        patience.noteSize(pipe.bytes().size());
         const auto deadline = patience.deadline();
-        if (Clock::now() >= deadline || !connection_->waitFor(pipe->reading.get(), deadline)) break;
+        if (Clock::now() >= deadline || !connection_->waitFor(pipe.descriptor(), deadline)) break;
         connection_->processEvents();
         proceedWithTransfers();
     }
-    if (state == PipeState::ended) return bytes;
+    if (state == PipeReader::State::ended) return std::move(pipe.bytes());
     if (foreign_.offer == offer) foreign_.isSilent = true;
     return std::nullopt;
 }
@@ -287,9 +214,7 @@ std::optional<std::string> WaylandPasteboard::read(const std::string& type) {
 
 /// Writes the text into a pipe, as far as that takes it; the rest follows when it takes more.
 void WaylandPasteboard::serve(std::string_view type, int descriptor, const std::shared_ptr<const std::string>& text) {
-    std::shared_ptr<const std::string> content = text;
-    if (type == kLatin1Type) content = std::make_shared<const std::string>(Latin1::fromUTF8(*text).value_or(""));
-    PipeWriter transfer(descriptor, std::move(content));
+    PipeWriter transfer(descriptor, ClipboardTypes::encoded(type, text));
     if (!transfer.proceed()) return;
     connection_->watchWritable(descriptor);
     transfers_.push_back(std::move(transfer));

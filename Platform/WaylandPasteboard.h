@@ -94,8 +94,8 @@ private:
     void proceedWithTransfers();
     void serveToTheEnd();
 
-    const std::string* offeredAs(std::string_view type) const;
-    std::optional<std::string> read(const std::string& type);
+    const std::string* offeredAs(Type type) const;
+    std::optional<std::string> read(const std::string& name);
 
     ReadLimits limits_;
     std::unique_ptr<WaylandConnection> connection_;
