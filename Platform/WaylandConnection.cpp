@@ -56,11 +56,21 @@ std::unique_ptr<WaylandConnection> WaylandConnection::open(const char* displayNa
         whyNot = "no compositor answers";
         return nullptr;
     }
-    return std::unique_ptr<WaylandConnection>(new WaylandConnection(display, std::move(globals)));
+    return std::unique_ptr<WaylandConnection>(new WaylandConnection(display, /*isOwn=*/true, std::move(globals)));
 }
 
-WaylandConnection::WaylandConnection(wl_display* display, Globals globals)
-    : display_(display), globals_(std::move(globals)), watcher_(epoll_create1(EPOLL_CLOEXEC)) {
+std::unique_ptr<WaylandConnection> WaylandConnection::share(wl_display* display, Globals globals) {
+    return std::unique_ptr<WaylandConnection>(new WaylandConnection(display, /*isOwn=*/false, std::move(globals)));
+}
+
+WaylandConnection::WaylandConnection(wl_display* display, bool isOwn, Globals globals)
+    : display_(display),
+      isOwn_(isOwn),
+      queue_(wl_display_create_queue(display)),
+      queuedDisplay_(static_cast<wl_display*>(wl_proxy_create_wrapper(display))),
+      globals_(std::move(globals)),
+      watcher_(epoll_create1(EPOLL_CLOEXEC)) {
+    wl_proxy_set_queue(reinterpret_cast<wl_proxy*>(queuedDisplay_), queue_.get());
     epoll_event event = {};
     event.events = EPOLLIN;
     epoll_ctl(watcher_, EPOLL_CTL_ADD, socket(), &event);
@@ -70,7 +80,9 @@ WaylandConnection::WaylandConnection(wl_display* display, Globals globals)
 WaylandConnection::~WaylandConnection() {
     if (watcher_ >= 0) close(watcher_);
     wl_proxy_destroy(registry_);
-    wl_display_disconnect(display_);
+    wl_proxy_wrapper_destroy(queuedDisplay_);
+    queue_.reset();
+    if (isOwn_) wl_display_disconnect(display_);
 }
 
 void WaylandConnection::listenToRegistry() {
@@ -82,7 +94,7 @@ void WaylandConnection::listenToRegistry() {
             },
         .global_remove = [](void* self, wl_registry* /*registry*/,
                             std::uint32_t name) { static_cast<WaylandConnection*>(self)->globals_.removed(name); }};
-    wl_registry* const registry = wl_display_get_registry(display_);
+    wl_registry* const registry = wl_display_get_registry(queuedDisplay_);
     wl_registry_add_listener(registry, &kListener, this);
     registry_ = reinterpret_cast<wl_proxy*>(registry);
 }
@@ -97,50 +109,54 @@ int WaylandConnection::fileDescriptor() const {
 
 bool WaylandConnection::synchronise() {
     if (isLost()) return false;
-    const SyncCallback callback(display_);
+    const SyncCallback callback(queuedDisplay_);
     const TimePoint deadline = Clock::now() + kServerLimit;
     while (!callback.isDone() && !isLost()) {
-        if (!waitForSocket(deadline)) return false;
-        readAndDispatch();
+        if (!readAndDispatch(-1, -1, deadline)) break;
     }
     return callback.isDone();
 }
 
 void WaylandConnection::processEvents() {
-    if (!isLost()) readAndDispatch();
+    if (!isLost()) readAndDispatch(-1, -1, Clock::time_point::min());
 }
 
 void WaylandConnection::askForWakeUp() {
     if (isLost()) return;
-    const SyncCallback answerIsOfNoUse(display_);
+    const SyncCallback answerIsOfNoUse(queuedDisplay_);
     wl_display_flush(display_);
 }
 
-/// One round: libwayland lets nobody read before all that has been read is dispatched.
-void WaylandConnection::readAndDispatch() {
-    while (wl_display_prepare_read(display_) != 0) {
-        if (wl_display_dispatch_pending(display_) < 0) return;  // the connection is lost
+bool WaylandConnection::waitFor(int descriptor, TimePoint deadline) {
+    return !isLost() && readAndDispatch(descriptor, watcher_, deadline);
+}
+
+/// One round: sends what is waiting, sleeps until something arrives (there, or from one of two other descriptors, where
+/// -1 stands for none) and handles events. False at the deadline.
+///
+/// From before the sleep to its end this object is one of the connection's readers: nobody else can take what arrives
+/// meanwhile out of the socket, and leave this sleeping over it.
+bool WaylandConnection::readAndDispatch(int descriptor, int watcher, TimePoint deadline) {
+    // libwayland takes nobody for a reader before all that has been read is dispatched.
+    while (wl_display_prepare_read_queue(display_, queue_.get()) != 0) {
+        if (wl_display_dispatch_queue_pending(display_, queue_.get()) < 0) return false;  // the connection is lost
+        deadline = Clock::time_point::min();  // what is waited for may have been among that
     }
-    wl_display_flush(display_);
-    if (isReady(socket(), POLLIN, Clock::time_point::min())) {
+    // A compositor that reads nothing takes nothing, either.
+    const bool isSent = wl_display_flush(display_) >= 0 || errno != EAGAIN;
+    const auto events = static_cast<short>(isSent ? POLLIN : POLLIN | POLLOUT);
+    std::array<pollfd, 3> waited = {pollfd{.fd = socket(), .events = events, .revents = 0},
+                                    pollfd{.fd = descriptor, .events = POLLIN, .revents = 0},
+                                    pollfd{.fd = watcher, .events = POLLIN, .revents = 0}};
+    const bool isReady = isAnyReady(waited, deadline) || deadline == Clock::time_point::min();
+    if ((waited[0].revents & ~POLLOUT) != 0) {
         wl_display_read_events(display_);
     } else {
         wl_display_cancel_read(display_);
     }
-    wl_display_dispatch_pending(display_);
+    wl_display_dispatch_queue_pending(display_, queue_.get());
     wl_display_flush(display_);
-}
-
-/// Sends what is waiting and sleeps until something arrives. A compositor that reads nothing takes nothing, either.
-bool WaylandConnection::waitForSocket(TimePoint deadline) {
-    const bool isSent = wl_display_flush(display_) >= 0 || errno != EAGAIN;
-    return isReady(socket(), isSent ? POLLIN : POLLIN | POLLOUT, deadline);
-}
-
-bool WaylandConnection::waitFor(int descriptor, TimePoint deadline) const {
-    std::array<pollfd, 2> waited = {pollfd{.fd = descriptor, .events = POLLIN, .revents = 0},
-                                    pollfd{.fd = fileDescriptor(), .events = POLLIN, .revents = 0}};
-    return isAnyReady(waited, deadline);
+    return isReady;
 }
 
 void WaylandConnection::watchWritable(int descriptor) const {

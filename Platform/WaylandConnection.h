@@ -33,6 +33,11 @@ public:
     /// in `whyNot`.
     static std::unique_ptr<WaylandConnection> open(const char* displayName, Globals globals, std::string& whyNot);
 
+    /// Takes part in the connection of somebody else, which must outlive this object. Each side handles its own events
+    /// only, whoever of the two has read them from the socket, and in whatever thread; so events of this side may
+    /// arrive without the descriptor telling: `processEvents` is due whenever the other side has read.
+    static std::unique_ptr<WaylandConnection> share(wl_display* display, Globals globals);
+
     WaylandConnection(const WaylandConnection&) = delete;
     WaylandConnection& operator=(const WaylandConnection&) = delete;
     WaylandConnection(WaylandConnection&&) = delete;
@@ -59,8 +64,9 @@ public:
     /// Asks the compositor for an answer that means nothing: it makes the descriptor readable.
     void askForWakeUp();
 
-    /// Sleeps until `descriptor` is readable or there are events to process. False at the deadline.
-    bool waitFor(int descriptor, TimePoint deadline) const;
+    /// Sleeps until `descriptor` is readable or there is something else to do, and handles the events that have
+    /// arrived. False at the deadline.
+    bool waitFor(int descriptor, TimePoint deadline);
 
     /// Counts `descriptor` in, which is waited for to become writable, or leaves it out again.
     void watchWritable(int descriptor) const;
@@ -70,12 +76,18 @@ public:
     void giveAway();
 
 private:
-    WaylandConnection(wl_display* display, Globals globals);
+    struct QueueDeleter {
+        void operator()(wl_event_queue* queue) const noexcept { wl_event_queue_destroy(queue); }
+    };
+
+    WaylandConnection(wl_display* display, bool isOwn, Globals globals);
     void listenToRegistry();
-    void readAndDispatch();
-    bool waitForSocket(TimePoint deadline);
+    bool readAndDispatch(int descriptor, int watcher, TimePoint deadline);
 
     wl_display* display_;
+    bool isOwn_;
+    std::unique_ptr<wl_event_queue, QueueDeleter> queue_;
+    wl_display* queuedDisplay_;  // the same, for requests whose answers come into the queue
     wl_proxy* registry_ = nullptr;
     Globals globals_;
     int watcher_ = -1;
