@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <utility>
 
 namespace ravlin::DataControl {
@@ -14,18 +15,40 @@ namespace {
 // The numbers of the requests, which are their places in the protocol's description.
 constexpr std::uint32_t kManagerCreateSource = 0;
 constexpr std::uint32_t kManagerGetDevice = 1;
-constexpr std::uint32_t kManagerDestroy = 2;
-constexpr std::uint32_t kDeviceSetSelection = 0;
-constexpr std::uint32_t kDeviceDestroy = 1;
 constexpr std::uint32_t kSourceOffer = 0;
 constexpr std::uint32_t kSourceDestroy = 1;
-constexpr std::uint32_t kOfferReceive = 0;
-constexpr std::uint32_t kOfferDestroy = 1;
+
+/// Those that are not the same in the core protocol, which cannot end each of its objects in its first version.
+struct Requests {
+    std::optional<std::uint32_t> managerDestroy;
+    std::uint32_t deviceSetSelection;
+    std::optional<std::uint32_t> deviceDestroy;
+    std::uint32_t offerReceive;
+    std::uint32_t offerDestroy;
+};
+constexpr Requests kDataControlRequests = {
+    .managerDestroy = 2, .deviceSetSelection = 0, .deviceDestroy = 1, .offerReceive = 0, .offerDestroy = 1};
+constexpr Requests kCoreRequests = {.managerDestroy = std::nullopt,
+                                    .deviceSetSelection = 1,
+                                    .deviceDestroy = std::nullopt,
+                                    .offerReceive = 1,
+                                    .offerDestroy = 2};
+
+constexpr const Requests& requestsOf(Dialect dialect) {
+    return dialect == Dialect::core ? kCoreRequests : kDataControlRequests;
+}
 
 // Version 1 has all that is needed here.
 constexpr int kVersion = 1;
 
-/// The description of the protocol in one of its dialects, in the form in which libwayland wants it: a letter for each
+/// What a manager makes, and itself.
+struct Interfaces {
+    const wl_interface& manager;
+    const wl_interface& device;
+    const wl_interface& source;
+};
+
+/// The description of data control by one of its names, in the form in which libwayland wants it: a letter for each
 /// argument ("n" a new object, "o" an object, "?" one that may be missing, "s" a string, "h" a descriptor), and for
 /// each the interface, if it has one.
 class Description {
@@ -41,9 +64,7 @@ public:
     Description& operator=(Description&&) = delete;
     ~Description() = default;
 
-    const wl_interface& manager() const noexcept { return manager_; }
-    const wl_interface& device() const noexcept { return device_; }
-    const wl_interface& source() const noexcept { return source_; }
+    Interfaces interfaces() const noexcept { return {manager_, device_, source_}; }
 
 private:
     template <std::size_t kRequestCount, std::size_t kEventCount>
@@ -84,10 +105,15 @@ private:
     wl_interface offer_{interface(offerName_, offerRequests_, offerEvents_)};
 };
 
-const Description& describe(Dialect dialect) {
+Interfaces interfacesOf(Dialect dialect) {
     static const Description kExt("ext_data_control_");
     static const Description kZwlr("zwlr_data_control_");
-    return dialect == Dialect::ext ? kExt : kZwlr;
+    switch (dialect) {
+        case Dialect::ext: return kExt.interfaces();
+        case Dialect::zwlr: return kZwlr.interfaces();
+        case Dialect::core: break;
+    }
+    return {wl_data_device_manager_interface, wl_data_device_interface, wl_data_source_interface};
 }
 
 // libwayland takes the arguments of a request, and the functions that handle events, in the untyped forms of C.
@@ -104,8 +130,12 @@ wl_proxy* create(wl_proxy* proxy, std::uint32_t request, const wl_interface& int
     return wl_proxy_marshal_flags(proxy, request, &interface, wl_proxy_get_version(proxy), 0, nullptr, arguments...);
 }
 
-void destroy(wl_proxy* proxy, std::uint32_t request) {
-    wl_proxy_marshal_flags(proxy, request, nullptr, wl_proxy_get_version(proxy), WL_MARSHAL_FLAG_DESTROY);
+void destroy(wl_proxy* proxy, std::optional<std::uint32_t> request) {
+    if (request) {
+        wl_proxy_marshal_flags(proxy, *request, nullptr, wl_proxy_get_version(proxy), WL_MARSHAL_FLAG_DESTROY);
+    } else {
+        wl_proxy_destroy(proxy);
+    }
 }
 
 // NOLINTEND(cppcoreguidelines-pro-type-vararg)
@@ -126,22 +156,23 @@ Handler handler(Function function) {
 }  // namespace
 
 std::string_view managerName(Dialect dialect) noexcept {
-    return describe(dialect).manager().name;
+    return interfacesOf(dialect).manager.name;
 }
 
 // --- Offer -----------------------------------------------------------------------------------------------------------
 
-Offer::Offer(wl_proxy* proxy) : proxy_(proxy) {
+Offer::Offer(wl_proxy* proxy, Dialect dialect) : proxy_(proxy), dialect_(dialect) {
+    // In its first version the core protocol, too, has no other event.
     static const std::array kListener = {handler(&Offer::onType)};
     listen(proxy_, kListener, this);
 }
 
 Offer::~Offer() {
-    destroy(proxy_, kOfferDestroy);
+    destroy(proxy_, requestsOf(dialect_).offerDestroy);
 }
 
 void Offer::receive(const std::string& type, int descriptor) {
-    send(proxy_, kOfferReceive, type.c_str(), descriptor);
+    send(proxy_, requestsOf(dialect_).offerReceive, type.c_str(), descriptor);
 }
 
 void Offer::onType(void* self, wl_proxy* /*proxy*/, const char* type) {
@@ -150,9 +181,16 @@ void Offer::onType(void* self, wl_proxy* /*proxy*/, const char* type) {
 
 // --- Source ----------------------------------------------------------------------------------------------------------
 
-Source::Source(wl_proxy* proxy, Events events) : proxy_(proxy), events_(std::move(events)) {
+Source::Source(wl_proxy* proxy, Dialect dialect, Events events)
+    : proxy_(proxy), dialect_(dialect), events_(std::move(events)) {
     static const std::array kListener = {handler(&Source::onSend), handler(&Source::onCancelled)};
-    listen(proxy_, kListener, this);
+    static const std::array kCoreListener = {handler(&Source::onTarget), handler(&Source::onSend),
+                                             handler(&Source::onCancelled)};
+    if (dialect == Dialect::core) {
+        listen(proxy_, kCoreListener, this);
+    } else {
+        listen(proxy_, kListener, this);
+    }
 }
 
 Source::~Source() {
@@ -171,24 +209,42 @@ void Source::onCancelled(void* self, wl_proxy* /*proxy*/) {
     static_cast<Source*>(self)->events_.cancelled();
 }
 
+/// Nobody drags our text.
+void Source::onTarget(void* /*self*/, wl_proxy* /*proxy*/, const char* /*type*/) {}
+
 // --- Device ----------------------------------------------------------------------------------------------------------
 
-Device::Device(wl_proxy* proxy, Events events) : proxy_(proxy), events_(std::move(events)) {
+Device::Device(wl_proxy* proxy, Dialect dialect, Events events)
+    : proxy_(proxy), dialect_(dialect), events_(std::move(events)) {
     static const std::array kListener = {handler(&Device::onOffer), handler(&Device::onSelection),
                                          handler(&Device::onFinished), handler(&Device::onPrimarySelection)};
-    listen(proxy_, kListener, this);
+    static const std::array kCoreListener = {handler(&Device::onOffer),     handler(&Device::onDragEnter),
+                                             handler(&Device::onDragLeave), handler(&Device::onDragMotion),
+                                             handler(&Device::onDrop),      handler(&Device::onSelection)};
+    if (dialect == Dialect::core) {
+        listen(proxy_, kCoreListener, this);
+    } else {
+        listen(proxy_, kListener, this);
+    }
 }
 
 Device::~Device() {
-    destroy(proxy_, kDeviceDestroy);
+    destroy(proxy_, requestsOf(dialect_).deviceDestroy);
 }
 
-void Device::setSelection(const Source* source) {
-    send(proxy_, kDeviceSetSelection, source != nullptr ? source->proxy() : nullptr);
+void Device::setSelection(const Source* source, std::uint32_t serial) {
+    const std::uint32_t request = requestsOf(dialect_).deviceSetSelection;
+    wl_proxy* const content = source != nullptr ? source->proxy() : nullptr;
+    if (dialect_ == Dialect::core) {
+        send(proxy_, request, content, serial);
+    } else {
+        send(proxy_, request, content);
+    }
 }
 
 void Device::onOffer(void* self, wl_proxy* /*proxy*/, wl_proxy* offer) {
-    static_cast<Device*>(self)->announced_.push_back(std::make_shared<Offer>(offer));
+    auto* const device = static_cast<Device*>(self);
+    device->announced_.push_back(std::make_shared<Offer>(offer, device->dialect_));
 }
 
 void Device::onSelection(void* self, wl_proxy* /*proxy*/, wl_proxy* offer) {
@@ -205,6 +261,23 @@ void Device::onPrimarySelection(void* self, wl_proxy* /*proxy*/, wl_proxy* offer
     static_cast<Device*>(self)->take(offer);
 }
 
+/// What is dragged over the program's windows is kept for as long as it is there, and otherwise left alone.
+// NOLINTNEXTLINE(readability-function-size): the protocol has that many arguments
+void Device::onDragEnter(void* self, wl_proxy* /*proxy*/, std::uint32_t /*serial*/, wl_proxy* /*surface*/,
+                         wl_fixed_t /*x*/, wl_fixed_t /*y*/, wl_proxy* offer) {
+    auto* const device = static_cast<Device*>(self);
+    device->dragged_ = device->take(offer);
+}
+
+void Device::onDragLeave(void* self, wl_proxy* /*proxy*/) {
+    static_cast<Device*>(self)->dragged_.reset();
+}
+
+void Device::onDragMotion(void* /*self*/, wl_proxy* /*proxy*/, std::uint32_t /*time*/, wl_fixed_t /*x*/,
+                          wl_fixed_t /*y*/) {}
+
+void Device::onDrop(void* /*self*/, wl_proxy* /*proxy*/) {}
+
 /// The announced offer that this object of the protocol is; null where there is none.
 std::shared_ptr<Offer> Device::take(wl_proxy* offer) {
     const auto found = std::ranges::find(announced_, offer, [](const auto& each) { return each->proxy(); });
@@ -218,21 +291,21 @@ std::shared_ptr<Offer> Device::take(wl_proxy* offer) {
 
 Manager::Manager(wl_proxy* registry, std::uint32_t name, Dialect dialect)
     : dialect_(dialect),
-      proxy_(reinterpret_cast<wl_proxy*>(
-          wl_registry_bind(reinterpret_cast<wl_registry*>(registry), name, &describe(dialect).manager(), kVersion))) {}
+      proxy_(reinterpret_cast<wl_proxy*>(wl_registry_bind(reinterpret_cast<wl_registry*>(registry), name,
+                                                          &interfacesOf(dialect).manager, kVersion))) {}
 
 Manager::~Manager() {
-    destroy(proxy_, kManagerDestroy);
+    destroy(proxy_, requestsOf(dialect_).managerDestroy);
 }
 
 std::unique_ptr<Source> Manager::createSource(Source::Events events) {
-    wl_proxy* const source = create(proxy_, kManagerCreateSource, describe(dialect_).source());
-    return std::make_unique<Source>(source, std::move(events));
+    wl_proxy* const source = create(proxy_, kManagerCreateSource, interfacesOf(dialect_).source);
+    return std::make_unique<Source>(source, dialect_, std::move(events));
 }
 
 std::unique_ptr<Device> Manager::deviceOf(wl_proxy* seat, Device::Events events) {
-    wl_proxy* const device = create(proxy_, kManagerGetDevice, describe(dialect_).device(), seat);
-    return std::make_unique<Device>(device, std::move(events));
+    wl_proxy* const device = create(proxy_, kManagerGetDevice, interfacesOf(dialect_).device, seat);
+    return std::make_unique<Device>(device, dialect_, std::move(events));
 }
 
 }  // namespace ravlin::DataControl

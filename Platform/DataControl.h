@@ -9,14 +9,16 @@
 #include <string_view>
 #include <vector>
 
-/// The data-control protocol of Wayland, by which a program reaches the clipboard without the keyboard's focus. It goes
-/// by two names, "ext-data-control-v1" and, older, "zwlr_data_control_manager_v1", which mean the same messages.
+/// The protocols of Wayland by which a program reaches the clipboard. Data control needs no keyboard focus; it goes by
+/// two names, "ext-data-control-v1" and, older, "zwlr_data_control_manager_v1", which mean the same messages. Where a
+/// compositor does not offer it there is the core protocol, which tells the clipboard to the program whose window has
+/// the keyboard's focus, and lets it copy in answer to input.
 ///
 /// Every object asks the compositor for its own end when it is destroyed. None waits for anything: requests go out with
 /// the next flush of the connection, and events arrive while it dispatches.
 namespace ravlin::DataControl {
 
-enum class Dialect : std::uint8_t { ext, zwlr };
+enum class Dialect : std::uint8_t { ext, zwlr, core };
 
 /// The name of the global object by which a compositor offers the protocol.
 std::string_view managerName(Dialect dialect) noexcept;
@@ -29,7 +31,7 @@ struct ProxyDeleter {
 /// The content of the clipboard as a program offers it, in one or more types.
 class Offer {
 public:
-    explicit Offer(wl_proxy* proxy);
+    Offer(wl_proxy* proxy, Dialect dialect);
     Offer(const Offer&) = delete;
     Offer& operator=(const Offer&) = delete;
     Offer(Offer&&) = delete;
@@ -49,6 +51,7 @@ private:
     static void onType(void* self, wl_proxy* proxy, const char* type);
 
     wl_proxy* proxy_;
+    Dialect dialect_;
     std::vector<std::string> types_;
 };
 
@@ -60,7 +63,7 @@ public:
         std::function<void()> cancelled;                                  // somebody else has copied
     };
 
-    Source(wl_proxy* proxy, Events events);
+    Source(wl_proxy* proxy, Dialect dialect, Events events);
     Source(const Source&) = delete;
     Source& operator=(const Source&) = delete;
     Source(Source&&) = delete;
@@ -73,8 +76,10 @@ public:
 private:
     static void onSend(void* self, wl_proxy* proxy, const char* type, std::int32_t descriptor);
     static void onCancelled(void* self, wl_proxy* proxy);
+    static void onTarget(void* self, wl_proxy* proxy, const char* type);
 
     wl_proxy* proxy_;
+    Dialect dialect_;
     Events events_;
 };
 
@@ -86,26 +91,34 @@ public:
         std::function<void()> finished;                         // the seat has gone
     };
 
-    Device(wl_proxy* proxy, Events events);
+    Device(wl_proxy* proxy, Dialect dialect, Events events);
     Device(const Device&) = delete;
     Device& operator=(const Device&) = delete;
     Device(Device&&) = delete;
     Device& operator=(Device&&) = delete;
     ~Device();
 
-    /// Makes `source` the clipboard's content; null empties it.
-    void setSelection(const Source* source);
+    /// Makes `source` the clipboard's content; null empties it. The core protocol wants the serial number of the input
+    /// that this answers, and does nothing where other input, or another copy, has come since.
+    void setSelection(const Source* source, std::uint32_t serial = 0);
 
 private:
     static void onOffer(void* self, wl_proxy* proxy, wl_proxy* offer);
     static void onSelection(void* self, wl_proxy* proxy, wl_proxy* offer);
     static void onFinished(void* self, wl_proxy* proxy);
     static void onPrimarySelection(void* self, wl_proxy* proxy, wl_proxy* offer);
+    static void onDragEnter(void* self, wl_proxy* proxy, std::uint32_t serial, wl_proxy* surface, wl_fixed_t x,
+                            wl_fixed_t y, wl_proxy* offer);
+    static void onDragLeave(void* self, wl_proxy* proxy);
+    static void onDragMotion(void* self, wl_proxy* proxy, std::uint32_t time, wl_fixed_t x, wl_fixed_t y);
+    static void onDrop(void* self, wl_proxy* proxy);
     std::shared_ptr<Offer> take(wl_proxy* offer);
 
     wl_proxy* proxy_;
+    Dialect dialect_;
     Events events_;
     std::vector<std::shared_ptr<Offer>> announced_;  // of which nobody has said yet what they are
+    std::shared_ptr<Offer> dragged_;                 // over one of the program's windows
 };
 
 /// The compositor's end of the protocol.

@@ -24,26 +24,33 @@ using DataControl::Dialect;
 
 std::unique_ptr<WaylandPasteboard> WaylandPasteboard::open(const char* displayName, std::string& whyNot,
                                                            ReadLimits limits) {
-    std::unique_ptr<WaylandPasteboard> pasteboard(new WaylandPasteboard(limits));
-    return pasteboard->connect(displayName, whyNot) ? std::move(pasteboard) : nullptr;
+    std::unique_ptr<WaylandPasteboard> pasteboard(new WaylandPasteboard(/*isShared=*/false, limits));
+    pasteboard->connection_ = WaylandConnection::open(displayName, pasteboard->globals(), whyNot);
+    return pasteboard->connection_ && pasteboard->start(whyNot) ? std::move(pasteboard) : nullptr;
 }
 
-bool WaylandPasteboard::connect(const char* displayName, std::string& whyNot) {
+std::unique_ptr<WaylandPasteboard> WaylandPasteboard::openOn(wl_display* display, std::string& whyNot,
+                                                             ReadLimits limits) {
+    std::unique_ptr<WaylandPasteboard> pasteboard(new WaylandPasteboard(/*isShared=*/true, limits));
+    pasteboard->connection_ = WaylandConnection::share(display, pasteboard->globals());
+    return pasteboard->start(whyNot) ? std::move(pasteboard) : nullptr;
+}
+
+WaylandConnection::Globals WaylandPasteboard::globals() {
+    return {.appeared = [this](std::uint32_t name, std::string_view interface) { noteGlobal(name, interface); },
+            .removed = [this](std::uint32_t name) { noteRemoval(name); }};
+}
+
+bool WaylandPasteboard::start(std::string& whyNot) {
     surviveBrokenPipes();
-    connection_ = WaylandConnection::open(
-        displayName,
-        {.appeared = [this](std::uint32_t name, std::string_view interface) { noteGlobal(name, interface); },
-         .removed = [this](std::uint32_t name) { noteRemoval(name); }},
-        whyNot);
-    if (!connection_) return false;
     const bool isAnswering = connection_->synchronise();
     if (isAnswering && !bindManager()) {
-        whyNot = "the compositor offers no data control";
+        whyNot = isShared_ ? "the compositor offers no clipboard" : "the compositor offers no data control";
         return false;
     }
     // The content that is there already comes like a change.
     chooseSeat();
-    if (!isAnswering || !connection_->synchronise()) {
+    if (!isAnswering || !synchronise()) {
         whyNot = "the compositor does not answer in time";
         return false;
     }
@@ -53,8 +60,9 @@ bool WaylandPasteboard::connect(const char* displayName, std::string& whyNot) {
 
 void WaylandPasteboard::noteGlobal(std::uint32_t name, std::string_view interface) {
     if (interface == wl_seat_interface.name) seatNames_.push_back(name);
-    for (const Dialect each : {Dialect::ext, Dialect::zwlr}) {
-        if (interface == DataControl::managerName(each)) managerNames_.emplace_back(name, each);
+    for (const Dialect each : {Dialect::ext, Dialect::zwlr, Dialect::core}) {
+        const bool isWanted = isShared_ == (each == Dialect::core);
+        if (isWanted && interface == DataControl::managerName(each)) managerNames_.emplace_back(name, each);
     }
 }
 
@@ -80,13 +88,16 @@ bool WaylandPasteboard::chooseSeat() {
         .proxy = std::unique_ptr<wl_proxy, DataControl::ProxyDeleter>(seat),
         .device = manager_->deviceOf(
             seat, {.selection = [this](std::shared_ptr<DataControl::Offer> offer) { noteSelection(std::move(offer)); },
-                   .finished = [this] { isSeatFinished_ = true; }})};
+                   .finished = [this] { isSeatFinished_ = true; }}),
+        .input = isShared_ ? std::make_unique<WaylandInput>(reinterpret_cast<wl_seat*>(seat)) : nullptr};
     return true;
 }
 
 void WaylandPasteboard::noteSelection(std::shared_ptr<DataControl::Offer> offer) {
     ++changeCount_;
-    foreign_ = {.offer = std::move(offer)};
+    foreign_ = {.offer = std::move(offer), .isTold = true};
+    if (!own_ || own_->mark.empty()) return;
+    own_->isAccepted = foreign_.offer && std::ranges::count(foreign_.offer->types(), own_->mark) > 0;
 }
 
 // --- Operations ------------------------------------------------------------------------------------------------------
@@ -98,7 +109,7 @@ std::int64_t WaylandPasteboard::changeCount() {
 
 std::optional<std::string> WaylandPasteboard::string() {
     if (!catchUp()) return std::nullopt;
-    if (isOwner()) return *own_.text;  // asked through the compositor, we would wait for ourselves
+    if (isOwner()) return *own_->text;  // asked through the compositor, we would wait for ourselves
     foreign_.isSilent = false;
     const std::string* const name = offeredAs(Type::string);
     std::optional<std::string> bytes = name != nullptr ? read(*name) : std::nullopt;
@@ -125,15 +136,36 @@ void WaylandPasteboard::clearContents() {
 
 bool WaylandPasteboard::setString(std::string_view text) {
     isClearPending_ = false;
+    // The input that this answers may not have been handled here.
+    if (isShared_ && !(synchronise() && seat_ && seat_->input->hasFocus())) return false;
     if (!seat_) return false;
+    const std::uint32_t seatName = seat_->name;
+    std::unique_ptr<Own> before = std::exchange(own_, copyOf(text));
+    select(own_->source.get());
+    const bool isAnswered = synchronise();
+    if (isAnswered && isOwner()) return true;
+    // Where the compositor refused, our text of before, if it was there, still is.
+    if (isAnswered && seat_ && seat_->name == seatName) own_ = std::move(before);
+    return false;
+}
+
+std::unique_ptr<WaylandPasteboard::Own> WaylandPasteboard::copyOf(std::string_view text) {
     const auto content = std::make_shared<const std::string>(text);
-    auto source = manager_->createSource(
+    auto own = std::make_unique<Own>(Own{.source = nullptr, .text = content, .mark = "", .isAccepted = !isShared_});
+    own->source = manager_->createSource(
         {.send = [this, content](std::string_view type, int descriptor) { serve(type, descriptor, content); },
-         .cancelled = [this] { own_.text = nullptr; }});
-    for (const std::string& type : ClipboardTypes::servedTypes(text)) source->offer(type);
-    seat_->device->setSelection(source.get());
-    own_ = {.source = std::move(source), .text = content};
-    return synchronise() && isOwner();
+         .cancelled = [self = own.get()] { self->text = nullptr; }});
+    for (const std::string& type : ClipboardTypes::servedTypes(text)) own->source->offer(type);
+    if (isShared_) {
+        // The core protocol may refuse a copy and say nothing; that it took it shows when it offers it.
+        own->mark = "application/x-ravlin-" + std::to_string(getpid()) + "-" + std::to_string(++ownCount_);
+        own->source->offer(own->mark);
+    }
+    return own;
+}
+
+void WaylandPasteboard::select(const DataControl::Source* source) {
+    seat_->device->setSelection(source, seat_->input ? seat_->input->latestSerial() : 0);
 }
 
 void WaylandPasteboard::processEvents() {
@@ -146,38 +178,46 @@ void WaylandPasteboard::processEvents() {
     proceedWithTransfers();
 }
 
-/// Makes `changeCount_`, `foreign_` and `own_` those of now. False where the compositor does not answer.
+/// Makes `changeCount_`, `foreign_` and `own_` those of now. False where that cannot be known.
 bool WaylandPasteboard::catchUp() {
     if (isClearPending_) completeClear();
-    return synchronise();
+    if (!synchronise()) return false;
+    if (!hasAccess()) ++changeCount_;  // for all we know
+    return hasAccess();
+}
+
+/// Whether the compositor tells what is on the clipboard.
+bool WaylandPasteboard::hasAccess() const {
+    return !seat_ || !seat_->input || isOwner() || (seat_->input->hasFocus() && foreign_.isTold);
 }
 
 bool WaylandPasteboard::synchronise() {
     bool isAnswered = connection_->synchronise();
-    if (update()) isAnswered = connection_->synchronise();  // what is on the other seat comes like a change
+    while (update() && isAnswered) isAnswered = connection_->synchronise();
     if (!isAnswered) ++changeCount_;
     return isAnswered;
 }
 
 /// Draws the conclusions from events that could not be drawn while they were handled: what they came to must not be
-/// destroyed meanwhile. True where another seat has been chosen.
+/// destroyed meanwhile. True where there is more to be told: what is on another seat comes like a change.
 bool WaylandPasteboard::update() {
-    if (own_.text == nullptr) own_.source.reset();
+    if (own_ && !own_->text) own_.reset();
     if (isSeatFinished_) {
         isSeatFinished_ = false;
         ++changeCount_;
-        own_ = {};
+        own_.reset();
         foreign_ = {};
         if (seat_) std::erase(seatNames_, seat_->name);
         seat_.reset();
     }
-    return chooseSeat();
+    return chooseSeat() || (seat_ && seat_->input && seat_->input->takeNewDevice());
 }
 
 void WaylandPasteboard::completeClear() {
     isClearPending_ = false;
-    own_ = {};
-    if (seat_) seat_->device->setSelection(nullptr);
+    own_.reset();
+    // Without the focus only our own text can be taken away.
+    if (seat_ && hasAccess()) select(nullptr);
 }
 
 // --- Reading ---------------------------------------------------------------------------------------------------------
@@ -233,7 +273,7 @@ void WaylandPasteboard::proceedWithTransfers() {
 }
 
 void WaylandPasteboard::lingerIfOwner() {
-    if (!catchUp() || !(isOwner() || !transfers_.empty())) return;
+    if (isShared_ || !catchUp() || !(isOwner() || !transfers_.empty())) return;
     std::vector<int> kept = {connection_->socket(), connection_->watcher()};
     for (const PipeWriter& each : transfers_) kept.push_back(each.descriptor());
     switch (forkLingeringChild(kept)) {
@@ -246,6 +286,11 @@ void WaylandPasteboard::lingerIfOwner() {
     }
     serveToTheEnd();
     _exit(0);
+}
+
+void WaylandPasteboard::finishTransfers(WaylandConnection::TimePoint deadline) {
+    processEvents();
+    while (!transfers_.empty() && Clock::now() < deadline && connection_->waitFor(-1, deadline)) processEvents();
 }
 
 void WaylandPasteboard::serveToTheEnd() {

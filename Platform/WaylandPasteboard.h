@@ -5,6 +5,7 @@
 #include "Platform/ReadLimits.h"
 #include "Platform/SystemPasteboard.h"
 #include "Platform/WaylandConnection.h"
+#include "Platform/WaylandInput.h"
 
 #include <chrono>
 #include <cstdint>
@@ -18,21 +19,29 @@
 
 namespace ravlin {
 
-/// The clipboard of a Wayland compositor that offers data control, on a connection of its own: it needs neither a
-/// window nor the keyboard's focus.
+/// The clipboard of a Wayland compositor.
 ///
 /// The compositor tells every change of the clipboard, our own included, and answers in the order of what happened. So
 /// after any answer the events before it say how many changes there were: nothing is missed.
+///
+/// By data control that needs neither a window nor the keyboard's focus. Without it, the compositor tells nothing, and
+/// takes nothing, while no window of the program has the focus. What cannot be known then is not told, either: nothing
+/// is there to read, each look at the counter finds another number, and nothing is written. Only text of our own is
+/// known to be there for as long as nobody has copied.
 ///
 /// A clipboard belongs to a seat: this is that of the first one, and of the next when that goes.
 ///
 /// Once the connection is lost every operation returns at once with nothing or false.
 class WaylandPasteboard final : public SystemPasteboard {
 public:
-    /// Connects to `displayName` (null: to the one that WAYLAND_DISPLAY names). Null where that fails, with the reason
-    /// in `whyNot`, for example "the compositor offers no data control".
+    /// Connects to `displayName` (null: to the one that WAYLAND_DISPLAY names), to use its data control. Null where
+    /// that fails, with the reason in `whyNot`, for example "the compositor offers no data control".
     static std::unique_ptr<WaylandPasteboard> open(const char* displayName, std::string& whyNot,
                                                    ReadLimits limits = {});
+
+    /// Does without data control, on the connection of the program's windows, which must outlive this object and may
+    /// have other readers: see `WaylandConnection::share`. Null where that fails.
+    static std::unique_ptr<WaylandPasteboard> openOn(wl_display* display, std::string& whyNot, ReadLimits limits = {});
 
     /// Counts the changes since this object was made. A compositor that does not answer in time is assumed to have
     /// changed something.
@@ -48,12 +57,18 @@ public:
     /// place, so that nobody sees an empty clipboard in between, which clipboard managers hasten to fill.
     void clearContents() override;
 
-    /// False where there is no seat, where the compositor did not answer or somebody else was faster.
+    /// False where there is no seat, or no focus where it is needed, where the compositor did not answer or somebody
+    /// else was faster. What was on the clipboard stays there then.
     bool setString(std::string_view text) override;
 
     int fileDescriptor() const override { return connection_->fileDescriptor(); }
     void processEvents() override;
+
+    /// On the connection of the program's windows nothing lingers: it ends with them.
     void lingerIfOwner() override;
+
+    /// Goes on serving until everybody who has asked for our text has it, or until `deadline`.
+    void finishTransfers(WaylandConnection::TimePoint deadline);
 
     /// After this time without a step a reader is given up, as soon as anything else happens.
     static constexpr std::chrono::seconds kTransferLimit{30};
@@ -63,22 +78,27 @@ private:
         std::uint32_t name;
         std::unique_ptr<wl_proxy, DataControl::ProxyDeleter> proxy;
         std::unique_ptr<DataControl::Device> device;
+        std::unique_ptr<WaylandInput> input;  // null where no focus is needed
     };
 
     /// What another program has copied.
     struct Foreign {
         std::shared_ptr<DataControl::Offer> offer;
+        bool isTold = false;    // by the compositor, which may tell nothing before a window has the focus
         bool isSilent = false;  // did not write in time, or too much
     };
 
     /// What we have copied.
     struct Own {
         std::unique_ptr<DataControl::Source> source;
-        std::shared_ptr<const std::string> text;
+        std::shared_ptr<const std::string> text;  // null once somebody else has copied
+        std::string mark;                         // the type that tells it from every other copy, where that is needed
+        bool isAccepted = false;
     };
 
-    explicit WaylandPasteboard(ReadLimits limits) : limits_(limits) {}
-    bool connect(const char* displayName, std::string& whyNot);
+    WaylandPasteboard(bool isShared, ReadLimits limits) : isShared_(isShared), limits_(limits) {}
+    WaylandConnection::Globals globals();
+    bool start(std::string& whyNot);
     void noteGlobal(std::uint32_t name, std::string_view interface);
     void noteRemoval(std::uint32_t name);
     bool bindManager();
@@ -89,7 +109,10 @@ private:
     bool synchronise();
     bool update();
     void completeClear();
-    bool isOwner() const { return own_.text != nullptr; }
+    bool hasAccess() const;
+    bool isOwner() const { return own_ && own_->text && own_->isAccepted; }
+    std::unique_ptr<Own> copyOf(std::string_view text);
+    void select(const DataControl::Source* source);
     void serve(std::string_view type, int descriptor, const std::shared_ptr<const std::string>& text);
     void proceedWithTransfers();
     void serveToTheEnd();
@@ -97,6 +120,7 @@ private:
     const std::string* offeredAs(Type type) const;
     std::optional<std::string> read(const std::string& name);
 
+    bool isShared_;
     ReadLimits limits_;
     std::unique_ptr<WaylandConnection> connection_;
     std::vector<std::pair<std::uint32_t, DataControl::Dialect>> managerNames_;
@@ -105,8 +129,9 @@ private:
     std::optional<Seat> seat_;
     bool isSeatFinished_ = false;
     std::int64_t changeCount_ = 0;
+    int ownCount_ = 0;
     Foreign foreign_;
-    Own own_;
+    std::unique_ptr<Own> own_;
     std::list<PipeWriter> transfers_;
     bool isClearPending_ = false;
 };

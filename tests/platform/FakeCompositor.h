@@ -7,13 +7,20 @@
 
 namespace ravlin::tests {
 
-/// A compositor without a screen, in a process of its own, that has seats which come and go, and data control under its
-/// newer name, if at all. The clipboard of each new seat holds the text "text", which the compositor itself serves.
+/// A compositor without a screen, in a process of its own, that has seats which come and go, data control under its
+/// newer name, and the core protocol's clipboard. The clipboard of each new seat holds the text "text", which the
+/// compositor itself serves.
+///
+/// Every client that has a surface has the keyboard's focus, or none has. As real ones do, it takes a copy through the
+/// core protocol only with the focus, and with the serial number of input that is later than the last copy; others it
+/// drops, and tells nobody.
 class FakeCompositor {
 public:
     struct Plan {
         bool hasDataControl = true;
+        bool hasCoreClipboard = true;
         bool hasSeat = true;
+        bool hasKeyboard = true;
     };
     explicit FakeCompositor(Plan plan);
     FakeCompositor(const FakeCompositor&) = delete;
@@ -28,6 +35,14 @@ public:
     void addSeat() { command('+'); }
     void removeSeat() { command('-'); }  // the oldest
     void select() { command('p'); }      // as if somebody had selected "selected" on the oldest seat
+    void giveFocus() { command('f'); }   // of the keyboard of the oldest seat
+    void takeFocus() { command('u'); }
+    void pressKey() { command('k'); }
+    void addKeyboard() { command('K'); }
+    void removeKeyboard() { command('N'); }
+
+    void stop() { process_->stop(); }
+    void resume() { process_->resume(); }
 
 private:
     void command(char letter);

@@ -158,17 +158,6 @@ std::unique_ptr<WaylandPasteboard> openPasteboard(ReadLimits limits, const char*
     return pasteboard;
 }
 
-std::unique_ptr<SystemPasteboard> openBackEnd(ReadLimits limits) {
-    return openPasteboard(limits);
-}
-
-std::unique_ptr<ForeignProgram> copyElsewhere(const OwnerPlan& plan) {
-    return std::make_unique<ForeignSource>(plan);
-}
-
-const std::vector<std::string> kCopyingProgram = {"wl-copy", "--foreground"};
-const std::vector<std::string> kPastingProgram = {"wl-paste", "--no-newline"};
-
 ForeignSource::ForeignSource(const OwnerPlan& plan)
     : ForeignProgram([&plan](int commands, int replies) { SourceProgram(plan, commands, replies).run(); }) {}
 

@@ -1,0 +1,61 @@
+// The back end that needs the keyboard's focus, on a compositor where every window has it, and programs that use the
+// data control which that compositor offers besides.
+
+#include "tests/platform/FakeCompositor.h"
+#include "tests/platform/WaylandClients.h"
+#include "tests/platform/WaylandWindow.h"
+
+#include <cstdlib>
+#include <utility>
+
+namespace ravlin::tests {
+namespace {
+
+FakeCompositor& compositor() {
+    static FakeCompositor running({});
+    static const bool isReady = [] {
+        running.giveFocus();
+        return setenv("WAYLAND_DISPLAY", running.display().c_str(), 1) == 0;
+    }();
+    static_cast<void>(isReady);
+    return running;
+}
+
+/// A pasteboard with a window of its own, at which the user presses a key before each copy.
+class InUse final : public SystemPasteboard {
+public:
+    explicit InUse(ReadLimits limits)
+        : window_(compositor().display()), pasteboard_(openPasteboardOf(window_, limits)) {}
+
+    std::int64_t changeCount() override { return pasteboard_->changeCount(); }
+    std::optional<std::string> string() override { return pasteboard_->string(); }
+    std::optional<std::string> data(Type type) override { return pasteboard_->data(type); }
+    std::optional<std::size_t> itemCount() override { return pasteboard_->itemCount(); }
+    void clearContents() override { pasteboard_->clearContents(); }
+    bool setString(std::string_view text) override {
+        compositor().pressKey();
+        return pasteboard_->setString(text);
+    }
+    int fileDescriptor() const override { return pasteboard_->fileDescriptor(); }
+    void processEvents() override { pasteboard_->processEvents(); }
+    void lingerIfOwner() override { pasteboard_->lingerIfOwner(); }
+
+private:
+    WaylandWindow window_;
+    std::unique_ptr<WaylandPasteboard> pasteboard_;
+};
+
+}  // namespace
+
+std::unique_ptr<SystemPasteboard> openBackEnd(ReadLimits limits) {
+    return std::make_unique<InUse>(limits);
+}
+
+std::unique_ptr<ForeignProgram> copyElsewhere(const OwnerPlan& plan) {
+    return std::make_unique<ForeignSource>(plan);
+}
+
+const std::vector<std::string> kCopyingProgram = {CLIPBOARD_PROGRAM, "copy"};
+const std::vector<std::string> kPastingProgram = {CLIPBOARD_PROGRAM, "paste"};
+
+}  // namespace ravlin::tests

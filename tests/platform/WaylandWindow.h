@@ -1,0 +1,35 @@
+#pragma once
+
+#include "Platform/WaylandPasteboard.h"
+
+#include <wayland-client-protocol.h>
+
+#include <memory>
+#include <string>
+
+namespace ravlin::tests {
+
+/// A program's connection to a compositor, with a surface that can have the keyboard's focus. Nobody reads from it but
+/// those that share it.
+class WaylandWindow {
+public:
+    explicit WaylandWindow(const std::string& displayName);
+    WaylandWindow(const WaylandWindow&) = delete;
+    WaylandWindow& operator=(const WaylandWindow&) = delete;
+    WaylandWindow(WaylandWindow&&) = delete;
+    WaylandWindow& operator=(WaylandWindow&&) = delete;
+    ~WaylandWindow();
+
+    wl_display* display() const { return display_; }
+
+private:
+    wl_display* display_;
+    wl_registry* registry_;
+    wl_compositor* compositor_ = nullptr;
+    wl_surface* surface_ = nullptr;
+};
+
+/// The pasteboard of a window; the test fails where there is none.
+std::unique_ptr<WaylandPasteboard> openPasteboardOf(const WaylandWindow& window, ReadLimits limits = {});
+
+}  // namespace ravlin::tests
