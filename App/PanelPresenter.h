@@ -4,11 +4,13 @@
 #include <QObject>
 #include <QRect>
 #include <QString>
+#include <QTimer>
 
 #include <memory>
 
 namespace ravlin {
 
+class LayerShell;
 class MenuView;
 class UpdaterController;
 
@@ -45,11 +47,16 @@ private:
     bool wasClosedByThisClick();
     void openAt(const QRect& anchor, const QString& activationToken);
     void place();
+    void showInLayer();
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void leaveLayer();
 
     UpdaterController& updater_;
+    std::unique_ptr<LayerShell> layerShell_;  // where the compositor has one
     std::unique_ptr<MenuView> panel_;
     QRect anchor_;
     QElapsedTimer sinceDismissal_;
+    QTimer leaving_;
 };
 
 }  // namespace ravlin

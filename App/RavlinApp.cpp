@@ -1,6 +1,7 @@
 #include "App/RavlinApp.h"
 
 #include "Platform/LaunchFeedback.h"
+#include "Platform/LayerShell.h"
 
 #include <QApplication>
 #include <QLoggingCategory>
@@ -49,6 +50,7 @@ int RavlinApp::main(int argc, char** argv) {
         SingleInstance instance;
         if (instance.claim(launch) == SingleInstance::Role::second) return 0;
         describeApplication();
+        LayerShell::prepare();
         const QApplication application(argc, argv);
         RavlinApp ravlin(instance, launch);
         QApplication::exec();

@@ -1,5 +1,7 @@
 #include "Platform/DataControl.h"
 
+#include "Platform/WaylandRequests.h"
+
 #include <wayland-client-protocol.h>
 
 #include <algorithm>
@@ -9,6 +11,11 @@
 
 namespace ravlin::DataControl {
 namespace {
+
+using WaylandRequests::create;
+using WaylandRequests::handler;
+using WaylandRequests::listen;
+using WaylandRequests::send;
 
 // --- The messages ----------------------------------------------------------------------------------------------------
 
@@ -116,41 +123,13 @@ Interfaces interfacesOf(Dialect dialect) {
     return {wl_data_device_manager_interface, wl_data_device_interface, wl_data_source_interface};
 }
 
-// libwayland takes the arguments of a request, and the functions that handle events, in the untyped forms of C.
-// NOLINTBEGIN(cppcoreguidelines-pro-type-vararg)
-
-template <class... Arguments>
-void send(wl_proxy* proxy, std::uint32_t request, Arguments... arguments) {
-    wl_proxy_marshal_flags(proxy, request, nullptr, wl_proxy_get_version(proxy), 0, arguments...);
-}
-
-/// Sends a request that creates an object, for which its first argument stands.
-template <class... Arguments>
-wl_proxy* create(wl_proxy* proxy, std::uint32_t request, const wl_interface& interface, Arguments... arguments) {
-    return wl_proxy_marshal_flags(proxy, request, &interface, wl_proxy_get_version(proxy), 0, nullptr, arguments...);
-}
-
+/// An object whose protocol has no request for its end is destroyed on this side only.
 void destroy(wl_proxy* proxy, std::optional<std::uint32_t> request) {
     if (request) {
-        wl_proxy_marshal_flags(proxy, *request, nullptr, wl_proxy_get_version(proxy), WL_MARSHAL_FLAG_DESTROY);
+        WaylandRequests::destroy(proxy, *request);
     } else {
         wl_proxy_destroy(proxy);
     }
-}
-
-// NOLINTEND(cppcoreguidelines-pro-type-vararg)
-
-using Handler = void (*)();
-
-template <class Listener>
-void listen(wl_proxy* proxy, Listener& listener, void* self) {
-    // The table of functions is only read.
-    wl_proxy_add_listener(proxy, const_cast<Handler*>(listener.data()), self);
-}
-
-template <class Function>
-Handler handler(Function function) {
-    return reinterpret_cast<Handler>(function);
 }
 
 }  // namespace

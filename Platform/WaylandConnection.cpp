@@ -89,8 +89,8 @@ void WaylandConnection::listenToRegistry() {
     static constexpr wl_registry_listener kListener = {
         .global =
             [](void* self, wl_registry* /*registry*/, std::uint32_t name, const char* interface,
-               std::uint32_t /*version*/) {
-                static_cast<WaylandConnection*>(self)->globals_.appeared(name, interface);
+               std::uint32_t version) {
+                static_cast<WaylandConnection*>(self)->globals_.appeared(name, interface, version);
             },
         .global_remove = [](void* self, wl_registry* /*registry*/,
                             std::uint32_t name) { static_cast<WaylandConnection*>(self)->globals_.removed(name); }};

@@ -25,7 +25,7 @@ public:
     /// The compositor's global objects, as they come and go. To be told from the beginning, set them before the first
     /// `synchronise`.
     struct Globals {
-        std::function<void(std::uint32_t name, std::string_view interface)> appeared;
+        std::function<void(std::uint32_t name, std::string_view interface, std::uint32_t version)> appeared;
         std::function<void(std::uint32_t name)> removed;
     };
 

@@ -37,7 +37,8 @@ std::unique_ptr<WaylandPasteboard> WaylandPasteboard::openOn(wl_display* display
 }
 
 WaylandConnection::Globals WaylandPasteboard::globals() {
-    return {.appeared = [this](std::uint32_t name, std::string_view interface) { noteGlobal(name, interface); },
+    return {.appeared = [this](std::uint32_t name, std::string_view interface,
+                               std::uint32_t /*version*/) { noteGlobal(name, interface); },
             .removed = [this](std::uint32_t name) { noteRemoval(name); }};
 }
 

@@ -374,6 +374,22 @@ class Wayland(DesktopTest):
         wait_for_text("UPPERCASE — ready, paste with ⌘V  (5→5 chars)")
         self.assert_clipboard("HELLO")
 
+    def test_the_panel_is_at_the_top_right_and_has_the_keyboard_each_time(self):
+        background = desktop.wayland_pixel(5, 5)
+        corner, middle = (1150, 30), (640, 400)
+        self.enterContext(desktop.wayland_keyboard())
+        for search, result in (("upper", "HELLO"), ("lower", "hello")):
+            eventually(lambda: desktop.wayland_pixel(*corner) != background, "the panel is in the corner")
+            self.assertEqual(desktop.wayland_pixel(*middle), background)
+            self.copy("Hello")
+            desktop.search_for("")
+            desktop.type_text(search)
+            desktop.press_key("Return")
+            self.assert_clipboard(result)
+            desktop.press_key("Escape", "Escape")
+            eventually(lambda: desktop.wayland_pixel(*corner) == background, "the panel is closed")
+            desktop.activate_by_name()
+
     def test_large_texts_are_rewritten_byte_for_byte(self):
         text = "".join(f"line {number}\n" for number in range(100000))
         self.copy(text)

@@ -28,7 +28,7 @@ struct Globals {
 
     WaylandConnection::Globals noting() {
         return {.appeared =
-                    [this](std::uint32_t name, std::string_view interface) {
+                    [this](std::uint32_t name, std::string_view interface, std::uint32_t /*version*/) {
                         for (const auto each : {DataControl::Dialect::ext, DataControl::Dialect::zwlr}) {
                             if (interface == DataControl::managerName(each)) manager = {name, each};
                         }

@@ -17,6 +17,7 @@ from gi.repository import Atspi, Gio, GLib  # noqa: E402
 
 DEADLINE_SECONDS = 30  # far more than anything takes, because the machine may be busy
 PR_SET_CHILD_SUBREAPER = 36
+IS_WAYLAND = "WAYLAND_DISPLAY" in os.environ
 
 
 def eventually(condition, what, seconds=DEADLINE_SECONDS):
@@ -100,11 +101,28 @@ def click(x, y, button=1):
 
 
 def type_text(text):
-    subprocess.run(["xdotool", "type", "--delay", "5", text], check=True)
+    subprocess.run(["wtype", text] if IS_WAYLAND else ["xdotool", "type", "--delay", "5", text], check=True)
 
 
 def press_key(*names):
-    subprocess.run(["xdotool", "key", *names], check=True)
+    for name in names:
+        subprocess.run(["wtype", "-k", name] if IS_WAYLAND else ["xdotool", "key", name], check=True)
+
+
+@contextlib.contextmanager
+def wayland_keyboard():
+    """A keyboard that stays plugged in: without one a compositor gives nobody the focus."""
+    keyboard = subprocess.Popen(["wtype", "-s", "3600000", "x"])
+    try:
+        yield keyboard
+    finally:
+        end(keyboard)
+
+
+def wayland_pixel(x, y):
+    """The colour of one pixel of the screen: red, green, blue."""
+    picture = subprocess.run(["grim", "-t", "ppm", "-g", f"{x},{y} 1x1", "-"], capture_output=True, check=True).stdout
+    return tuple(picture[-3:])
 
 
 def has_keyboard(window):
@@ -149,7 +167,6 @@ def xembed_tray(edge="top"):
 # The clipboard, as other programs see it
 
 
-IS_WAYLAND = "WAYLAND_DISPLAY" in os.environ
 PASTING = ["wl-paste", "--no-newline"] if IS_WAYLAND else ["xclip", "-o", "-selection", "clipboard"]
 COPYING = ["wl-copy", "--foreground"] if IS_WAYLAND else ["xclip", "-i", "-quiet", "-selection", "clipboard"]
 
