@@ -90,6 +90,16 @@ class MainJob(DesktopTest):
         wait_for_text("UPPERCASE — ready, paste with ⌘V  (5→5 chars)")
         self.assert_clipboard("HELLO")
 
+    def test_assistive_technology_finds_what_is_written_down(self):
+        kept = pathlib.Path(__file__).with_name("panel_tree.txt").read_text()
+        self.copy("hello")
+        self.click_icon()
+        wait_for_panel()
+        desktop.type_text("json")
+        desktop.press_key("Return")
+        wait_for_text("JSON Pretty — ready, paste with ⌘V  (5→5 chars)")
+        self.assertEqual(desktop.accessible_tree(), kept)
+
     def test_a_row_can_be_clicked_and_the_panel_stays_for_the_next(self):
         self.copy("hello world")
         self.click_icon()
@@ -416,6 +426,65 @@ class Wayland(DesktopTest):
         self.copy("next")
         os.waitpid(lingering, 0)
         self.assertEqual(self.ravlin.output(), "clipboard: Wayland\n")
+
+
+class Waybar(DesktopTest):
+    """A tray of sway's world, whose icons do not tell where they are."""
+
+    ITEMS = ("org.kde.StatusNotifierWatcher", "/StatusNotifierWatcher", "org.freedesktop.DBus.Properties", "Get",
+             GLib.Variant("(ss)", ("org.kde.StatusNotifierWatcher", "RegisteredStatusNotifierItems")))
+    BAR, CORNER, MIDDLE = (200, 14), (1150, 60), (640, 400)
+
+    def setUp(self):
+        if not shutil.which("waybar"):
+            self.skipTest("waybar is not installed")
+        folder = pathlib.Path(os.environ["HOME"])
+        (folder / "waybar.json").write_text('{"height": 28, "modules-right": ["tray"], "tray": {"icon-size": 20}}')
+        (folder / "waybar.css").write_text("window { background: white; }")
+        self.background = desktop.wayland_pixel(*self.MIDDLE)
+        self.bar = self.start_bar()
+        self.ravlin = self.start(QT_QPA_PLATFORM="wayland")
+
+    def start_bar(self):
+        home = os.environ["HOME"]
+        bar = subprocess.Popen(["waybar", "-c", home + "/waybar.json", "-s", home + "/waybar.css"],
+                               stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self.addCleanup(desktop.end, bar)
+        eventually(lambda: desktop.wayland_pixel(*self.BAR) == (255, 255, 255), "the bar is shown")
+        return bar
+
+    def item(self):
+        return eventually(lambda: desktop.is_on_bus("org.kde.StatusNotifierWatcher") and desktop.call(*self.ITEMS)[0],
+                          "an item has registered")[0].split("/")[0]
+
+    def click(self):
+        desktop.call(self.item(), "/StatusNotifierItem", "org.kde.StatusNotifierItem", "Activate",
+                     GLib.Variant("(ii)", (8, 14)))
+
+    def wait_for_corner(self, is_open):
+        eventually(lambda: (desktop.wayland_pixel(*self.CORNER) != self.background) == is_open,
+                   f"the panel is {'open' if is_open else 'closed'}")
+
+    def test_the_icon_is_shown_and_the_panel_opens_below_the_bar_and_closes(self):
+        self.enterContext(desktop.wayland_keyboard())
+        self.item()
+        eventually(lambda: any(desktop.wayland_pixel(x, 14) != (255, 255, 255) for x in range(1240, 1280, 2)),
+                   "the icon is in the bar")
+        for _ in range(2):
+            self.click()
+            self.wait_for_corner(is_open=True)
+            self.assertEqual(desktop.wayland_pixel(*self.BAR), (255, 255, 255))
+            self.assertEqual(desktop.wayland_pixel(*self.MIDDLE), self.background)
+            self.click()
+            self.wait_for_corner(is_open=False)
+
+    def test_the_icon_is_there_again_when_the_bar_restarts(self):
+        self.item()
+        desktop.end(self.bar)
+        eventually(lambda: not desktop.is_on_bus("org.kde.StatusNotifierWatcher"), "the bar has gone")
+        self.start_bar()
+        self.click()
+        self.wait_for_corner(is_open=True)
 
 
 class SecondStart(DesktopTest):

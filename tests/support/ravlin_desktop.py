@@ -286,6 +286,23 @@ def find_accessible(matches):
     return None
 
 
+def accessible_tree():
+    """What assistive technology finds in the program's windows: a line each, with role, name and description."""
+    lines = []
+
+    def add(accessible, depth):
+        for index in range(accessible.get_child_count()):
+            child = accessible.get_child_at_index(index)
+            if child is None or not child.get_state_set().contains(Atspi.StateType.SHOWING):
+                continue
+            parts = [child.get_role_name(), child.get_name(), child.get_description()]
+            lines.append("    " * depth + " | ".join(part for part in parts if part))
+            add(child, depth + 1)
+
+    add(accessible_application(), 0)
+    return "\n".join(lines) + "\n"
+
+
 def button(name):
     """The button with this name, once it can be seen."""
     return eventually(lambda: find_accessible(lambda each: each.get_role() == Atspi.Role.PUSH_BUTTON
