@@ -213,6 +213,25 @@ private:
     QElapsedTimer clock_;
 };
 
+int measureScrolling() {
+    Stage stage;
+    stage.panel.show();
+    QApplication::processEvents();
+    QScrollBar& bar = *stage.panel.findChild<QScrollArea*>()->verticalScrollBar();
+    std::vector<double> frames;
+    constexpr int kStep = 40;
+    for (int position = 0; position < bar.maximum(); position += kStep) {
+        QElapsedTimer clock;
+        clock.start();
+        bar.setValue(position);
+        QApplication::processEvents();
+        frames.push_back(static_cast<double>(clock.nsecsElapsed()) / 1e6);
+    }
+    std::sort(frames.begin(), frames.end());
+    qInfo("%zu frames: median %.2f ms, slowest %.2f ms", frames.size(), frames[frames.size() / 2], frames.back());
+    return 0;
+}
+
 int showPanel() {
     FrameClock clock;
     Stage stage;
@@ -243,7 +262,8 @@ int main(int argc, char** argv) {
     const QCommandLineOption show(QStringLiteral("show"), QStringLiteral("show the panel on the desktop"));
     const QCommandLineOption compare(QStringLiteral("compare"), QStringLiteral("compare with the pictures there"),
                                      QStringLiteral("kept"));
-    parser.addOptions({dark, scale, points, show, compare});
+    const QCommandLineOption scroll(QStringLiteral("scroll"), QStringLiteral("measure scrolling"));
+    parser.addOptions({dark, scale, points, show, compare, scroll});
     parser.addPositionalArgument(QStringLiteral("folder"), QStringLiteral("where the pictures go"));
     parser.addHelpOption();
     parser.process(application);
@@ -255,6 +275,7 @@ int main(int argc, char** argv) {
     QApplication::setFont(font);
     QApplication::setPalette(parser.isSet(dark) ? ravlin::tests::darkPalette() : ravlin::tests::lightPalette());
     if (isShown) return showPanel();
+    if (parser.isSet(scroll)) return measureScrolling();
 
     if (parser.positionalArguments().size() != 1) parser.showHelp(2);
     const QDir folder(parser.positionalArguments().constFirst());
