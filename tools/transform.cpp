@@ -1,4 +1,5 @@
 // transform IDENTIFIER < in > out: runs one transform from standard input to standard output.
+// transform --table: writes the catalogue as the table that stands in README.md.
 
 #include "Engine/TextTransform.h"
 
@@ -7,6 +8,7 @@
 #include <exception>
 #include <iostream>
 #include <string>
+#include <string_view>
 
 namespace {
 
@@ -18,14 +20,24 @@ std::string readAll(std::FILE* file) {
     return text;
 }
 
+int writeTable() {
+    for (const ravlin::TransformCategory category : ravlin::TransformCategory::allCases()) {
+        std::cout << "\n| " << category.title() << " | |\n|---|---|\n";
+        for (const ravlin::TextTransform each : ravlin::TextTransform::allCases())
+            if (each.category() == category) std::cout << "| " << each.title() << " | " << each.subtitle() << " |\n";
+    }
+    return std::cout.flush() ? 0 : 1;
+}
+
 int usage() {
-    std::cerr << "usage: transform IDENTIFIER < in > out\nIdentifiers:";
+    std::cerr << "usage: transform IDENTIFIER < in > out\n       transform --table\nIdentifiers:";
     for (const ravlin::TextTransform each : ravlin::TextTransform::allCases()) std::cerr << ' ' << each.rawValue();
     std::cerr << '\n';
     return 2;
 }
 
 int run(int argc, char** argv) {
+    if (argc == 2 && argv[1] == std::string_view("--table")) return writeTable();
     const auto transform = argc == 2 ? ravlin::TextTransform::fromRawValue(argv[1]) : std::nullopt;
     if (!transform) return usage();
     const std::string result = transform->apply(readAll(stdin));
