@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QUrl>
+
+namespace ravlin::Address {
+
+/// Whether something may be fetched from `url`: over https, or over http from this very machine, which is for tests.
+/// An address with a user name or a password never may.
+bool isSafe(const QUrl& url);
+
+/// Whether a server at `from` may send the program on to `to`: only to a safe address, and never from https to http.
+bool isSafeRedirect(const QUrl& from, const QUrl& to);
+
+}  // namespace ravlin::Address
