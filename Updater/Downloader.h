@@ -1,0 +1,72 @@
+#pragma once
+
+#include <QByteArray>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QObject>
+#include <QString>
+#include <QTimer>
+#include <QUrl>
+
+#include <chrono>
+
+namespace ravlin {
+
+/// How much of a server's answer is taken, and for how long it is waited for.
+struct DownloadLimits {
+    qint64 byteSize = 0;
+    std::chrono::milliseconds idle = std::chrono::seconds(30);  // without a byte
+    std::chrono::milliseconds total = std::chrono::seconds(60);
+};
+
+/// Fetches one thing at a time into memory, from safe addresses only, also where a server sends it on to another. It
+/// tells the server nothing of the user: no cookies, no language, no compression, and "Ravlin/1.0.0" as its name.
+class Downloader final : public QObject {
+    Q_OBJECT
+
+public:
+    /// `version` is told to servers.
+    explicit Downloader(const QString& version, QObject* parent = nullptr);
+    Downloader(const Downloader&) = delete;
+    Downloader& operator=(const Downloader&) = delete;
+    Downloader(Downloader&&) = delete;
+    Downloader& operator=(Downloader&&) = delete;
+    ~Downloader() override;
+
+    /// Fetches what is at `url`. Either `finished` or `failed` follows, later; what was being fetched is given up.
+    void start(const QUrl& url, const DownloadLimits& limits);
+
+    /// Gives up. Nothing is emitted any more.
+    void cancel();
+
+Q_SIGNALS:
+    void progressed(qint64 receivedBytes);
+
+    /// All of it is there. An answer that is not plainly "200 OK", or larger than the limit, fails.
+    void finished(const QByteArray& body);
+
+    /// Why it failed, in words for developers.
+    void failed(const QString& cause);
+
+private:
+    static constexpr int kMaxRedirects = 5;
+
+    QNetworkRequest requestFor(const QUrl& url) const;
+    void request(const QUrl& url);
+    void followRedirect(const QUrl& location);
+    void dropReply();
+    void read();
+    void finish();
+    void fail(const QString& cause);
+
+    QByteArray userAgent_;
+    QNetworkAccessManager network_;
+    QNetworkReply* reply_ = nullptr;
+    QUrl address_;  // where the answer comes from, after redirects
+    DownloadLimits limits_;
+    int redirects_ = 0;
+    QByteArray body_;
+    QTimer deadline_;
+};
+
+}  // namespace ravlin
