@@ -2,6 +2,7 @@
 
 #include "Platform/LaunchFeedback.h"
 #include "Platform/LayerShell.h"
+#include "Updater/SingleFileInstaller.h"
 
 #include <QApplication>
 #include <QLoggingCategory>
@@ -46,6 +47,7 @@ int RavlinApp::main(int argc, char** argv) {
     giveLargeMemoryBack();
     const Launch launch = Launch::fromEnvironment();
     std::unique_ptr<SystemPasteboard> pasteboard;
+    QString successor;
     {
         SingleInstance instance;
         if (instance.claim(launch) == SingleInstance::Role::second) return 0;
@@ -55,8 +57,11 @@ int RavlinApp::main(int argc, char** argv) {
         RavlinApp ravlin(instance, launch);
         QApplication::exec();
         pasteboard = ravlin.releasePasteboard();
+        successor = ravlin.successor();
     }
     if (pasteboard != nullptr) pasteboard->lingerIfOwner();
+    // By now the display, the tray and the program's name are free for it.
+    if (!successor.isEmpty()) SingleFileInstaller::relaunch(successor);
     return 0;
 }
 
@@ -65,6 +70,10 @@ RavlinApp::RavlinApp(SingleInstance& instance, const Launch& launch) : statusIte
     connect(&updater_, &UpdaterController::canCheckForUpdatesChanged, this,
             [this] { statusItem_.setCanCheckForUpdates(updater_.canCheckForUpdates()); });
     statusItem_.setCanCheckForUpdates(updater_.canCheckForUpdates());
+    connect(&updater_, &UpdaterController::relaunchRequested, this, [this](const QString& file) {
+        successor_ = file;
+        quit();
+    });
     connect(&panel_, &PanelPresenter::opening, &clipboard_, &SystemClipboard::ensureOpen);
     connect(&panel_, &PanelPresenter::quitRequested, this, &RavlinApp::quit);
     connect(&quitSignals_, &QuitSignals::received, this, &RavlinApp::quit);

@@ -30,6 +30,9 @@ public:
     /// Takes the clipboard away, for what the program does last.
     std::unique_ptr<SystemPasteboard> releasePasteboard() { return clipboard_.release(); }
 
+    /// The file that is to be started in this program's stead; empty unless an update has put a new one in place.
+    const QString& successor() const { return successor_; }
+
 private:
     void connectStatusItem();
     void waitForTray(const Launch& launch);
@@ -43,6 +46,7 @@ private:
     PanelPresenter panel_{updater_};
     QuitSignals quitSignals_;
     QTimer trayDeadline_;
+    QString successor_;
 };
 
 }  // namespace ravlin

@@ -48,8 +48,7 @@ void Downloader::start(const QUrl& url, const DownloadLimits& limits) {
     // The idle limit starts anew with each byte, so that a drip needs another one.
     deadline_.start(limits.total);
     if (!Address::isSafe(url)) {
-        QMetaObject::invokeMethod(
-            &deadline_, [this] { fail(QStringLiteral("its address is not safe")); }, Qt::QueuedConnection);
+        QTimer::singleShot(0, &deadline_, [this] { fail(QStringLiteral("its address is not safe")); });
         return;
     }
     request(url);

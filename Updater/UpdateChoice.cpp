@@ -3,6 +3,8 @@
 #include "Updater/Address.h"
 
 #include <algorithm>
+#include <functional>
+#include <vector>
 
 namespace ravlin {
 namespace {
@@ -40,24 +42,32 @@ bool isWanted(const FeedItem& item, const UpdateCircumstances& circumstances) {
     return circumstances.isAskedForByUser || !isSkipped;
 }
 
+bool runsOn(const FeedItem& item, const Version& system) {
+    return !item.minimumSystem || *item.minimumSystem <= system;
+}
+
+/// The newer releases that can be installed or read about, the newest first.
+std::vector<ChosenUpdate> candidates(const Feed& feed, const UpdateCircumstances& circumstances) {
+    std::vector<ChosenUpdate> found;
+    for (const FeedItem& item : feed.items) {
+        ChosenUpdate update = {.item = item, .enclosure = enclosureFor(item, circumstances.architecture)};
+        const bool isUsable = update.enclosure || hasUsableLink(item);
+        if (isUsable && isWanted(item, circumstances)) found.push_back(std::move(update));
+    }
+    std::ranges::stable_sort(found, std::ranges::greater(), [](const ChosenUpdate& each) { return each.item.version; });
+    return found;
+}
+
 }  // namespace
 
 UpdateChoice chooseUpdate(const Feed& feed, const UpdateCircumstances& circumstances) {
     if (const auto objection = objectionTo(feed, circumstances)) return *objection;
-    std::optional<ChosenUpdate> best;
-    const FeedItem* tooNew = nullptr;
-    for (const FeedItem& item : feed.items) {
-        std::optional<Enclosure> enclosure = enclosureFor(item, circumstances.architecture);
-        if (!isWanted(item, circumstances) || (!enclosure && !hasUsableLink(item))) continue;
-        if (item.minimumSystem && *item.minimumSystem > circumstances.system) {
-            if (tooNew == nullptr || item.version > tooNew->version) tooNew = &item;
-        } else if (!best || item.version > best->item.version) {
-            best = ChosenUpdate{.item = item, .enclosure = std::move(enclosure)};
-        }
-    }
-    if (best) return *best;
-    if (tooNew != nullptr) return NeedsNewerSystem{tooNew->displayVersion};
-    return NothingNewer{};
+    const std::vector<ChosenUpdate> newer = candidates(feed, circumstances);
+    if (newer.empty()) return NothingNewer{};
+    const auto best =
+        std::ranges::find_if(newer, [&](const ChosenUpdate& each) { return runsOn(each.item, circumstances.system); });
+    if (best == newer.end()) return NeedsNewerSystem{newer.front().item.displayVersion};
+    return *best;
 }
 
 }  // namespace ravlin

@@ -4,6 +4,8 @@
 #include <QUrl>
 
 #include <cstdint>
+#include <functional>
+#include <optional>
 
 namespace ravlin {
 
@@ -13,7 +15,8 @@ struct FoundUpdate {
     QString currentVersion;
     QString notes;  // empty where there are none
     bool notesAreMarkdown = false;
-    bool isCritical = false;     // cannot be skipped
+    bool isCritical = false;
+    bool canBeSkipped = true;
     bool canBeInstalled = true;  // else `link` tells more about it
     QUrl link;
 };
@@ -42,8 +45,13 @@ struct UpdateFailure {
 
 /// The update component's only way to the user: every window it shows goes through here. Views/UpdateWindows implements
 /// it; tests have a recorder.
+///
+/// There is one window at a time: whatever is shown takes the place of what was shown before. An answer is given once,
+/// later, and not after the window has been replaced or dismissed.
 class UserDriver {
 public:
+    using Reply = std::function<void()>;
+
     UserDriver() = default;
     UserDriver(const UserDriver&) = delete;
     UserDriver& operator=(const UserDriver&) = delete;
@@ -51,9 +59,42 @@ public:
     UserDriver& operator=(UserDriver&&) = delete;
     virtual ~UserDriver() = default;
 
-    /// Tells that this copy is updated by the system's own software updater. Called again while the window is open, the
-    /// window comes to the front.
-    virtual void showUpdatesComeWithSystem() = 0;
+    /// Asks whether Ravlin should look for updates by itself. Closing the window answers nothing at all.
+    virtual void askForPermission(std::function<void(std::optional<bool> isAutomatic)> answer) = 0;
+
+    /// Tells that the check the user asked for runs.
+    virtual void showChecking(Reply cancel) = 0;
+
+    /// Offers an update. It does not take the keyboard away from the user unless `wasAskedFor`.
+    virtual void showFound(const FoundUpdate& update, bool wasAskedFor, std::function<void(UpdateAnswer)> answer) = 0;
+
+    /// Tells that the update is fetched.
+    virtual void showDownloading(Reply cancel) = 0;
+
+    /// How much of the update has come, in bytes. `totalBytes` of 0 means that nobody knows.
+    virtual void showProgress(qint64 receivedBytes, qint64 totalBytes) = 0;
+
+    /// Tells that the update is put in place, which cannot be cancelled.
+    virtual void showInstalling() = 0;
+
+    /// Tells that there is nothing newer than `currentVersion`.
+    virtual void showUpToDate(const QString& currentVersion) = 0;
+
+    /// Tells that there is a newer version, which this system is too old for.
+    virtual void showSystemTooOld(const QString& newVersion) = 0;
+
+    /// Tells that this copy is updated by the system's own software updater; `provider` is where it comes from, for
+    /// example "Debian", or empty. Called again while the window is open, the window comes to the front.
+    virtual void showUpdatesComeWithSystem(const QString& provider) = 0;
+
+    /// Tells that it went wrong.
+    virtual void showFailure(const UpdateFailure& failure) = 0;
+
+    /// Brings the window that waits for the user to the front.
+    virtual void bringToFront() = 0;
+
+    /// Closes what is open.
+    virtual void dismiss() = 0;
 };
 
 }  // namespace ravlin

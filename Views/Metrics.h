@@ -48,5 +48,6 @@ inline constexpr int kNoticePadding = 20;
 inline constexpr int kNoticeSpacing = 16;
 inline constexpr int kNoticeIconSize = 56;
 inline constexpr int kNoticeTextWidth = 340;
+inline constexpr int kNotesHeight = 160;
 
 }  // namespace ravlin::Metrics

@@ -2,8 +2,11 @@
 
 namespace ravlin {
 
-UpdaterController::UpdaterController(UserDriver& userDriver, QObject* parent)
-    : QObject(parent), userDriver_(userDriver) {}
+struct UpdaterController::Component {};
+
+UpdaterController::UpdaterController(UserDriver& /*userDriver*/, QObject* parent) : QObject(parent) {}
+
+UpdaterController::~UpdaterController() = default;
 
 bool UpdaterController::canCheckForUpdates() const {
     return tests::FakeUpdater::canCheck;

@@ -21,7 +21,19 @@ struct FakeUpdater {
 /// A user driver that shows nothing.
 class SilentUserDriver final : public UserDriver {
 public:
-    void showUpdatesComeWithSystem() override {}
+    void askForPermission(std::function<void(std::optional<bool>)> /*answer*/) override {}
+    void showChecking(Reply /*cancel*/) override {}
+    void showFound(const FoundUpdate& /*update*/, bool /*wasAskedFor*/,
+                   std::function<void(UpdateAnswer)> /*answer*/) override {}
+    void showDownloading(Reply /*cancel*/) override {}
+    void showProgress(qint64 /*receivedBytes*/, qint64 /*totalBytes*/) override {}
+    void showInstalling() override {}
+    void showUpToDate(const QString& /*currentVersion*/) override {}
+    void showSystemTooOld(const QString& /*newVersion*/) override {}
+    void showUpdatesComeWithSystem(const QString& /*provider*/) override {}
+    void showFailure(const UpdateFailure& /*failure*/) override {}
+    void bringToFront() override {}
+    void dismiss() override {}
 };
 
 }  // namespace ravlin::tests

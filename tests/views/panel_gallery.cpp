@@ -122,7 +122,7 @@ const std::vector<State>& states() {
 
 using Show = std::function<void(const char* name, const QImage& picture)>;
 
-void drawAll(const Show& show) {
+void drawPanel(const Show& show) {
     for (const State& state : states()) {
         FakeUpdater::reset();
         Stage stage;
@@ -134,11 +134,87 @@ void drawAll(const Show& show) {
         QApplication::processEvents();
         show(state.name, stage.panel.grab().toImage());
     }
-    ravlin::UpdateWindows windows;
-    windows.showUpdatesComeWithSystem();
-    QApplication::processEvents();
-    for (QWidget* const window : QApplication::topLevelWidgets())
-        if (window->isVisible()) show("software-update", window->grab().toImage());
+}
+
+struct WindowState {
+    const char* name;
+    std::function<void(ravlin::UpdateWindows&)> show;
+};
+
+const std::vector<WindowState>& windowStates() {
+    using ravlin::FoundUpdate;
+    using ravlin::UpdateError;
+    using ravlin::UpdateWindows;
+    static const FoundUpdate update = {
+        .version = QStringLiteral("1.1.0"),
+        .currentVersion = QStringLiteral("1.0.0"),
+        .notes = QStringLiteral(
+            "## What is new\n\n* Search finds **arrows** as well\n* A [new page](https://ravlin.example/)"
+            "\n\n`code` and a rule:\n\n---\n\nThe end."),
+        .notesAreMarkdown = true,
+        .link = QUrl(QStringLiteral("https://ravlin.example/"))};
+    const auto offer = [](UpdateWindows& windows, const FoundUpdate& found) {
+        windows.showFound(found, /*wasAskedFor=*/true, [](ravlin::UpdateAnswer) {});
+    };
+    static const std::vector<WindowState> all = {
+        {"update-asking", [](UpdateWindows& windows) { windows.askForPermission([](auto) {}); }},
+        {"checking",
+         [](UpdateWindows& windows) {
+             windows.showChecking([] {});
+             QTest::qWait(500);  // until it is worth showing
+         }},
+        {"downloading",
+         [](UpdateWindows& windows) {
+             windows.showDownloading([] {});
+             windows.showProgress(1'200'000, 3'400'000);
+         }},
+        {"installing",
+         [](UpdateWindows& windows) {
+             windows.showDownloading([] {});
+             windows.showInstalling();
+         }},
+        {"update-found", [offer](UpdateWindows& windows) { offer(windows, update); }},
+        {"found-critical",
+         [offer](UpdateWindows& windows) {
+             FoundUpdate important = update;
+             important.isCritical = true;
+             important.canBeSkipped = false;
+             offer(windows, important);
+         }},
+        {"found-link",
+         [offer](UpdateWindows& windows) {
+             FoundUpdate elsewhere = update;
+             elsewhere.canBeInstalled = false;
+             elsewhere.notes.clear();
+             offer(windows, elsewhere);
+         }},
+        {"update-up-to-date", [](UpdateWindows& windows) { windows.showUpToDate(QStringLiteral("1.1.0")); }},
+        {"update-too-old", [](UpdateWindows& windows) { windows.showSystemTooOld(QStringLiteral("1.1.0")); }},
+        {"update-system", [](UpdateWindows& windows) { windows.showUpdatesComeWithSystem(QStringLiteral("Debian")); }},
+        {"error",
+         [](UpdateWindows& windows) { windows.showFailure({.error = UpdateError::signatureIsWrong, .detail = {}}); }},
+        {"not-here",
+         [](UpdateWindows& windows) {
+             windows.showFailure({.error = UpdateError::mayNotReplace,
+                                  .detail = QStringLiteral("/opt/applications/Ravlin-1.0.0-x86_64.AppImage")});
+         }},
+    };
+    return all;
+}
+
+void drawUpdateWindows(const Show& show) {
+    for (const WindowState& state : windowStates()) {
+        ravlin::UpdateWindows windows;
+        state.show(windows);
+        QApplication::processEvents();
+        for (QWidget* const window : QApplication::topLevelWidgets())
+            if (window->isVisible()) show(state.name, window->grab().toImage());
+    }
+}
+
+void drawAll(const Show& show) {
+    drawPanel(show);
+    drawUpdateWindows(show);
 }
 
 QString fileName(const char* name) {

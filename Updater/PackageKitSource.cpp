@@ -1,0 +1,97 @@
+#include "Updater/PackageKitSource.h"
+
+#include <QDBusConnection>
+#include <QStringList>
+#include <QTimer>
+
+#include <algorithm>
+
+namespace ravlin {
+namespace {
+
+using Error = PackageKitTransaction::Error;
+
+// PackageKit's bits.
+constexpr qulonglong kNoFilter = 1U << 1U;
+constexpr qulonglong kInstalledOnly = 1U << 2U;
+constexpr qulonglong kTrustedOnly = 1U << 1U;  // of what may be installed
+
+constexpr QLatin1Char kSeparator(';');  // in identifiers
+
+UpdateFailure failureOf(const PackageKitTransaction::Result& result) {
+    if (result.error == Error::noNetwork || result.error == Error::downloadFailed)
+        return {.error = UpdateError::notDownloaded, .detail = {}};
+    const bool isRefused = result.error == Error::notAuthorized;
+    return {.error = UpdateError::notInstalled,
+            .detail = isRefused ? QStringLiteral("it was not authorized") : result.detail};
+}
+
+}  // namespace
+
+PackageKitSource::PackageKitSource(const Copy& copy) : copy_(copy) {}
+
+bool PackageKitSource::isOwn(const QString& identifier) const {
+    return identifier.section(kSeparator, 0, 0) == copy_.package;
+}
+
+void PackageKitSource::run(const char* method, const QVariantList& arguments, Handler handler) {
+    // The one before may be the very one that has just ended.
+    if (transaction_ != nullptr) transaction_.release()->deleteLater();
+    transaction_ = std::make_unique<PackageKitTransaction>(QDBusConnection::systemBus());
+    connect(transaction_.get(), &PackageKitTransaction::finished, this, handler);
+    connect(transaction_.get(), &PackageKitTransaction::installing, this, &UpdateSource::installing);
+    transaction_->run(QString::fromLatin1(method), arguments);
+}
+
+void PackageKitSource::check(bool /*isAskedForByUser*/) {
+    update_.clear();
+    run("GetUpdates", {kNoFilter}, &PackageKitSource::handleUpdates);
+}
+
+void PackageKitSource::handleUpdates(const Result& result) {
+    const auto own = std::ranges::find_if(result.packages, [this](const QString& each) { return isOwn(each); });
+    if (!result.hasWorked) {
+        Q_EMIT checked(resultWithoutPackage(result));
+    } else if (own == result.packages.end()) {
+        run("Resolve", {kInstalledOnly, QStringList(copy_.package)}, &PackageKitSource::handleInstalled);
+    } else {
+        update_ = *own;
+        Q_EMIT checked(FoundUpdate{.version = own->section(kSeparator, 1, 1),
+                                   .currentVersion = copy_.version,
+                                   .notes = {},
+                                   .canBeSkipped = false,
+                                   .link = {}});
+    }
+}
+
+/// A copy that did not come as a package has no update, but is not up to date either.
+void PackageKitSource::handleInstalled(const Result& result) {
+    const bool isPackage =
+        result.hasWorked && std::ranges::any_of(result.packages, [this](const QString& each) { return isOwn(each); });
+    Q_EMIT checked(isPackage ? CheckResult(UpToDate{}) : CheckResult(ComesWithSystem{copy_.provider}));
+}
+
+CheckResult PackageKitSource::resultWithoutPackage(const Result& result) const {
+    if (!result.isPresent || result.error == Error::notSupported) return ComesWithSystem{copy_.provider};
+    return UpdateFailure{.error = UpdateError::notFetched, .detail = {}};
+}
+
+void PackageKitSource::install() {
+    run("UpdatePackages", {kTrustedOnly, QStringList(update_)}, &PackageKitSource::handleUpdated);
+}
+
+void PackageKitSource::handleUpdated(const Result& result) {
+    if (result.hasWorked) {
+        Q_EMIT installed(copy_.executable);
+    } else {
+        Q_EMIT failed(failureOf(result));
+    }
+}
+
+void PackageKitSource::cancel() {
+    if (transaction_ == nullptr) return;
+    transaction_->disconnect(this);
+    transaction_->cancel();
+}
+
+}  // namespace ravlin

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "Updater/PackageKitTransaction.h"
+#include "Updater/UpdateSource.h"
+
+#include <QString>
+
+#include <chrono>
+#include <memory>
+
+namespace ravlin {
+
+/// Updates of a copy that the system's package manager has installed. PackageKit is asked where it is there and knows
+/// the package; it verifies, asks for the right to install, and installs. There is no other way: without it the user is
+/// told who updates this copy.
+class PackageKitSource final : public UpdateSource {
+    Q_OBJECT
+
+public:
+    struct Copy {
+        QString package;     // "ravlin"
+        QString version;     // that runs
+        QString executable;  // that is started anew after an update
+        QString provider;    // "Debian", or empty
+    };
+
+    explicit PackageKitSource(const Copy& copy);
+
+    void check(bool isAskedForByUser) override;
+    void install() override;
+    void skip() override {}  // only the user ever asks
+    void cancel() override;
+
+private:
+    using Result = PackageKitTransaction::Result;
+    using Handler = void (PackageKitSource::*)(const Result&);
+
+    bool isOwn(const QString& identifier) const;
+    void run(const char* method, const QVariantList& arguments, Handler handler);
+    void handleUpdates(const Result& result);
+    void handleInstalled(const Result& result);
+    void handleUpdated(const Result& result);
+    CheckResult resultWithoutPackage(const Result& result) const;
+
+    Copy copy_;
+    QString update_;  // identifier of the package that was found
+    std::unique_ptr<PackageKitTransaction> transaction_;
+};
+
+}  // namespace ravlin

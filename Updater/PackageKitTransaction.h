@@ -1,0 +1,70 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QDBusPendingCallWatcher>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <QVariantList>
+#include <QVariantMap>
+
+#include <cstdint>
+#include <optional>
+
+namespace ravlin {
+
+/// One question to PackageKit, or one thing that it is to do. It ends with `finished`, also where PackageKit ends
+/// first.
+class PackageKitTransaction final : public QObject {
+    Q_OBJECT
+
+public:
+    /// Some of PackageKit's numbers.
+    enum class Error : std::uint32_t {
+        noNetwork = 2,
+        notSupported = 3,
+        downloadFailed = 10,
+        cancelled = 17,
+        notAuthorized = 48,
+    };
+
+    struct Result {
+        bool isPresent = true;   // PackageKit is on this system, and answers
+        bool hasWorked = false;  // else `error` and `detail` may tell why
+        std::optional<Error> error;
+        QString detail;
+        QStringList packages;  // identifiers: "name;version;architecture;origin"
+    };
+
+    explicit PackageKitTransaction(const QDBusConnection& bus, QObject* parent = nullptr);
+
+    /// Calls `method` of a new transaction. To be called once.
+    void run(const QString& method, const QVariantList& arguments);
+
+    /// Asks PackageKit to stop. `finished` still follows.
+    void cancel();
+
+Q_SIGNALS:
+    /// What was to be fetched is there, and is installed now.
+    void installing();
+    void finished(const ravlin::PackageKitTransaction::Result& result);
+
+private:
+    void handleCreated(const QDBusPendingCallWatcher& call, const QString& method, const QVariantList& arguments);
+    void listen();
+    QDBusPendingCallWatcher* call(const QString& path, const QString& interface, const QString& method,
+                                  const QVariantList& arguments);
+    void end(const Result& result);
+
+    Q_SLOT void addPackage(uint info, const QString& identifier, const QString& summary);
+    Q_SLOT void noteError(uint code, const QString& details);
+    Q_SLOT void noteProperties(const QString& interface, const QVariantMap& changed, const QStringList& invalidated);
+    Q_SLOT void handleFinished(uint exit, uint runtime);
+
+    QDBusConnection bus_;
+    QString path_;
+    Result result_;
+    bool isOver_ = false;
+};
+
+}  // namespace ravlin

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "Updater/UserDriver.h"
+
+#include <QObject>
+#include <QString>
+
+#include <variant>
+
+namespace ravlin {
+
+struct UpToDate {};
+struct SystemTooOld {
+    QString newVersion;
+};
+struct ComesWithSystem {
+    QString provider;
+};
+
+/// What a check has found.
+using CheckResult = std::variant<FoundUpdate, UpToDate, SystemTooOld, ComesWithSystem, UpdateFailure>;
+
+/// Where updates come from and how they are installed. One thing is done at a time.
+class UpdateSource : public QObject {
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    /// Looks for an update; `checked` follows, later.
+    virtual void check(bool isAskedForByUser) = 0;
+
+    /// Installs what the last check has found: `progressed`, `installing` and `installed` follow, or `failed`.
+    virtual void install() = 0;
+
+    /// Does not tell of what the last check has found again, unless the user asks for a check.
+    virtual void skip() = 0;
+
+    /// Gives up what is being done, unless it is installing. No signal follows.
+    virtual void cancel() = 0;
+
+Q_SIGNALS:
+    void checked(const ravlin::CheckResult& result);
+    void progressed(qint64 receivedBytes, qint64 totalBytes);
+
+    /// The update is there, and is put in place now.
+    void installing();
+
+    /// The new version is in place, and is started through `file`.
+    void installed(const QString& file);
+
+    void failed(const ravlin::UpdateFailure& failure);
+};
+
+}  // namespace ravlin

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "Updater/UpdateSchedule.h"
+#include "Updater/UpdateSource.h"
+#include "Updater/UserDriver.h"
+
+#include <QObject>
+#include <QString>
+
+#include <cstdint>
+
+namespace ravlin {
+
+/// One session after the other: looks for an update when the user or the schedule asks for it, offers it, and installs
+/// it where the user wants that. Windows that only tell a result belong to no session.
+class Updater final : public QObject {
+    Q_OBJECT
+
+public:
+    enum class State : std::uint8_t { idle, asking, checking, found, downloading, installing };
+
+    /// All of them must outlive the updater; without a schedule only the user starts checks. `version` is this
+    /// program's.
+    Updater(UpdateSource& source, UserDriver& user, UpdateSchedule* schedule, const QString& version);
+
+    /// Begins with what the schedule wants, once the event loop runs.
+    void start();
+
+    State state() const { return state_; }
+
+    /// Whether the user may ask for a check now: while one runs, or an update is being installed, nobody may.
+    bool canCheckForUpdates() const;
+
+    /// A check the user asks for. Where a window waits for an answer, it comes to the front instead.
+    void checkForUpdates();
+
+Q_SIGNALS:
+    void canCheckForUpdatesChanged();
+
+    /// The new version is in place: the program is to end, and `file` to be started in its stead.
+    void relaunchRequested(const QString& file);
+
+private:
+    void begin();
+    void ask();
+    void check(bool isAskedForByUser);
+    void cancel();
+    void handleResult(const CheckResult& result);
+    void tell(const CheckResult& result);
+    void offer(const FoundUpdate& update);
+    void handleAnswer(UpdateAnswer answer);
+    void setState(State state);
+
+    UpdateSource& source_;
+    UserDriver& user_;
+    UpdateSchedule* schedule_;
+    QString version_;
+    State state_ = State::idle;
+    bool isAskedForByUser_ = false;
+};
+
+}  // namespace ravlin

@@ -1,0 +1,65 @@
+#include "Views/UpdateProgressWindow.h"
+
+#include "Views/Metrics.h"
+#include "Views/TextLabel.h"
+
+#include <QLocale>
+#include <QProgressBar>
+#include <QPushButton>
+
+#include <utility>
+
+namespace ravlin {
+namespace {
+
+constexpr int kBarSteps = 1000;  // a file may have more bytes than an int can count
+
+}  // namespace
+
+QString progressText(qint64 receivedBytes, qint64 totalBytes) {
+    const auto size = [](qint64 bytes) { return QLocale::c().formattedDataSize(bytes, 1, QLocale::DataSizeSIFormat); };
+    if (totalBytes <= 0) return size(receivedBytes);
+    return QStringLiteral("%1 of %2").arg(size(receivedBytes), size(totalBytes));
+}
+
+UpdateProgressWindow::UpdateProgressWindow(const QString& activity, std::function<void()> cancel)
+    : UpdateWindow({.name = QStringLiteral("updateProgress"), .heading = activity, .text = {}}),
+      amount_(new TextLabel(QString(), {.style = TextStyle::callout, .width = Metrics::kNoticeTextWidth}, this)),
+      bar_(new QProgressBar(this)) {
+    setWindowTitle(QStringLiteral("Updating Ravlin"));
+    amount_->setObjectName(QStringLiteral("amountLabel"));
+    amount_->hide();
+    bar_->setObjectName(QStringLiteral("progressBar"));
+    bar_->setAccessibleName(activity);
+    bar_->setTextVisible(false);
+    bar_->setRange(0, 0);
+    bar_->setFixedWidth(Metrics::kNoticeTextWidth);
+    add(bar_);
+    add(amount_);
+    cancel_ = addButton(QStringLiteral("Cancel"), QStringLiteral("cancelButton"), cancel);
+    cancel_->setAutoDefault(false);  // Return, typed on, would cancel
+    setCloseAction(std::move(cancel));
+}
+
+void UpdateProgressWindow::setProgress(qint64 receivedBytes, qint64 totalBytes) {
+    bar_->setRange(0, totalBytes > 0 ? kBarSteps : 0);
+    if (totalBytes > 0) bar_->setValue(static_cast<int>(receivedBytes * kBarSteps / totalBytes));
+    amount_->setText(progressText(receivedBytes, totalBytes));
+    amount_->setAccessibleName(amount_->text());
+    amount_->show();
+}
+
+void UpdateProgressWindow::setFinalActivity(const QString& activity) {
+    setAccessibleName(activity);
+    findChild<TextLabel*>(QStringLiteral("headingLabel"))->setText(activity);
+    bar_->setAccessibleName(activity);
+    bar_->setRange(0, 0);
+    amount_->hide();
+    cancel_->setEnabled(false);
+}
+
+void UpdateProgressWindow::reject() {
+    if (cancel_->isEnabled()) UpdateWindow::reject();
+}
+
+}  // namespace ravlin

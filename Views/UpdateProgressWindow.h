@@ -1,0 +1,37 @@
+#pragma once
+
+#include "Views/UpdateWindow.h"
+
+#include <QString>
+
+#include <functional>
+
+class QProgressBar;
+
+namespace ravlin {
+
+/// Tells what the update component is busy with, and how far it is.
+class UpdateProgressWindow final : public UpdateWindow {
+    Q_OBJECT
+
+public:
+    UpdateProgressWindow(const QString& activity, std::function<void()> cancel);
+
+    /// How many bytes have come. `totalBytes` of 0 means that nobody knows how many there will be.
+    void setProgress(qint64 receivedBytes, qint64 totalBytes);
+
+    /// What it is busy with now, which can not be cancelled any more.
+    void setFinalActivity(const QString& activity);
+
+    void reject() override;
+
+private:
+    TextLabel* amount_;
+    QProgressBar* bar_;
+    QPushButton* cancel_;
+};
+
+/// "1.2 MB of 3.4 MB"; "1.2 MB" where the total is not known.
+QString progressText(qint64 receivedBytes, qint64 totalBytes);
+
+}  // namespace ravlin
