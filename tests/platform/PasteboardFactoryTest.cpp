@@ -65,8 +65,9 @@ TEST_F(PasteboardFactory, IsNullWhereNoneWorks) {
 
 TEST_F(PasteboardFactory, WithoutADisplayThereIsNoClipboard) {
     unsetenv("DISPLAY");
+    unsetenv("WAYLAND_DISPLAY");
     EXPECT_EQ(openSystemPasteboard(log(), pasteboardBackEnds()), nullptr);
-    EXPECT_THAT(lines_, ElementsAre("clipboard: none (X11: no display answers)"));
+    EXPECT_THAT(lines_, ElementsAre("clipboard: none (Wayland: WAYLAND_DISPLAY is not set; X11: no display answers)"));
 }
 
 }  // namespace
