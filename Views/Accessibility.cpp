@@ -1,9 +1,11 @@
 #include "Views/Accessibility.h"
 
 #include "Views/MenuView.h"
+#include "Views/ReleaseNotes.h"
 #include "Views/SectionHeader.h"
 #include "Views/StatusLabel.h"
 
+#include <QAbstractScrollArea>
 #include <QAccessible>
 #include <QAccessibleWidget>
 
@@ -18,6 +20,9 @@ std::optional<QAccessible::Role> roleOf(const QObject* object) {
         header != nullptr && header->kind() == SectionHeader::Kind::inList)
         return QAccessible::Heading;
     if (qobject_cast<const StatusLabel*>(object) != nullptr) return QAccessible::Notification;
+    // Qt's own description of a scroll area crashes where a scroll bar that was counted is hidden when it is asked for.
+    if (qobject_cast<const ReleaseNotes*>(object) != nullptr) return QAccessible::Document;
+    if (qobject_cast<const QAbstractScrollArea*>(object) != nullptr) return QAccessible::Client;
     return std::nullopt;
 }
 

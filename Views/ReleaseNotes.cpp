@@ -18,6 +18,7 @@ ReleaseNotes::ReleaseNotes(const QString& notes, bool isMarkdown, QWidget* paren
     } else {
         setPlainText(notes);
     }
+    setAccessibleDescription(toPlainText());
     connect(this, &QTextBrowser::anchorClicked, this, [](const QUrl& link) {
         if (mayOpen(link)) QDesktopServices::openUrl(link);
     });

@@ -1,93 +1,44 @@
 #include "Views/UpdateWindow.h"
 
-#include "Views/Metrics.h"
-#include "Views/TextLabel.h"
+#include "Views/Accessibility.h"
+#include "Views/UpdatePage.h"
 
-#include <QGridLayout>
-#include <QPainter>
-#include <QPushButton>
-#include <QSvgRenderer>
 #include <QVBoxLayout>
 
-#include <utility>
-
 namespace ravlin {
-namespace {
 
-/// The application's icon, crisp at every scale of the screen.
-class ApplicationIcon final : public QWidget {
-public:
-    explicit ApplicationIcon(QWidget* parent)
-        : QWidget(parent), picture_(QStringLiteral(":/icons/org.ravlin.ravlin.svg")) {
-        setFixedSize(Metrics::kNoticeIconSize, Metrics::kNoticeIconSize);
-    }
-
-protected:
-    void paintEvent(QPaintEvent* /*event*/) override {
-        QPainter painter(this);
-        picture_.render(&painter, rect());
-    }
-
-private:
-    QSvgRenderer picture_;
-};
-
-TextLabel* makeLabel(const QString& text, TextStyle style, const QString& name, QWidget* parent) {
-    auto* const label = new TextLabel(text, {.style = style, .width = Metrics::kNoticeTextWidth}, parent);
-    label->setObjectName(name);
-    return label;
-}
-
-}  // namespace
-
-UpdateWindow::UpdateWindow(const Content& content)
-    : content_(content), column_(new QVBoxLayout), buttons_(new QDialogButtonBox) {
-    setObjectName(content.name);
+UpdateWindow::UpdateWindow() {
+    installAccessibleRoles();
     setModal(false);
-    setWindowTitle(QStringLiteral("Software Update"));
-    setAccessibleName(content.heading);
-    setAccessibleDescription(content.text);
     setLayoutDirection(Qt::LeftToRight);  // its texts are English in every locale
-
-    auto* const layout = new QGridLayout(this);
-    layout->setContentsMargins(Metrics::kNoticePadding, Metrics::kNoticePadding, Metrics::kNoticePadding,
-                               Metrics::kNoticePadding);
-    layout->setHorizontalSpacing(Metrics::kNoticeSpacing);
-    layout->setVerticalSpacing(Metrics::kPanelSpacing);
+    auto* const layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
     layout->setSizeConstraint(QLayout::SetFixedSize);
-    layout->addWidget(new ApplicationIcon(this), 0, 0, Qt::AlignTop);
-    layout->addLayout(column_, 0, 1);
-    column_->setSpacing(Metrics::kPanelSpacing);
-    add(makeLabel(content.heading, TextStyle::headline, QStringLiteral("headingLabel"), this));
-    if (!content.text.isEmpty()) add(makeLabel(content.text, TextStyle::callout, QStringLiteral("textLabel"), this));
-    layout->setRowMinimumHeight(1, Metrics::kPanelSpacing);
-    layout->addWidget(buttons_, 2, 0, 1, 2);
 }
 
-void UpdateWindow::add(QWidget* widget) {
-    column_->addWidget(widget);
+void UpdateWindow::setPage(UpdatePage* page) {
+    if (page_ != nullptr) {
+        layout()->removeWidget(page_);
+        page_->hide();
+        page_->deleteLater();  // a button of its own may have led here
+    }
+    page_ = page;
+    layout()->addWidget(page_);
+    page_->show();
+    setObjectName(page_->content().name);
+    setWindowTitle(page_->content().title);
+    describe(page_->content().heading, page_->content().text);
 }
 
-QPushButton* UpdateWindow::addButton(const QString& text, const QString& name, std::function<void()> action) {
-    auto* const button = new QPushButton(text, this);
-    button->setObjectName(name);
-    button->setAccessibleName(text);
-    buttons_->addButton(button, QDialogButtonBox::ActionRole);
-    connect(button, &QPushButton::clicked, this, [this, action = std::move(action)] {
-        accept();
-        if (action) action();
-    });
-    return button;
-}
-
-void UpdateWindow::setDefault(QPushButton* button) {
-    button->setDefault(true);
-    button->setFocus();  // else the first button has it, and Return presses that
+void UpdateWindow::describe(const QString& heading, const QString& text) {
+    setAccessibleName(heading);
+    setAccessibleDescription(text);
 }
 
 void UpdateWindow::reject() {
+    if (page_ == nullptr || !page_->canClose()) return;
     QDialog::reject();
-    if (closeAction_) closeAction_();
+    if (page_->closeAction()) page_->closeAction()();
 }
 
 void UpdateWindow::bringToFront() {

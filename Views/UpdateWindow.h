@@ -1,45 +1,27 @@
 #pragma once
 
 #include <QDialog>
-#include <QDialogButtonBox>
-#include <QString>
-
-#include <functional>
-
-class QPushButton;
-class QVBoxLayout;
 
 namespace ravlin {
 
-class TextLabel;
+class UpdatePage;
 
-/// A window of the update component: the application's icon, a heading, a text, whatever is added, and buttons. It is
-/// as large as its content.
-class UpdateWindow : public QDialog {
+/// The window of the update component. There is one for the program's whole life, and what it shows changes in place, so
+/// that a check turns into its result before the user's eyes.
+class UpdateWindow final : public QDialog {
     Q_OBJECT
 
 public:
-    struct Content {
-        QString name;  // for tests and for assistive technology's scripts
-        QString heading;
-        QString text;  // may be empty
-    };
+    UpdateWindow();
 
-    explicit UpdateWindow(const Content& content);
+    /// What it shows, or null in the beginning.
+    UpdatePage* page() const { return page_; }
 
-    const Content& content() const { return content_; }
+    /// Shows `page`, which is a child of this window, in place of the one before.
+    void setPage(UpdatePage* page);
 
-    /// Puts `widget` under the text.
-    void add(QWidget* widget);
-
-    /// Adds a button that closes the window, and then does `action`.
-    QPushButton* addButton(const QString& text, const QString& name, std::function<void()> action = {});
-
-    /// Makes `button` the one that Return presses.
-    static void setDefault(QPushButton* button);
-
-    /// What closing the window with Esc or its frame does.
-    void setCloseAction(std::function<void()> action) { closeAction_ = std::move(action); }
+    /// What assistive technology says about the window.
+    void describe(const QString& heading, const QString& text);
 
     void reject() override;
 
@@ -47,10 +29,7 @@ public:
     void bringToFront();
 
 private:
-    Content content_;
-    QVBoxLayout* column_;
-    QDialogButtonBox* buttons_;
-    std::function<void()> closeAction_;
+    UpdatePage* page_ = nullptr;
 };
 
 }  // namespace ravlin

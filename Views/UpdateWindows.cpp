@@ -3,7 +3,8 @@
 #include "Views/Metrics.h"
 #include "Views/ReleaseNotes.h"
 #include "Views/TextLabel.h"
-#include "Views/UpdateProgressWindow.h"
+#include "Views/UpdatePage.h"
+#include "Views/UpdateProgressPage.h"
 #include "Views/UpdateWindow.h"
 
 #include <QDesktopServices>
@@ -53,106 +54,103 @@ QString textOf(const FoundUpdate& update) {
     return versions.arg(update.version, update.currentVersion) + question;
 }
 
-void addNotes(UpdateWindow& window, const FoundUpdate& update) {
+void addNotes(UpdatePage& page, const FoundUpdate& update) {
     if (update.notes.isEmpty()) return;
-    auto* const label = new TextLabel(QStringLiteral("Release Notes:"), {.style = TextStyle::calloutMedium}, &window);
+    auto* const label = new TextLabel(QStringLiteral("Release Notes:"), {.style = TextStyle::calloutMedium}, &page);
     label->setObjectName(QStringLiteral("notesLabel"));
-    window.add(label);
-    window.add(new ReleaseNotes(update.notes, update.notesAreMarkdown, &window));
+    page.add(label);
+    page.add(new ReleaseNotes(update.notes, update.notesAreMarkdown, &page));
+}
+
+void addAnswers(UpdatePage& page, const FoundUpdate& update, const std::function<void(UpdateAnswer)>& answer) {
+    page.setCloseAction([answer] { answer(UpdateAnswer::later); });
+    if (update.canBeSkipped)
+        page.addButton(QStringLiteral("Skip This Version"), QStringLiteral("skipButton"),
+                       [answer] { answer(UpdateAnswer::skip); });
+    page.addButton(QStringLiteral("Remind Me Later"), QStringLiteral("laterButton"),
+                   [answer] { answer(UpdateAnswer::later); });
+    QPushButton* const first = update.canBeInstalled
+                                   ? page.addButton(QStringLiteral("Install Update"), QStringLiteral("installButton"),
+                                                    [answer] { answer(UpdateAnswer::install); })
+                                   : page.addButton(QStringLiteral("Learn More…"), QStringLiteral("learnMoreButton"),
+                                                    [answer, link = update.link] {
+                                                        if (ReleaseNotes::mayOpen(link))
+                                                            QDesktopServices::openUrl(link);
+                                                        answer(UpdateAnswer::later);
+                                                    });
+    UpdatePage::setDefault(first);
 }
 
 }  // namespace
-
-void UpdateWindows::DeleteLater::operator()(UpdateWindow* window) const {
-    window->hide();
-    window->deleteLater();
-}
 
 UpdateWindows::UpdateWindows() {
     checkingDelay_.setSingleShot(true);
     checkingDelay_.setInterval(kCheckingDelay);
     QObject::connect(&checkingDelay_, &QTimer::timeout, &checkingDelay_, [this] {
-        WindowPointer checking = std::move(checking_);
-        replaceBy(std::move(checking)).bringToFront();
+        showPage<UpdateProgressPage>(QStringLiteral("Checking for updates…"), cancelCheck_);
+        window().bringToFront();
     });
 }
 
-// No event loop may follow, which would delete them later.
-UpdateWindows::~UpdateWindows() {
-    delete checking_.release();
-    delete window_.release();
-}
+UpdateWindows::~UpdateWindows() = default;
 
-UpdateWindow& UpdateWindows::replaceBy(WindowPointer window) {
-    checkingDelay_.stop();
-    checking_.reset();
-    window_ = std::move(window);
+UpdateWindow& UpdateWindows::window() {
+    if (window_ == nullptr) window_ = std::make_unique<UpdateWindow>();
     return *window_;
 }
 
+template <class Page, class... Arguments>
+Page& UpdateWindows::showPage(const Arguments&... arguments) {
+    auto* const page = new Page(arguments..., &window());
+    forgetCheck();
+    window().setAttribute(Qt::WA_ShowWithoutActivating, false);
+    window().setPage(page);
+    return *page;
+}
+
+void UpdateWindows::forgetCheck() {
+    checkingDelay_.stop();
+    cancelCheck_ = {};
+}
+
 void UpdateWindows::askForPermission(std::function<void(std::optional<bool> isAutomatic)> answer) {
-    UpdateWindow& window = replaceBy(WindowPointer(new UpdateWindow(
-        {.name = QStringLiteral("updatePermission"),
-         .heading = QStringLiteral("Check for updates automatically?"),
-         .text = QStringLiteral("Should Ravlin automatically check for updates? You can always check for updates "
-                                "yourself in Ravlin’s panel.")})));
-    window.setAttribute(Qt::WA_ShowWithoutActivating);  // nobody has asked for it
-    window.setCloseAction([answer] { answer(std::nullopt); });
-    window.addButton(QStringLiteral("Don’t Check"), QStringLiteral("doNotCheckButton"), [answer] { answer(false); });
-    window
-        .addButton(QStringLiteral("Check Automatically"), QStringLiteral("checkAutomaticallyButton"),
-                   [answer] { answer(true); })
-        ->setDefault(true);
-    window.show();
+    auto& page = showPage<UpdatePage>(UpdatePage::Content{
+        .name = QStringLiteral("updatePermission"),
+        .heading = QStringLiteral("Check for updates automatically?"),
+        .text = QStringLiteral("Should Ravlin automatically check for updates? You can always check for updates "
+                               "yourself in Ravlin’s panel.")});
+    page.setCloseAction([answer] { answer(std::nullopt); });
+    page.addButton(QStringLiteral("Don’t Check"), QStringLiteral("doNotCheckButton"), [answer] { answer(false); });
+    UpdatePage::setDefault(page.addButton(QStringLiteral("Check Automatically"),
+                                          QStringLiteral("checkAutomaticallyButton"), [answer] { answer(true); }));
+    window().setAttribute(Qt::WA_ShowWithoutActivating);  // nobody has asked for it
+    window().show();
 }
 
 void UpdateWindows::showChecking(Reply cancel) {
-    checking_.reset(new UpdateProgressWindow(QStringLiteral("Checking for updates…"), std::move(cancel)));
+    cancelCheck_ = std::move(cancel);
     checkingDelay_.start();
 }
 
 void UpdateWindows::showFound(const FoundUpdate& update, bool wasAskedFor, std::function<void(UpdateAnswer)> answer) {
-    UpdateWindow& window =
-        replaceBy(WindowPointer(new UpdateWindow({.name = QStringLiteral("updateFound"),
-                                                  .heading = QStringLiteral("A new version of Ravlin is available!"),
-                                                  .text = textOf(update)})));
-    addNotes(window, update);
-    addAnswers(window, update, answer);
-    window.setAttribute(Qt::WA_ShowWithoutActivating, !wasAskedFor);
-    if (wasAskedFor) {
-        window.bringToFront();
-    } else {
-        window.show();
-    }
-}
-
-void UpdateWindows::addAnswers(UpdateWindow& window, const FoundUpdate& update,
-                               const std::function<void(UpdateAnswer)>& answer) {
-    window.setCloseAction([answer] { answer(UpdateAnswer::later); });
-    if (update.canBeSkipped)
-        window.addButton(QStringLiteral("Skip This Version"), QStringLiteral("skipButton"),
-                         [answer] { answer(UpdateAnswer::skip); });
-    window.addButton(QStringLiteral("Remind Me Later"), QStringLiteral("laterButton"),
-                     [answer] { answer(UpdateAnswer::later); });
-    QPushButton* const first = update.canBeInstalled
-                                   ? window.addButton(QStringLiteral("Install Update"), QStringLiteral("installButton"),
-                                                      [answer] { answer(UpdateAnswer::install); })
-                                   : window.addButton(QStringLiteral("Learn More…"), QStringLiteral("learnMoreButton"),
-                                                      [answer, link = update.link] {
-                                                          if (ReleaseNotes::mayOpen(link))
-                                                              QDesktopServices::openUrl(link);
-                                                          answer(UpdateAnswer::later);
-                                                      });
-    UpdateWindow::setDefault(first);
+    auto& page =
+        showPage<UpdatePage>(UpdatePage::Content{.name = QStringLiteral("updateFound"),
+                                                 .heading = QStringLiteral("A new version of Ravlin is available!"),
+                                                 .text = textOf(update)});
+    addNotes(page, update);
+    addAnswers(page, update, answer);
+    if (wasAskedFor) return window().bringToFront();
+    window().setAttribute(Qt::WA_ShowWithoutActivating);
+    window().show();
 }
 
 void UpdateWindows::showDownloading(Reply cancel) {
-    replaceBy(WindowPointer(new UpdateProgressWindow(QStringLiteral("Downloading update…"), std::move(cancel))))
-        .bringToFront();
+    showPage<UpdateProgressPage>(QStringLiteral("Downloading update…"), cancel);
+    window().bringToFront();
 }
 
-UpdateProgressWindow* UpdateWindows::progress() const {
-    return qobject_cast<UpdateProgressWindow*>(window_.get());
+UpdateProgressPage* UpdateWindows::progress() const {
+    return window_ == nullptr ? nullptr : qobject_cast<UpdateProgressPage*>(window_->page());
 }
 
 void UpdateWindows::showProgress(qint64 receivedBytes, qint64 totalBytes) {
@@ -160,16 +158,18 @@ void UpdateWindows::showProgress(qint64 receivedBytes, qint64 totalBytes) {
 }
 
 void UpdateWindows::showInstalling() {
-    if (progress() != nullptr) progress()->setFinalActivity(QStringLiteral("Installing update…"));
+    const QString activity = QStringLiteral("Installing update…");
+    if (progress() == nullptr) return;
+    progress()->setFinalActivity(activity);
+    window_->describe(activity, {});
 }
 
 void UpdateWindows::showNotice(const QString& name, const QString& heading, const QString& text) {
-    const bool isOpen = window_ != nullptr && window_->isVisible() && window_->content().name == name &&
-                        window_->content().text == text;
+    const bool isOpen = window_ != nullptr && window_->isVisible() && window_->page()->content().name == name &&
+                        window_->page()->content().text == text;
     if (!isOpen) {
-        UpdateWindow& window =
-            replaceBy(WindowPointer(new UpdateWindow({.name = name, .heading = heading, .text = text})));
-        UpdateWindow::setDefault(window.addButton(QStringLiteral("OK"), QStringLiteral("okButton")));
+        auto& page = showPage<UpdatePage>(UpdatePage::Content{.name = name, .heading = heading, .text = text});
+        UpdatePage::setDefault(page.addButton(QStringLiteral("OK"), QStringLiteral("okButton")));
     }
     bringToFront();
 }
@@ -201,15 +201,13 @@ void UpdateWindows::showFailure(const UpdateFailure& failure) {
 }
 
 void UpdateWindows::bringToFront() {
-    checkingDelay_.stop();
-    checking_.reset();
+    forgetCheck();
     if (window_ != nullptr) window_->bringToFront();
 }
 
 void UpdateWindows::dismiss() {
-    checkingDelay_.stop();
-    checking_.reset();
-    window_.reset();
+    forgetCheck();
+    if (window_ != nullptr) window_->hide();
 }
 
 }  // namespace ravlin

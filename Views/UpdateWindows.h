@@ -11,10 +11,10 @@
 
 namespace ravlin {
 
-class UpdateProgressWindow;
+class UpdateProgressPage;
 class UpdateWindow;
 
-/// The update component's windows, made when they are needed; at most one is open.
+/// The update component's windows: they are one window that shows one thing after the other.
 class UpdateWindows final : public UserDriver {
 public:
     UpdateWindows();
@@ -38,19 +38,15 @@ public:
     void dismiss() override;
 
 private:
-    /// A window may be on its way out while its own button is handled.
-    struct DeleteLater {
-        void operator()(UpdateWindow* window) const;
-    };
-    using WindowPointer = std::unique_ptr<UpdateWindow, DeleteLater>;
-
-    UpdateWindow& replaceBy(WindowPointer window);
+    UpdateWindow& window();
+    template <class Page, class... Arguments>
+    Page& showPage(const Arguments&... arguments);
     void showNotice(const QString& name, const QString& heading, const QString& text);
-    void addAnswers(UpdateWindow& window, const FoundUpdate& update, const std::function<void(UpdateAnswer)>& answer);
-    UpdateProgressWindow* progress() const;
+    void forgetCheck();
+    UpdateProgressPage* progress() const;
 
-    WindowPointer window_;
-    WindowPointer checking_;  // until it is worth showing
+    std::unique_ptr<UpdateWindow> window_;  // made when it is first needed
+    Reply cancelCheck_;                     // of a check that is not worth showing yet
     QTimer checkingDelay_;
 };
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Views/UpdateWindow.h"
+#include "Views/UpdatePage.h"
 
 #include <QString>
 
@@ -10,12 +10,14 @@ class QProgressBar;
 
 namespace ravlin {
 
+class TextLabel;
+
 /// Tells what the update component is busy with, and how far it is.
-class UpdateProgressWindow final : public UpdateWindow {
+class UpdateProgressPage final : public UpdatePage {
     Q_OBJECT
 
 public:
-    UpdateProgressWindow(const QString& activity, std::function<void()> cancel);
+    UpdateProgressPage(const QString& activity, std::function<void()> cancel, QWidget* window);
 
     /// How many bytes have come. `totalBytes` of 0 means that nobody knows how many there will be.
     void setProgress(qint64 receivedBytes, qint64 totalBytes);
@@ -23,7 +25,7 @@ public:
     /// What it is busy with now, which can not be cancelled any more.
     void setFinalActivity(const QString& activity);
 
-    void reject() override;
+    bool canClose() const override;
 
 private:
     TextLabel* amount_;

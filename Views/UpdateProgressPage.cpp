@@ -1,4 +1,4 @@
-#include "Views/UpdateProgressWindow.h"
+#include "Views/UpdateProgressPage.h"
 
 #include "Views/Metrics.h"
 #include "Views/TextLabel.h"
@@ -22,11 +22,14 @@ QString progressText(qint64 receivedBytes, qint64 totalBytes) {
     return QStringLiteral("%1 of %2").arg(size(receivedBytes), size(totalBytes));
 }
 
-UpdateProgressWindow::UpdateProgressWindow(const QString& activity, std::function<void()> cancel)
-    : UpdateWindow({.name = QStringLiteral("updateProgress"), .heading = activity, .text = {}}),
+UpdateProgressPage::UpdateProgressPage(const QString& activity, std::function<void()> cancel, QWidget* window)
+    : UpdatePage({.name = QStringLiteral("updateProgress"),
+                  .heading = activity,
+                  .text = {},
+                  .title = QStringLiteral("Updating Ravlin")},
+                 window),
       amount_(new TextLabel(QString(), {.style = TextStyle::callout, .width = Metrics::kNoticeTextWidth}, this)),
       bar_(new QProgressBar(this)) {
-    setWindowTitle(QStringLiteral("Updating Ravlin"));
     amount_->setObjectName(QStringLiteral("amountLabel"));
     amount_->hide();
     bar_->setObjectName(QStringLiteral("progressBar"));
@@ -41,7 +44,7 @@ UpdateProgressWindow::UpdateProgressWindow(const QString& activity, std::functio
     setCloseAction(std::move(cancel));
 }
 
-void UpdateProgressWindow::setProgress(qint64 receivedBytes, qint64 totalBytes) {
+void UpdateProgressPage::setProgress(qint64 receivedBytes, qint64 totalBytes) {
     bar_->setRange(0, totalBytes > 0 ? kBarSteps : 0);
     if (totalBytes > 0) bar_->setValue(static_cast<int>(receivedBytes * kBarSteps / totalBytes));
     amount_->setText(progressText(receivedBytes, totalBytes));
@@ -49,8 +52,7 @@ void UpdateProgressWindow::setProgress(qint64 receivedBytes, qint64 totalBytes) 
     amount_->show();
 }
 
-void UpdateProgressWindow::setFinalActivity(const QString& activity) {
-    setAccessibleName(activity);
+void UpdateProgressPage::setFinalActivity(const QString& activity) {
     findChild<TextLabel*>(QStringLiteral("headingLabel"))->setText(activity);
     bar_->setAccessibleName(activity);
     bar_->setRange(0, 0);
@@ -58,8 +60,8 @@ void UpdateProgressWindow::setFinalActivity(const QString& activity) {
     cancel_->setEnabled(false);
 }
 
-void UpdateProgressWindow::reject() {
-    if (cancel_->isEnabled()) UpdateWindow::reject();
+bool UpdateProgressPage::canClose() const {
+    return cancel_->isEnabled();
 }
 
 }  // namespace ravlin
