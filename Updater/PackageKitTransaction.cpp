@@ -4,6 +4,7 @@
 #include <QDBusObjectPath>
 #include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
+#include <QTimer>
 
 namespace ravlin {
 namespace {
@@ -31,6 +32,12 @@ PackageKitTransaction::PackageKitTransaction(const QDBusConnection& bus, QObject
 }
 
 void PackageKitTransaction::run(const QString& method, const QVariantList& arguments) {
+    if (!bus_.isConnected()) {
+        // A call would never be answered, not even by an error.
+        result_.isPresent = false;
+        QTimer::singleShot(0, this, [this] { end(result_); });
+        return;
+    }
     QDBusPendingCallWatcher* const created =
         call(QStringLiteral("/org/freedesktop/PackageKit"), service(), QStringLiteral("CreateTransaction"), {});
     connect(created, &QDBusPendingCallWatcher::finished, this,
