@@ -2,7 +2,6 @@
 
 #include <QDBusConnection>
 #include <QStringList>
-#include <QTimer>
 
 #include <algorithm>
 
@@ -16,6 +15,8 @@ constexpr qulonglong kNoFilter = 1U << 1U;
 constexpr qulonglong kInstalledOnly = 1U << 2U;
 constexpr qulonglong kTrustedOnly = 1U << 1U;  // of what may be installed
 
+constexpr std::chrono::seconds kPatience{60};
+
 constexpr QLatin1Char kSeparator(';');  // in identifiers
 
 UpdateFailure failureOf(const PackageKitTransaction::Result& result) {
@@ -28,7 +29,14 @@ UpdateFailure failureOf(const PackageKitTransaction::Result& result) {
 
 }  // namespace
 
-PackageKitSource::PackageKitSource(const Copy& copy) : copy_(copy) {}
+PackageKitSource::PackageKitSource(const Copy& copy) : copy_(copy) {
+    checkDeadline_.setSingleShot(true);
+    checkDeadline_.setInterval(kPatience);
+    connect(&checkDeadline_, &QTimer::timeout, this, [this] {
+        cancel();
+        conclude(UpdateFailure{.error = UpdateError::notFetched, .detail = {}});
+    });
+}
 
 bool PackageKitSource::isOwn(const QString& identifier) const {
     return identifier.section(kSeparator, 0, 0) == copy_.package;
@@ -45,22 +53,28 @@ void PackageKitSource::run(const char* method, const QVariantList& arguments, Ha
 
 void PackageKitSource::check(bool /*isAskedForByUser*/) {
     update_.clear();
+    checkDeadline_.start();
     run("GetUpdates", {kNoFilter}, &PackageKitSource::handleUpdates);
+}
+
+void PackageKitSource::conclude(const CheckResult& result) {
+    checkDeadline_.stop();
+    Q_EMIT checked(result);
 }
 
 void PackageKitSource::handleUpdates(const Result& result) {
     const auto own = std::ranges::find_if(result.packages, [this](const QString& each) { return isOwn(each); });
     if (!result.hasWorked) {
-        Q_EMIT checked(resultWithoutPackage(result));
+        conclude(resultWithoutPackage(result));
     } else if (own == result.packages.end()) {
         run("Resolve", {kInstalledOnly, QStringList(copy_.package)}, &PackageKitSource::handleInstalled);
     } else {
         update_ = *own;
-        Q_EMIT checked(FoundUpdate{.version = own->section(kSeparator, 1, 1),
-                                   .currentVersion = copy_.version,
-                                   .notes = {},
-                                   .canBeSkipped = false,
-                                   .link = {}});
+        conclude(FoundUpdate{.version = own->section(kSeparator, 1, 1),
+                             .currentVersion = copy_.version,
+                             .notes = {},
+                             .canBeSkipped = false,
+                             .link = {}});
     }
 }
 
@@ -68,7 +82,7 @@ void PackageKitSource::handleUpdates(const Result& result) {
 void PackageKitSource::handleInstalled(const Result& result) {
     const bool isPackage =
         result.hasWorked && std::ranges::any_of(result.packages, [this](const QString& each) { return isOwn(each); });
-    Q_EMIT checked(isPackage ? CheckResult(UpToDate{}) : CheckResult(ComesWithSystem{copy_.provider}));
+    conclude(isPackage ? CheckResult(UpToDate{}) : CheckResult(ComesWithSystem{copy_.provider}));
 }
 
 CheckResult PackageKitSource::resultWithoutPackage(const Result& result) const {
@@ -89,6 +103,7 @@ void PackageKitSource::handleUpdated(const Result& result) {
 }
 
 void PackageKitSource::cancel() {
+    checkDeadline_.stop();
     if (transaction_ == nullptr) return;
     transaction_->disconnect(this);
     transaction_->cancel();

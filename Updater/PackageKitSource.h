@@ -4,6 +4,7 @@
 #include "Updater/UpdateSource.h"
 
 #include <QString>
+#include <QTimer>
 
 #include <chrono>
 #include <memory>
@@ -26,6 +27,9 @@ public:
 
     explicit PackageKitSource(const Copy& copy);
 
+    /// How long a check may take, in which PackageKit may be busy with something else.
+    void setPatience(std::chrono::milliseconds patience) { checkDeadline_.setInterval(patience); }
+
     void check(bool isAskedForByUser) override;
     void install() override;
     void skip() override {}  // only the user ever asks
@@ -37,6 +41,7 @@ private:
 
     bool isOwn(const QString& identifier) const;
     void run(const char* method, const QVariantList& arguments, Handler handler);
+    void conclude(const CheckResult& result);
     void handleUpdates(const Result& result);
     void handleInstalled(const Result& result);
     void handleUpdated(const Result& result);
@@ -45,6 +50,7 @@ private:
     Copy copy_;
     QString update_;  // identifier of the package that was found
     std::unique_ptr<PackageKitTransaction> transaction_;
+    QTimer checkDeadline_;
 };
 
 }  // namespace ravlin
