@@ -112,11 +112,27 @@ class MakeAppcast(unittest.TestCase):
         self.make_key("new.pem")
         self.write("1.1.0", output="first")
         self.make_file([self.public_key("new.pem")])
-        self.assert_refused("signed by none of the new file's keys", "1.2.0", "--previous", self.path("first"),
+        self.assert_refused("signed by none", "1.2.0", "--previous", self.path("first"),
                             key="new.pem")
         self.make_file([self.public_key("key.pem"), self.public_key("new.pem")])
         self.write("1.2.0", "--previous", self.path("first"), key="key.pem", output="second")
         self.write("1.3.0", "--previous", self.path("second"), key="new.pem")
+
+    def test_a_feed_can_be_renewed_without_a_release(self):
+        first = self.write("1.1.0", "--date", "2026-02-01T00:00:00Z", "--expires-in", "10", output="first")
+
+        def renew(key):
+            return subprocess.run([MAKE_APPCAST, "--key", self.path(key), "--renew", "--previous", self.path("first"),
+                                   "--date", "2026-02-05T00:00:00Z", "--output", self.path("renewed")],
+                                  capture_output=True, text=True)
+        self.make_key("other.pem")
+        self.assertIn("signed by none", renew("other.pem").stderr)
+        self.assertEqual(renew("key.pem").returncode, 0)
+        renewed = pathlib.Path(self.path("renewed")).read_text()
+        self.assertIn("Thu, 05 Feb 2026", renewed)
+        self.assertNotIn("expires", renewed)
+        file_of = re.compile(r"<enclosure [^>]*>")
+        self.assertEqual(file_of.findall(renewed), file_of.findall(first))
 
     def test_dates_that_users_would_not_believe_are_refused(self):
         self.assert_refused("in the future", "1.1.0", "--date", "2999-01-01T00:00:00Z")
