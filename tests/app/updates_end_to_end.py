@@ -136,6 +136,7 @@ class UpdatesTest(unittest.TestCase):
         eventually(desktop.panel_window, "the panel is open")
 
     def close_panel(self):
+        desktop.wait_for_panel()  # has the keyboard by now, rather than a window that Esc would close as well
         desktop.press_key("Escape")
         desktop.wait_for_no_panel()
 
