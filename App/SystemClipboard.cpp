@@ -1,8 +1,22 @@
 #include "App/SystemClipboard.h"
 
 #include "Platform/PasteboardFactory.h"
+#include "Platform/QtPasteboard.h"
+
+#include <vector>
 
 namespace ravlin {
+namespace {
+
+/// All ways to the clipboard, the best first.
+std::vector<PasteboardBackEnd> backEnds() {
+    const auto better = pasteboardBackEnds();
+    std::vector<PasteboardBackEnd> all(better.begin(), better.end());
+    all.push_back({.name = "Qt", .open = QtPasteboard::open});
+    return all;
+}
+
+}  // namespace
 
 SystemClipboard::SystemClipboard() {
     ensureOpen();
@@ -15,7 +29,7 @@ SystemClipboard::~SystemClipboard() {
 void SystemClipboard::ensureOpen() {
     if (pasteboard_ != nullptr && pasteboard_->fileDescriptor() >= 0) return;
     release();
-    pasteboard_ = openSystemPasteboard();
+    pasteboard_ = openSystemPasteboard(backEnds());
     Pasteboard::setGeneral(pasteboard_.get());
     if (pasteboard_ == nullptr) return;
     notifier_ = std::make_unique<QSocketNotifier>(pasteboard_->fileDescriptor(), QSocketNotifier::Read);

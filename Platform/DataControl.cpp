@@ -25,28 +25,26 @@ constexpr std::uint32_t kManagerGetDevice = 1;
 constexpr std::uint32_t kSourceOffer = 0;
 constexpr std::uint32_t kSourceDestroy = 1;
 
-/// Those that are not the same in the core protocol, which cannot end each of its objects in its first version.
+/// Those that are not the same in the core protocol, which has none for the manager's end.
 struct Requests {
     std::optional<std::uint32_t> managerDestroy;
     std::uint32_t deviceSetSelection;
-    std::optional<std::uint32_t> deviceDestroy;
+    std::uint32_t deviceDestroy;
     std::uint32_t offerReceive;
     std::uint32_t offerDestroy;
 };
 constexpr Requests kDataControlRequests = {
     .managerDestroy = 2, .deviceSetSelection = 0, .deviceDestroy = 1, .offerReceive = 0, .offerDestroy = 1};
-constexpr Requests kCoreRequests = {.managerDestroy = std::nullopt,
-                                    .deviceSetSelection = 1,
-                                    .deviceDestroy = std::nullopt,
-                                    .offerReceive = 1,
-                                    .offerDestroy = 2};
+constexpr Requests kCoreRequests = {
+    .managerDestroy = std::nullopt, .deviceSetSelection = 1, .deviceDestroy = 2, .offerReceive = 1, .offerDestroy = 2};
 
 constexpr const Requests& requestsOf(Dialect dialect) {
     return dialect == Dialect::core ? kCoreRequests : kDataControlRequests;
 }
 
-// Version 1 has all that is needed here.
-constexpr int kVersion = 1;
+// The first version of data control has all that is needed here, and the second of the core protocol.
+constexpr int kDataControlVersion = 1;
+constexpr int kCoreVersion = 2;
 
 /// What a manager makes, and itself.
 struct Interfaces {
@@ -77,8 +75,8 @@ private:
     template <std::size_t kRequestCount, std::size_t kEventCount>
     static wl_interface interface(const std::string& name, const std::array<wl_message, kRequestCount>& requests,
                                   const std::array<wl_message, kEventCount>& events) {
-        return {name.c_str(),    kVersion,         static_cast<int>(kRequestCount),
-                requests.data(), int{kEventCount}, events.data()};
+        return {name.c_str(),    kDataControlVersion, static_cast<int>(kRequestCount),
+                requests.data(), int{kEventCount},    events.data()};
     }
 
     std::string managerName_;
@@ -138,10 +136,14 @@ std::string_view managerName(Dialect dialect) noexcept {
     return interfacesOf(dialect).manager.name;
 }
 
+std::uint32_t versionOf(Dialect dialect) noexcept {
+    return dialect == Dialect::core ? kCoreVersion : kDataControlVersion;
+}
+
 // --- Offer -----------------------------------------------------------------------------------------------------------
 
 Offer::Offer(wl_proxy* proxy, Dialect dialect) : proxy_(proxy), dialect_(dialect) {
-    // In its first version the core protocol, too, has no other event.
+    // In its second version the core protocol, too, has no other event.
     static const std::array kListener = {handler(&Offer::onType)};
     listen(proxy_, kListener, this);
 }
@@ -208,7 +210,15 @@ Device::Device(wl_proxy* proxy, Dialect dialect, Events events)
 }
 
 Device::~Device() {
-    destroy(proxy_, requestsOf(dialect_).deviceDestroy);
+    if (isRetired_) {
+        wl_proxy_destroy(proxy_);
+    } else {
+        destroy(proxy_, requestsOf(dialect_).deviceDestroy);
+    }
+}
+
+void Device::retire() {
+    if (!std::exchange(isRetired_, true)) send(proxy_, requestsOf(dialect_).deviceDestroy);
 }
 
 void Device::setSelection(const Source* source, std::uint32_t serial) {
@@ -271,7 +281,7 @@ std::shared_ptr<Offer> Device::take(wl_proxy* offer) {
 Manager::Manager(wl_proxy* registry, std::uint32_t name, Dialect dialect)
     : dialect_(dialect),
       proxy_(reinterpret_cast<wl_proxy*>(wl_registry_bind(reinterpret_cast<wl_registry*>(registry), name,
-                                                          &interfacesOf(dialect).manager, kVersion))) {}
+                                                          &interfacesOf(dialect).manager, versionOf(dialect)))) {}
 
 Manager::~Manager() {
     destroy(proxy_, requestsOf(dialect_).managerDestroy);

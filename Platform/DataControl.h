@@ -23,6 +23,9 @@ enum class Dialect : std::uint8_t { ext, zwlr, core };
 /// The name of the global object by which a compositor offers the protocol.
 std::string_view managerName(Dialect dialect) noexcept;
 
+/// The version of the protocol that is used here, and so at least has to be offered.
+std::uint32_t versionOf(Dialect dialect) noexcept;
+
 /// Destroys a protocol object that has no request for its end.
 struct ProxyDeleter {
     void operator()(wl_proxy* proxy) const noexcept { wl_proxy_destroy(proxy); }
@@ -102,6 +105,11 @@ public:
     /// that this answers, and does nothing where other input, or another copy, has come since.
     void setSelection(const Source* source, std::uint32_t serial = 0);
 
+    /// Asks the compositor to tell no more. On a connection that goes on after this object's end, that should come only
+    /// when the compositor has answered: it numbers the objects that its events announce, and a connection on which one
+    /// of the numbers was not taken in breaks with the next.
+    void retire();
+
 private:
     static void onOffer(void* self, wl_proxy* proxy, wl_proxy* offer);
     static void onSelection(void* self, wl_proxy* proxy, wl_proxy* offer);
@@ -117,6 +125,7 @@ private:
     wl_proxy* proxy_;
     Dialect dialect_;
     Events events_;
+    bool isRetired_ = false;
     std::vector<std::shared_ptr<Offer>> announced_;  // of which nobody has said yet what they are
     std::shared_ptr<Offer> dragged_;                 // over one of the program's windows
 };

@@ -42,8 +42,8 @@ std::unique_ptr<SystemPasteboard> openSystemPasteboard(const PasteboardLog& log,
     return nullptr;
 }
 
-std::unique_ptr<SystemPasteboard> openSystemPasteboard() {
-    return openSystemPasteboard([](const std::string& line) { std::clog << line << std::endl; }, pasteboardBackEnds());
+std::unique_ptr<SystemPasteboard> openSystemPasteboard(std::span<const PasteboardBackEnd> backEnds) {
+    return openSystemPasteboard([](const std::string& line) { std::clog << line << std::endl; }, backEnds);
 }
 
 }  // namespace ravlin

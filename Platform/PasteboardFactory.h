@@ -20,7 +20,7 @@ struct PasteboardBackEnd {
 
 using PasteboardLog = std::function<void(const std::string& line)>;
 
-/// The back ends of this program, the best first: Wayland's data control, X11.
+/// The back ends that need no toolkit, the best first: Wayland's data control, X11.
 std::span<const PasteboardBackEnd> pasteboardBackEnds();
 
 /// The clipboard of this desktop session: that of the first of `backEnds` that can be opened, or null. `log` gets one
@@ -30,7 +30,7 @@ std::span<const PasteboardBackEnd> pasteboardBackEnds();
 std::unique_ptr<SystemPasteboard> openSystemPasteboard(const PasteboardLog& log,
                                                        std::span<const PasteboardBackEnd> backEnds);
 
-/// The same with this program's back ends; the line goes to the standard log.
-std::unique_ptr<SystemPasteboard> openSystemPasteboard();
+/// The same; the line goes to the standard log.
+std::unique_ptr<SystemPasteboard> openSystemPasteboard(std::span<const PasteboardBackEnd> backEnds);
 
 }  // namespace ravlin

@@ -36,9 +36,15 @@ std::unique_ptr<WaylandPasteboard> WaylandPasteboard::openOn(wl_display* display
     return pasteboard->start(whyNot) ? std::move(pasteboard) : nullptr;
 }
 
+WaylandPasteboard::~WaylandPasteboard() {
+    if (!isShared_ || !seat_) return;
+    seat_->device->retire();
+    connection_->synchronise();
+}
+
 WaylandConnection::Globals WaylandPasteboard::globals() {
     return {.appeared = [this](std::uint32_t name, std::string_view interface,
-                               std::uint32_t /*version*/) { noteGlobal(name, interface); },
+                               std::uint32_t version) { noteGlobal(name, interface, version); },
             .removed = [this](std::uint32_t name) { noteRemoval(name); }};
 }
 
@@ -59,11 +65,11 @@ bool WaylandPasteboard::start(std::string& whyNot) {
     return true;
 }
 
-void WaylandPasteboard::noteGlobal(std::uint32_t name, std::string_view interface) {
+void WaylandPasteboard::noteGlobal(std::uint32_t name, std::string_view interface, std::uint32_t version) {
     if (interface == wl_seat_interface.name) seatNames_.push_back(name);
     for (const Dialect each : {Dialect::ext, Dialect::zwlr, Dialect::core}) {
-        const bool isWanted = isShared_ == (each == Dialect::core);
-        if (isWanted && interface == DataControl::managerName(each)) managerNames_.emplace_back(name, each);
+        const bool isOfUse = isShared_ == (each == Dialect::core) && version >= DataControl::versionOf(each);
+        if (isOfUse && interface == DataControl::managerName(each)) managerNames_.emplace_back(name, each);
     }
 }
 

@@ -43,6 +43,12 @@ public:
     /// have other readers: see `WaylandConnection::share`. Null where that fails.
     static std::unique_ptr<WaylandPasteboard> openOn(wl_display* display, std::string& whyNot, ReadLimits limits = {});
 
+    WaylandPasteboard(const WaylandPasteboard&) = delete;
+    WaylandPasteboard& operator=(const WaylandPasteboard&) = delete;
+    WaylandPasteboard(WaylandPasteboard&&) = delete;
+    WaylandPasteboard& operator=(WaylandPasteboard&&) = delete;
+    ~WaylandPasteboard() override;
+
     /// Counts the changes since this object was made. A compositor that does not answer in time is assumed to have
     /// changed something.
     std::int64_t changeCount() override;
@@ -66,6 +72,9 @@ public:
 
     /// On the connection of the program's windows nothing lingers: it ends with them.
     void lingerIfOwner() override;
+
+    /// Whether the text on the clipboard is ours, as far as this object has been told.
+    bool isOwner() const { return own_ && own_->text && own_->isAccepted; }
 
     /// Goes on serving until everybody who has asked for our text has it, or until `deadline`.
     void finishTransfers(WaylandConnection::TimePoint deadline);
@@ -99,7 +108,7 @@ private:
     WaylandPasteboard(bool isShared, ReadLimits limits) : isShared_(isShared), limits_(limits) {}
     WaylandConnection::Globals globals();
     bool start(std::string& whyNot);
-    void noteGlobal(std::uint32_t name, std::string_view interface);
+    void noteGlobal(std::uint32_t name, std::string_view interface, std::uint32_t version);
     void noteRemoval(std::uint32_t name);
     bool bindManager();
     bool chooseSeat();
@@ -110,7 +119,6 @@ private:
     bool update();
     void completeClear();
     bool hasAccess() const;
-    bool isOwner() const { return own_ && own_->text && own_->isAccepted; }
     std::unique_ptr<Own> copyOf(std::string_view text);
     void select(const DataControl::Source* source);
     void serve(std::string_view type, int descriptor, const std::shared_ptr<const std::string>& text);

@@ -65,7 +65,7 @@ class DesktopTest(unittest.TestCase):
         desktop.click(icon.x + (5 if self.clicks % 2 else icon.width - 5), icon.center[1], button)
 
     def assert_clipboard(self, text):
-        eventually(lambda: desktop.clipboard() == text, f"the clipboard holds {text!r}")
+        eventually(lambda: desktop.clipboard() == text, f"the clipboard holds {text[:40]!r}")
 
 
 class MainJob(DesktopTest):
@@ -485,6 +485,96 @@ class Waybar(DesktopTest):
         self.start_bar()
         self.click()
         self.wait_for_corner(is_open=True)
+
+
+class NestedXWayland(DesktopTest):
+    """On a compositor without data control, whose X server knows what is copied in either world."""
+
+    def setUp(self):
+        self.ravlin = self.start(QT_QPA_PLATFORM="wayland", DISPLAY=os.environ["XWAYLAND_DISPLAY"])
+        eventually(lambda: desktop.is_on_bus("org.ravlin.ravlin"), "the program has started")
+        desktop.activate_by_name()  # before it opens by itself, since there is no tray
+
+    def test_copies_of_wayland_programs_are_rewritten(self):
+        for text in ("hello", "".join(f"line {number}\n" for number in range(100000))):
+            self.copy(text)  # which closes the panel
+            desktop.activate_by_name()
+            desktop.search_for("upper")
+            desktop.press("UPPERCASE")
+            self.assert_clipboard(text.upper())
+        self.ravlin.process.terminate()
+        self.assertEqual(self.ravlin.wait_for_end(), 0)
+        self.assert_clipboard(text.upper())
+        self.assertEqual(self.ravlin.output(), "clipboard: X11 (Wayland: the compositor offers no data control)\n")
+
+
+class NestedFocus(DesktopTest):
+    """On a compositor without data control, and without an X server: while the panel has the keyboard."""
+
+    def setUp(self):
+        self.ravlin = self.start(QT_QPA_PLATFORM="wayland", DISPLAY="")
+        # Before it opens by itself, since there is no tray, and takes the keyboard from others.
+        self.open_panel()
+        self.close_panel()
+
+    def open_panel(self):
+        eventually(lambda: desktop.is_on_bus("org.ravlin.ravlin"), "the program has started")
+        desktop.activate_by_name()
+        eventually(lambda: desktop.search_field(has_keyboard=True), "the panel has the keyboard")
+
+    def close_panel(self):
+        desktop.press_key("Escape", "Escape")
+        eventually(lambda: desktop.search_field() is None, "the panel is closed")
+
+    def use(self, search, *answers):
+        desktop.type_text(search)
+        eventually(lambda: desktop.text_of(desktop.search_field()) == search, "the search field has the keys")
+        desktop.press_key("Return")
+        eventually(lambda: desktop.find_accessible(lambda each: each.get_name().startswith(answers)),
+                   f"the panel says {answers}")
+
+    def rewrite(self, search, *answers):
+        self.open_panel()
+        self.use(search, *answers)
+        self.close_panel()
+
+    def test_the_clipboard_is_rewritten_as_often_as_wanted(self):
+        for text in ("hello", "again"):
+            self.copy(text)
+            self.rewrite("upper", "UPPERCASE — ready")
+            self.assert_clipboard(text.upper())
+
+    def test_several_transforms_work_on_one_text(self):
+        self.copy("hello")
+        self.open_panel()
+        self.use("upper", "UPPERCASE — ready")
+        desktop.press_key("Escape")
+        self.use("rot13", "ROT13 — ready")
+        self.close_panel()
+        self.assert_clipboard("URYYB")
+
+    def test_large_texts_are_rewritten_byte_for_byte(self):
+        text = "".join(f"line {number}\n" for number in range(100000))
+        self.copy(text)
+        self.rewrite("upper", "UPPERCASE — ready")
+        self.assert_clipboard(text.upper())
+
+    def test_a_hung_program_keeps_its_clipboard(self):
+        owner = self.copy("precious")
+        owner.send_signal(signal.SIGSTOP)
+        # What only Qt can read, as on Weston, looks empty.
+        self.rewrite("upper", NO_TEXT, "Clipboard is empty")
+        owner.send_signal(signal.SIGCONT)
+        self.assert_clipboard("precious")
+
+    def test_it_ends_at_once_and_leaves_nobody_behind(self):
+        self.copy("hello")
+        self.rewrite("upper", "UPPERCASE — ready")
+        self.ravlin.process.terminate()
+        self.assertEqual(self.ravlin.wait_for_end(), 0)
+        self.assertEqual(self.ravlin.lingering_children(), [])
+        self.assertEqual(self.ravlin.output(), "clipboard: Qt (Wayland: the compositor offers no data control; "
+                                               "X11: no display answers)\n")
 
 
 class SecondStart(DesktopTest):

@@ -55,7 +55,8 @@ void destroyResource(wl_client* /*client*/, wl_resource* resource) {
 template <std::list<wl_resource*> Seat::*kList>
 wl_resource* createListed(wl_client* client, const wl_interface& interface, std::uint32_t id, const void* requests,
                           Seat& seat) {
-    wl_resource* const resource = wl_resource_create(client, &interface, 1, id);
+    const int version = &interface == &wl_data_device_interface ? 2 : 1;
+    wl_resource* const resource = wl_resource_create(client, &interface, version, id);
     wl_resource_set_implementation(resource, requests, &seat, [](wl_resource* gone) {
         if (Seat* const seatOfGone = dataOf<Seat>(gone)) (seatOfGone->*kList).remove(gone);
     });
@@ -179,7 +180,7 @@ void setCoreSelection(wl_client* /*client*/, wl_resource* device, wl_resource* s
 constexpr struct ext_data_control_device_v1_interface kDevice = {
     .set_selection = setSelection, .destroy = destroyResource, .set_primary_selection = nullptr};
 constexpr struct wl_data_device_interface kCoreDevice = {
-    .start_drag = nullptr, .set_selection = setCoreSelection, .release = nullptr};
+    .start_drag = nullptr, .set_selection = setCoreSelection, .release = destroyResource};
 
 void getDevice(wl_client* client, wl_resource* /*manager*/, std::uint32_t id, wl_resource* seatResource) {
     Seat& seat = *dataOf<Seat>(seatResource);
@@ -244,10 +245,11 @@ void sendCapabilities(wl_resource* resource, const Seat& seat) {
 }
 
 template <const auto& kInterface, const auto& kRequests>
-void offerGlobal(wl_display* display) {
-    wl_global_create(display, &kInterface, 1, nullptr,
-                     [](wl_client* client, void* /*data*/, std::uint32_t /*version*/, std::uint32_t id) {
-                         wl_resource* const resource = wl_resource_create(client, &kInterface, 1, id);
+void offerGlobal(wl_display* display, int version = 1) {
+    wl_global_create(display, &kInterface, version, nullptr,
+                     [](wl_client* client, void* /*data*/, std::uint32_t bound, std::uint32_t id) {
+                         wl_resource* const resource =
+                             wl_resource_create(client, &kInterface, static_cast<int>(bound), id);
                          wl_resource_set_implementation(resource, &kRequests, nullptr, nullptr);
                      });
 }
@@ -260,7 +262,7 @@ public:
         : hasKeyboard_(plan.hasKeyboard), display_(wl_display_create()), commands_(commands), replies_(replies) {
         offerGlobal<wl_compositor_interface, kCompositor>(display_);
         if (plan.hasDataControl) offerGlobal<ext_data_control_manager_v1_interface, kManager>(display_);
-        if (plan.hasCoreClipboard) offerGlobal<wl_data_device_manager_interface, kCoreManager>(display_);
+        if (plan.hasCoreClipboard) offerGlobal<wl_data_device_manager_interface, kCoreManager>(display_, 2);
         if (plan.hasSeat) addSeat();
         if (wl_display_add_socket(display_, path.c_str()) != 0) _exit(1);
         wl_event_loop_add_fd(

@@ -257,6 +257,20 @@ TEST_F(WaylandFocus, ThatSomebodyElseReadsFromTheConnectionDisturbsNothing) {
     EXPECT_LT(time, 15s) << "which is less than a single wait in every twentieth round";
 }
 
+TEST_F(WaylandFocus, ItsEndInTheMiddleOfOthersCopiesLeavesTheConnectionIntact) {
+    const OtherReader reader(window_.display());
+    compositor_.giveFocus();
+    ForeignSource source("theirs");
+    std::atomic<bool> isCopying = true;
+    std::thread copying([&] {
+        source.copyManyTimes();
+        isCopying = false;
+    });
+    while (isCopying) pasteboard_ = openPasteboardOf(window_);
+    copying.join();
+    EXPECT_EQ(pasteboard_->string(), "theirs");
+}
+
 TEST_F(WaylandFocus, HungCompositorCostsEachOperationItsLimit) {
     compositor_.giveFocus();
     ASSERT_TRUE(pasteboard_->setString("ours"));

@@ -18,6 +18,9 @@ from gi.repository import Atspi, Gio, GLib  # noqa: E402
 DEADLINE_SECONDS = 30  # far more than anything takes, because the machine may be busy
 PR_SET_CHILD_SUBREAPER = 36
 IS_WAYLAND = "WAYLAND_DISPLAY" in os.environ
+# The compositor is a window of an X server, from which it gets its input.
+IS_NESTED = IS_WAYLAND and "DISPLAY" in os.environ
+HAS_VIRTUAL_KEYBOARD = IS_WAYLAND and not IS_NESTED
 
 
 def eventually(condition, what, seconds=DEADLINE_SECONDS):
@@ -101,12 +104,12 @@ def click(x, y, button=1):
 
 
 def type_text(text):
-    subprocess.run(["wtype", text] if IS_WAYLAND else ["xdotool", "type", "--delay", "5", text], check=True)
+    subprocess.run(["wtype", text] if HAS_VIRTUAL_KEYBOARD else ["xdotool", "type", "--delay", "5", text], check=True)
 
 
 def press_key(*names):
     for name in names:
-        subprocess.run(["wtype", "-k", name] if IS_WAYLAND else ["xdotool", "key", name], check=True)
+        subprocess.run(["wtype", "-k", name] if HAS_VIRTUAL_KEYBOARD else ["xdotool", "key", name], check=True)
 
 
 @contextlib.contextmanager
@@ -177,9 +180,43 @@ def clipboard():
     return result.stdout.decode() if result.returncode == 0 else None
 
 
+class Background:
+    """A program that has gone to the background, and so become a child of this process."""
+
+    def __init__(self, pid):
+        self.pid = pid
+
+    def send_signal(self, number):
+        os.kill(self.pid, number)
+
+    def end(self):
+        with contextlib.suppress(ProcessLookupError, ChildProcessError):
+            self.send_signal(signal.SIGKILL)
+            os.waitpid(self.pid, 0)
+
+
+@contextlib.contextmanager
+def copied_with_the_keyboard(text):
+    """`copied` where a program must have the keyboard for that, which nobody else may take before it is done. Orphans
+    have been adopted."""
+    before = children_named("wl-copy")
+    subprocess.run(["wl-copy"], input=text.encode(), check=True, timeout=DEADLINE_SECONDS, stdout=subprocess.DEVNULL,
+                   stderr=subprocess.DEVNULL)
+    owner = Background(next(pid for pid in children_named("wl-copy") if pid not in before))
+    try:
+        yield owner
+    finally:
+        owner.send_signal(signal.SIGCONT)
+        owner.end()
+
+
 @contextlib.contextmanager
 def copied(text):
     """Another program that has copied `text`, and serves it as long as it is asked."""
+    if IS_NESTED:
+        with copied_with_the_keyboard(text) as owner:
+            yield owner
+        return
     # The owner is looked at, not the text: a program that is about to lose the clipboard may leave a reader waiting.
     before = None if IS_WAYLAND else selection_owner("CLIPBOARD")
     owner = subprocess.Popen(COPYING, stdin=subprocess.PIPE, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
@@ -307,6 +344,17 @@ def button(name):
     """The button with this name, once it can be seen."""
     return eventually(lambda: find_accessible(lambda each: each.get_role() == Atspi.Role.PUSH_BUTTON
                                               and each.get_name() == name), f"there is a button {name!r}")
+
+
+def search_field(has_keyboard=False):
+    """The panel's search field where the panel is open, else None."""
+    return find_accessible(lambda each: each.get_role() == Atspi.Role.TEXT
+                           and (not has_keyboard or each.get_state_set().contains(Atspi.StateType.FOCUSED)))
+
+
+def text_of(accessible):
+    """What stands in a field; None where there is no such field."""
+    return None if accessible is None else Atspi.Text.get_text(accessible, 0, -1)
 
 
 def search_for(text):

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "Platform/Descriptor.h"
+#include "Platform/SystemPasteboard.h"
+
+#include <QObject>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+class QClipboard;
+
+namespace ravlin {
+
+/// Qt's own clipboard, for platforms of Qt that have no other: it reaches as far as Qt's platform plugin does. Belongs
+/// to the application object's thread, and must not be used after that object's end.
+class QtClipboard final : public SystemPasteboard {
+public:
+    QtClipboard();
+
+    /// Counts what the clipboard signals.
+    std::int64_t changeCount() override;
+    std::optional<std::string> string() override;
+    std::optional<std::string> data(Type type) override;
+    std::optional<std::size_t> itemCount() override;
+
+    /// Takes effect with the next operation or at the next `processEvents`: a `setString` that comes first takes its
+    /// place.
+    void clearContents() override;
+    bool setString(std::string_view text) override;
+    int fileDescriptor() const override { return wakeUp_.get(); }
+    void processEvents() override;
+
+    /// Nothing lingers.
+    void lingerIfOwner() override {}
+
+private:
+    std::vector<std::string> types();
+    void completeClear();
+
+    QClipboard* clipboard_;
+    Descriptor wakeUp_;
+    std::int64_t changeCount_ = 0;
+    bool isClearPending_ = false;
+    QObject listener_;
+};
+
+}  // namespace ravlin
