@@ -6,8 +6,8 @@ namespace ravlin {
 
 class UpdatePage;
 
-/// The window of the update component. There is one for the program's whole life, and what it shows changes in place, so
-/// that a check turns into its result before the user's eyes.
+/// The window of the update component. There is one for the program's whole life, and what it shows changes in place,
+/// so that a check turns into its result before the user's eyes.
 class UpdateWindow final : public QDialog {
     Q_OBJECT
 
