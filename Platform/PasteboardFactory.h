@@ -25,8 +25,8 @@ std::span<const PasteboardBackEnd> pasteboardBackEnds();
 
 /// The clipboard of this desktop session: that of the first of `backEnds` that can be opened, or null. `log` gets one
 /// line that tells which it is, and why not those before it:
-///     "clipboard: X11"
-///     "clipboard: none (X11: no display answers)"
+///     "clipboard: Wayland"
+///     "clipboard: X11 (Wayland: WAYLAND_DISPLAY is not set)"
 std::unique_ptr<SystemPasteboard> openSystemPasteboard(const PasteboardLog& log,
                                                        std::span<const PasteboardBackEnd> backEnds);
 

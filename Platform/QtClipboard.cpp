@@ -2,7 +2,6 @@
 
 #include "Platform/ClipboardTypes.h"
 
-#include <QClipboard>
 #include <QGuiApplication>
 #include <QMimeData>
 

@@ -3,13 +3,12 @@
 #include "Platform/Descriptor.h"
 #include "Platform/SystemPasteboard.h"
 
+#include <QClipboard>
 #include <QObject>
 
 #include <cstdint>
 #include <string>
 #include <vector>
-
-class QClipboard;
 
 namespace ravlin {
 
