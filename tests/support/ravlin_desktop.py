@@ -202,7 +202,8 @@ def copied_with_the_keyboard(text):
     before = children_named("wl-copy")
     subprocess.run(["wl-copy"], input=text.encode(), check=True, timeout=DEADLINE_SECONDS, stdout=subprocess.DEVNULL,
                    stderr=subprocess.DEVNULL)
-    owner = Background(next(pid for pid in children_named("wl-copy") if pid not in before))
+    owner = Background(eventually(lambda: [pid for pid in children_named("wl-copy") if pid not in before],
+                                  "the other program serves what it copied")[0])
     try:
         yield owner
     finally:
