@@ -4,7 +4,8 @@
 
 #include <QNetworkProxyFactory>
 #include <QSysInfo>
-#include <QTimer>
+
+#include <utility>
 
 #include <gnu/libc-version.h>
 
@@ -24,13 +25,13 @@ std::optional<UpdateFailure> verifyAndReplace(const QString& file, const QByteAr
 
 }  // namespace
 
-AppcastSource::AppcastSource(const UpdateSettings& settings, UpdateState& state, const Version& current)
-    : settings_(settings),
+AppcastSource::AppcastSource(UpdateSettings settings, UpdateState& state, Version current)
+    : settings_(std::move(settings)),
       state_(state),
-      current_(current),
+      current_(std::move(current)),
       surroundings_(SingleFileInstaller::Surroundings::current()),
-      feedDownloader_(current.text()),
-      fileDownloader_(current.text()) {
+      feedDownloader_(current_.text()),
+      fileDownloader_(current_.text()) {
     QNetworkProxyFactory::setUseSystemConfiguration(true);
     connect(&feedDownloader_, &Downloader::finished, this,
             [this](const QByteArray& document) { Q_EMIT checked(choose(document)); });
@@ -91,7 +92,7 @@ FoundUpdate AppcastSource::offer(const ChosenUpdate& update) {
 void AppcastSource::install() {
     const auto target = SingleFileInstaller::target(surroundings_);
     if (const auto* const failure = std::get_if<UpdateFailure>(&target)) {
-        QTimer::singleShot(0, this, [this, failure = *failure] { Q_EMIT failed(failure); });
+        Q_EMIT failed(*failure);
         return;
     }
     file_ = std::get<QString>(target);

@@ -30,7 +30,7 @@ public:
     };
 
     /// `state` must outlive the source.
-    AppcastSource(const UpdateSettings& settings, UpdateState& state, const Version& current);
+    AppcastSource(UpdateSettings settings, UpdateState& state, Version current);
     AppcastSource(const AppcastSource&) = delete;
     AppcastSource& operator=(const AppcastSource&) = delete;
     AppcastSource(AppcastSource&&) = delete;

@@ -17,7 +17,7 @@ constexpr int kStatusOK = 200;
 Downloader::Downloader(const QString& version, QObject* parent)
     : QObject(parent), userAgent_("Ravlin/" + version.toUtf8()) {
     deadline_.setSingleShot(true);
-    connect(&deadline_, &QTimer::timeout, this, [this] { fail(QStringLiteral("it took too long")); });
+    connect(&deadline_, &QTimer::timeout, this, [this] { fail(deadlineCause_); });
 }
 
 Downloader::~Downloader() {
@@ -45,13 +45,11 @@ void Downloader::start(const QUrl& url, const DownloadLimits& limits) {
     limits_ = limits;
     redirects_ = 0;
     body_.clear();
+    const bool isSafe = Address::isSafe(url);
+    deadlineCause_ = isSafe ? QStringLiteral("it took too long") : QStringLiteral("its address is not safe");
     // The idle limit starts anew with each byte, so that a drip needs another one.
-    deadline_.start(limits.total);
-    if (!Address::isSafe(url)) {
-        QTimer::singleShot(0, &deadline_, [this] { fail(QStringLiteral("its address is not safe")); });
-        return;
-    }
-    request(url);
+    deadline_.start(isSafe ? limits.total : std::chrono::milliseconds(0));
+    if (isSafe) request(url);
 }
 
 void Downloader::request(const QUrl& url) {

@@ -67,6 +67,7 @@ private:
     int redirects_ = 0;
     QByteArray body_;
     QTimer deadline_;
+    QString deadlineCause_;
 };
 
 }  // namespace ravlin

@@ -4,6 +4,7 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <utility>
 
 namespace ravlin {
 namespace {
@@ -29,7 +30,7 @@ UpdateFailure failureOf(const PackageKitTransaction::Result& result) {
 
 }  // namespace
 
-PackageKitSource::PackageKitSource(const Copy& copy) : copy_(copy) {
+PackageKitSource::PackageKitSource(Copy copy) : copy_(std::move(copy)) {
     checkDeadline_.setSingleShot(true);
     checkDeadline_.setInterval(kPatience);
     connect(&checkDeadline_, &QTimer::timeout, this, [this] {

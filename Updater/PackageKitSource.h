@@ -25,7 +25,7 @@ public:
         QString provider;    // "Debian", or empty
     };
 
-    explicit PackageKitSource(const Copy& copy);
+    explicit PackageKitSource(Copy copy);
 
     /// How long a check may take, in which PackageKit may be busy with something else.
     void setPatience(std::chrono::milliseconds patience) { checkDeadline_.setInterval(patience); }

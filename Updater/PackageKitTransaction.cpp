@@ -4,7 +4,6 @@
 #include <QDBusObjectPath>
 #include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
-#include <QTimer>
 
 namespace ravlin {
 namespace {
@@ -28,14 +27,17 @@ constexpr uint kUpdating = 10;
 
 PackageKitTransaction::PackageKitTransaction(const QDBusConnection& bus, QObject* parent) : QObject(parent), bus_(bus) {
     auto* const watcher = new QDBusServiceWatcher(service(), bus_, QDBusServiceWatcher::WatchForUnregistration, this);
-    connect(watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this] { end(result_); });
+    // PackageKit ends when nobody needs it, perhaps at this very moment, and is started again by the next call.
+    connect(watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this] {
+        if (!path_.isEmpty()) end(result_);
+    });
 }
 
 void PackageKitTransaction::run(const QString& method, const QVariantList& arguments) {
     if (!bus_.isConnected()) {
         // A call would never be answered, not even by an error.
         result_.isPresent = false;
-        QTimer::singleShot(0, this, [this] { end(result_); });
+        QMetaObject::invokeMethod(this, "endAsItIs", Qt::QueuedConnection);
         return;
     }
     QDBusPendingCallWatcher* const created =
@@ -99,6 +101,10 @@ void PackageKitTransaction::noteProperties(const QString& /*interface*/, const Q
 
 void PackageKitTransaction::handleFinished(uint exit, uint /*runtime*/) {
     result_.hasWorked = exit == kSuccess;
+    end(result_);
+}
+
+void PackageKitTransaction::endAsItIs() {
     end(result_);
 }
 

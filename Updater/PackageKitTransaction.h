@@ -55,6 +55,7 @@ private:
     QDBusPendingCallWatcher* call(const QString& path, const QString& interface, const QString& method,
                                   const QVariantList& arguments);
     void end(const Result& result);
+    Q_SLOT void endAsItIs();
 
     Q_SLOT void addPackage(uint info, const QString& identifier, const QString& summary);
     Q_SLOT void noteError(uint code, const QString& details);

@@ -30,7 +30,8 @@ public:
     /// Looks for an update; `checked` follows, later.
     virtual void check(bool isAskedForByUser) = 0;
 
-    /// Installs what the last check has found: `progressed`, `installing` and `installed` follow, or `failed`.
+    /// Installs what the last check has found: `progressed`, `installing` and `installed` follow, or `failed`,
+    /// which may come at once.
     virtual void install() = 0;
 
     /// Does not tell of what the last check has found again, unless the user asks for a check.

@@ -1,5 +1,7 @@
 #include "Updater/Updater.h"
 
+#include <utility>
+
 namespace ravlin {
 namespace {
 
@@ -12,8 +14,8 @@ Overloaded(Cases...) -> Overloaded<Cases...>;
 
 }  // namespace
 
-Updater::Updater(UpdateSource& source, UserDriver& user, UpdateSchedule* schedule, const QString& version)
-    : source_(source), user_(user), schedule_(schedule), version_(version) {
+Updater::Updater(UpdateSource& source, UserDriver& user, UpdateSchedule* schedule, QString version)
+    : source_(source), user_(user), schedule_(schedule), version_(std::move(version)) {
     connect(&source_, &UpdateSource::checked, this, &Updater::handleResult);
     connect(&source_, &UpdateSource::progressed, this,
             [this](qint64 received, qint64 total) { user_.showProgress(received, total); });
@@ -36,7 +38,7 @@ void Updater::start() {
     connect(schedule_, &UpdateSchedule::due, this, [this] {
         if (state_ == State::idle) check(/*isAskedForByUser=*/false);
     });
-    QMetaObject::invokeMethod(this, &Updater::begin, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, "begin", Qt::QueuedConnection);
 }
 
 // The user may have been faster.

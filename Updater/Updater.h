@@ -21,7 +21,7 @@ public:
 
     /// All of them must outlive the updater; without a schedule only the user starts checks. `version` is this
     /// program's.
-    Updater(UpdateSource& source, UserDriver& user, UpdateSchedule* schedule, const QString& version);
+    Updater(UpdateSource& source, UserDriver& user, UpdateSchedule* schedule, QString version);
 
     /// Begins with what the schedule wants, once the event loop runs.
     void start();
@@ -41,7 +41,7 @@ Q_SIGNALS:
     void relaunchRequested(const QString& file);
 
 private:
-    void begin();
+    Q_SLOT void begin();
     void ask();
     void check(bool isAskedForByUser);
     void cancel();
