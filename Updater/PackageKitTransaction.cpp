@@ -1,9 +1,10 @@
 #include "Updater/PackageKitTransaction.h"
 
-#include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
+
+#include <utility>
 
 namespace ravlin {
 namespace {
@@ -23,9 +24,17 @@ constexpr uint kBlockedPackage = 9;  // of a package: nobody can update it now
 constexpr uint kInstalling = 9;      // of a status
 constexpr uint kUpdating = 10;
 
+QDBusMessage messageTo(const QString& path, const QString& interface, const QString& method,
+                       const QVariantList& arguments) {
+    QDBusMessage message = QDBusMessage::createMethodCall(service(), path, interface, method);
+    message.setArguments(arguments);
+    return message;
+}
+
 }  // namespace
 
-PackageKitTransaction::PackageKitTransaction(const QDBusConnection& bus, QObject* parent) : QObject(parent), bus_(bus) {
+PackageKitTransaction::PackageKitTransaction(QDBusConnection bus, QObject* parent)
+    : QObject(parent), bus_(std::move(bus)) {
     auto* const watcher = new QDBusServiceWatcher(service(), bus_, QDBusServiceWatcher::WatchForUnregistration, this);
     // PackageKit ends when nobody needs it, perhaps at this very moment, and is started again by the next call.
     connect(watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this] {
@@ -40,8 +49,8 @@ void PackageKitTransaction::run(const QString& method, const QVariantList& argum
         QMetaObject::invokeMethod(this, "endAsItIs", Qt::QueuedConnection);
         return;
     }
-    QDBusPendingCallWatcher* const created =
-        call(QStringLiteral("/org/freedesktop/PackageKit"), service(), QStringLiteral("CreateTransaction"), {});
+    QDBusPendingCallWatcher* const created = call(
+        messageTo(QStringLiteral("/org/freedesktop/PackageKit"), service(), QStringLiteral("CreateTransaction"), {}));
     connect(created, &QDBusPendingCallWatcher::finished, this,
             [this, created, method, arguments] { handleCreated(*created, method, arguments); });
 }
@@ -55,7 +64,7 @@ void PackageKitTransaction::handleCreated(const QDBusPendingCallWatcher& created
     }
     path_ = path.value().path();
     listen();
-    QDBusPendingCallWatcher* const started = call(path_, transactionInterface(), method, arguments);
+    QDBusPendingCallWatcher* const started = call(messageTo(path_, transactionInterface(), method, arguments));
     connect(started, &QDBusPendingCallWatcher::finished, this, [this, started] {
         if (!started->isError()) return;
         result_.detail = started->error().message();
@@ -73,15 +82,12 @@ void PackageKitTransaction::listen() {
                  QStringLiteral("PropertiesChanged"), this, SLOT(noteProperties(QString, QVariantMap, QStringList)));
 }
 
-QDBusPendingCallWatcher* PackageKitTransaction::call(const QString& path, const QString& interface,
-                                                     const QString& method, const QVariantList& arguments) {
-    QDBusMessage message = QDBusMessage::createMethodCall(service(), path, interface, method);
-    message.setArguments(arguments);
+QDBusPendingCallWatcher* PackageKitTransaction::call(const QDBusMessage& message) {
     return new QDBusPendingCallWatcher(bus_.asyncCall(message), this);
 }
 
 void PackageKitTransaction::cancel() {
-    if (!path_.isEmpty()) call(path_, transactionInterface(), QStringLiteral("Cancel"), {});
+    if (!path_.isEmpty()) bus_.send(messageTo(path_, transactionInterface(), QStringLiteral("Cancel"), {}));
 }
 
 void PackageKitTransaction::addPackage(uint info, const QString& identifier, const QString& /*summary*/) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDBusConnection>
+#include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QObject>
 #include <QString>
@@ -36,7 +37,7 @@ public:
         QStringList packages;  // identifiers: "name;version;architecture;origin"
     };
 
-    explicit PackageKitTransaction(const QDBusConnection& bus, QObject* parent = nullptr);
+    explicit PackageKitTransaction(QDBusConnection bus, QObject* parent = nullptr);
 
     /// Calls `method` of a new transaction. To be called once.
     void run(const QString& method, const QVariantList& arguments);
@@ -50,10 +51,9 @@ Q_SIGNALS:
     void finished(const ravlin::PackageKitTransaction::Result& result);
 
 private:
-    void handleCreated(const QDBusPendingCallWatcher& call, const QString& method, const QVariantList& arguments);
+    void handleCreated(const QDBusPendingCallWatcher& created, const QString& method, const QVariantList& arguments);
     void listen();
-    QDBusPendingCallWatcher* call(const QString& path, const QString& interface, const QString& method,
-                                  const QVariantList& arguments);
+    QDBusPendingCallWatcher* call(const QDBusMessage& message);
     void end(const Result& result);
     Q_SLOT void endAsItIs();
 
