@@ -21,11 +21,11 @@ std::optional<Version> Version::parse(QStringView text) {
     const QList<QStringView> parts = text.split(QLatin1Char('.'));
     if (parts.size() > static_cast<qsizetype>(kMaxNumbers)) return std::nullopt;
     Version version;
-    auto slot = version.numbers_.begin();
+    std::size_t count = 0;
     for (const QStringView part : parts) {
         const std::optional<std::uint32_t> number = parseNumber(part);
         if (!number) return std::nullopt;
-        *slot++ = *number;
+        version.numbers_.at(count++) = *number;
     }
     version.text_ = text.toString();
     return version;
