@@ -94,6 +94,8 @@ protected:
         for (const auto& show : all) {
             show();
             QApplication::processEvents();
+            // A window manager gives an open window its new size in its own time.
+            EXPECT_TRUE(QTest::qWaitFor([] { return window().size() == window().sizeHint(); })) << heading();
             look();
         }
     }
