@@ -118,16 +118,16 @@ std::optional<std::string> WaylandPasteboard::string() {
     if (!catchUp()) return std::nullopt;
     if (isOwner()) return *own_->text;  // asked through the compositor, we would wait for ourselves
     foreign_.isSilent = false;
-    const std::string* const name = offeredAs(Type::string);
-    std::optional<std::string> bytes = name != nullptr ? read(*name) : std::nullopt;
+    const std::optional<std::string> name = offeredAs(Type::string);
+    std::optional<std::string> bytes = name ? read(*name) : std::nullopt;
     return bytes ? ClipboardTypes::decoded(*name, std::move(*bytes)) : std::nullopt;
 }
 
 std::optional<std::string> WaylandPasteboard::data(Type type) {
     if (type == Type::string) return string();
     if (!catchUp() || isOwner() || foreign_.isSilent) return std::nullopt;
-    const std::string* const name = offeredAs(type);
-    return name != nullptr ? read(*name) : std::nullopt;
+    const std::optional<std::string> name = offeredAs(type);
+    return name ? read(*name) : std::nullopt;
 }
 
 std::optional<std::size_t> WaylandPasteboard::itemCount() {
@@ -229,9 +229,12 @@ void WaylandPasteboard::completeClear() {
 
 // --- Reading ---------------------------------------------------------------------------------------------------------
 
-/// The name under which another program offers what is read as `type`; null where it does not.
-const std::string* WaylandPasteboard::offeredAs(Type type) const {
-    return foreign_.offer != nullptr ? ClipboardTypes::best(type, foreign_.offer->types()) : nullptr;
+/// The name under which another program offers what is read as `type`; nothing where it does not. A copy: the offer may
+/// be gone by the end of the reading.
+std::optional<std::string> WaylandPasteboard::offeredAs(Type type) const {
+    const std::string* const name =
+        foreign_.offer != nullptr ? ClipboardTypes::best(type, foreign_.offer->types()) : nullptr;
+    return name != nullptr ? std::optional(*name) : std::nullopt;
 }
 
 /// All that the program writes as the type `name`. One that ends in the middle cannot be told from one that is through;

@@ -125,7 +125,7 @@ private:
     void proceedWithTransfers();
     void serveToTheEnd();
 
-    const std::string* offeredAs(Type type) const;
+    std::optional<std::string> offeredAs(Type type) const;
     std::optional<std::string> read(const std::string& name);
 
     bool isShared_;

@@ -102,7 +102,8 @@ TEST_P(BackEndSize, IsExactInPieces) {
     EXPECT_TRUE(pasteboard->string() == text);
 }
 
-INSTANTIATE_TEST_SUITE_P(BackEnd, BackEndSize, testing::Values(0, 1, 65535, 65536, 65537, 1000000, 52428800));
+INSTANTIATE_TEST_SUITE_P(BackEnd, BackEndSize,
+                         testing::Values(0, 1, 65535, 65536, 65537, 262143, 262144, 262145, 524288, 1000000, 52428800));
 
 // ---- Programs in trouble -------------------------------------------------------------------------------------------
 
@@ -151,6 +152,19 @@ TEST(BackEndTrouble, ProgramThatDiesInTheMiddleIsNoticedAtOnceAndCounts) {
     EXPECT_LT(time, 1900ms);
     EXPECT_TRUE(waitForChange(*pasteboard, count));
     EXPECT_THAT(pasteboard->itemCount(), Optional(0U));
+}
+
+TEST(BackEndTrouble, CopyInTheMiddleOfAReadingCountsAndDisturbsNothing) {
+    const auto pasteboard = openBackEnd();
+    const auto owner = copyElsewhere({.content = {{"STRING", std::string(60, '\xE9')}},
+                                      .incrementSize = 10,
+                                      .copiesAgainAfterIncrements = 3,
+                                      .pauseBeforeIncrement = 20ms});
+    const std::int64_t count = pasteboard->changeCount();
+    std::string text;
+    for (int i = 0; i < 60; ++i) text += "\u00e9";
+    EXPECT_EQ(pasteboard->string(), text);
+    EXPECT_NE(pasteboard->changeCount(), count);
 }
 
 TEST(BackEndTrouble, SlowProgramIsReadAsLongAsBytesCome) {

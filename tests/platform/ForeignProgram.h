@@ -25,6 +25,7 @@ struct OwnerPlan {
     std::size_t incrementSize = 0;  // 0: everything in one piece
     int stopsAfterIncrements = -1;  // with SIGSTOP, the first time
     int diesAfterIncrements = -1;   // with SIGKILL
+    int copiesAgainAfterIncrements = -1;
     std::chrono::milliseconds pauseBeforeIncrement{0};
 };
 
@@ -55,8 +56,10 @@ public:
     void select() { command('p'); }         // takes PRIMARY
     void clear() { command('0'); }
 
-private:
+protected:
     void command(char letter);
+
+private:
     char nextReply();
 
     int commands_ = -1;

@@ -88,7 +88,7 @@ private:
              .cancelled = [] {}});
         for (const auto& each : plan_.content) source->offer(each.target);
         device_->setSelection(source.get());
-        source_ = std::move(source);
+        sources_.push_back(std::move(source));  // the one before may be writing at present
     }
 
     void reply(char letter) {
@@ -134,6 +134,10 @@ private:
             raise(SIGSTOP);
         }
         if (incrementCount == plan_.diesAfterIncrements) raise(SIGKILL);
+        if (incrementCount == plan_.copiesAgainAfterIncrements) {
+            copy();
+            connection_->processEvents();
+        }
         if (plan_.pauseBeforeIncrement.count() > 0) isReadable(-1, plan_.pauseBeforeIncrement);
     }
 
@@ -145,7 +149,7 @@ private:
     DataControl::Manager manager_;
     std::unique_ptr<wl_proxy, DataControl::ProxyDeleter> seat_;
     std::unique_ptr<DataControl::Device> device_;
-    std::unique_ptr<DataControl::Source> source_;
+    std::vector<std::unique_ptr<DataControl::Source>> sources_;
     std::vector<Descriptor> held_;
 };
 

@@ -153,6 +153,7 @@ private:
             raise(SIGSTOP);
         }
         if (transfer.incrementCount == plan_.diesAfterIncrements) raise(SIGKILL);
+        if (transfer.incrementCount == plan_.copiesAgainAfterIncrements) client_.own();
         if (plan_.pauseBeforeIncrement.count() > 0) isReadable(-1, plan_.pauseBeforeIncrement);
     }
 
