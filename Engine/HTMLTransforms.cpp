@@ -1,5 +1,6 @@
 #include "Engine/HTMLTransforms.h"
 
+#include "Engine/Support/Bytes.h"
 #include "Engine/Support/HTMLScanner.h"
 #include "Engine/Support/Replace.h"
 #include "Engine/Support/Rewriter.h"
@@ -85,14 +86,6 @@ void decodeNamed(Rewriter& rewriter, std::span<const Literal> references) {
     });
 }
 
-/// The value of a digit in either case; none for what is no hexadecimal digit.
-std::optional<std::uint32_t> digitValue(char byte) noexcept {
-    if (byte >= '0' && byte <= '9') return static_cast<std::uint32_t>(byte - '0');
-    if (byte >= 'a' && byte <= 'f') return static_cast<std::uint32_t>(byte - 'a' + 10);
-    if (byte >= 'A' && byte <= 'F') return static_cast<std::uint32_t>(byte - 'A' + 10);
-    return std::nullopt;
-}
-
 constexpr std::uint32_t kScalarLimit = 0x110000;
 
 bool isInsertableScalar(std::uint32_t value) noexcept {
@@ -112,7 +105,7 @@ std::optional<NumericReference> numericReferenceAt(std::string_view text, std::s
     std::uint32_t value = 0;
     std::size_t end = at;
     for (; end < text.size(); ++end) {
-        const std::optional<std::uint32_t> digit = digitValue(text[end]);
+        const std::optional<unsigned> digit = Bytes::hexValue(text[end]);
         if (!digit || *digit >= radix) break;
         value = std::min(value * radix + *digit, kScalarLimit);
     }

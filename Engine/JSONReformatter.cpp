@@ -1,5 +1,6 @@
 #include "Engine/JSONReformatter.h"
 
+#include "Engine/Support/ASCII.h"
 #include "Engine/Support/Unicode.h"
 
 #include <algorithm>
@@ -128,10 +129,6 @@ private:
 };
 
 // --- What is read ----------------------------------------------------------------------------------------------------
-
-constexpr bool isDigit(char byte) noexcept {
-    return byte >= '0' && byte <= '9';
-}
 
 constexpr bool isWhiteSpace(char byte) noexcept {
     return byte == ' ' || byte == '\n' || byte == '\r' || byte == '\t';
@@ -328,7 +325,7 @@ bool JSONReformatter::emitNumber(Output& out) {
 /// Skips at least one digit.
 bool JSONReformatter::skipDigits() noexcept {
     const std::int64_t start = i;
-    while (isDigit(next())) ++i;
+    while (ASCII::isDigit(next())) ++i;
     return i > start;
 }
 

@@ -1,11 +1,13 @@
 #include "Engine/Support/RTFTokenizer.h"
 
 #include "Engine/Support/ASCII.h"
+#include "Engine/Support/Bytes.h"
 #include "Engine/Support/Scan.h"
 
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <optional>
 
 namespace ravlin {
 namespace {
@@ -27,25 +29,14 @@ constexpr bool isLetter(char byte) noexcept {
     return ASCII::toLower(byte) >= 'a' && ASCII::toLower(byte) <= 'z';
 }
 
-constexpr bool isDigit(char byte) noexcept {
-    return byte >= '0' && byte <= '9';
-}
-
-/// The value of a hexadecimal digit, -1 for anything else.
-constexpr int digitValue(char byte) noexcept {
-    if (isDigit(byte)) return byte - '0';
-    const char letter = ASCII::toLower(byte);
-    return letter >= 'a' && letter <= 'f' ? letter - 'a' + 10 : -1;
-}
-
 constexpr std::string_view kHexMark = "\\'";
 constexpr std::size_t kDigitsPerByte = 2;
 
-/// The byte that two hexadecimal digits stand for, -1 where there are none.
-int byteValue(std::string_view text, std::size_t at) noexcept {
-    const int high = digitValue(peek(text, at));
-    const int low = digitValue(peek(text, at + 1));
-    return high < 0 || low < 0 ? -1 : high * 16 + low;
+/// The byte that two hexadecimal digits stand for; nothing where there are none.
+std::optional<unsigned> byteValue(std::string_view text, std::size_t at) noexcept {
+    const std::optional<unsigned> high = Bytes::hexValue(peek(text, at));
+    const std::optional<unsigned> low = Bytes::hexValue(peek(text, at + 1));
+    return high && low ? std::optional(*high * 16 + *low) : std::nullopt;
 }
 
 }  // namespace
@@ -86,8 +77,8 @@ RTFToken RTFTokenizer::escapedToken() noexcept {
 RTFToken RTFTokenizer::hexToken() noexcept {
     std::size_t count = 0;
     for (at_ -= kHexMark.size(); count < hexBytes_.size() && rtf_.substr(at_).starts_with(kHexMark); ++count) {
-        const int byte = byteValue(rtf_, at_ + kHexMark.size());
-        if (byte <= 0) break;
+        const unsigned byte = byteValue(rtf_, at_ + kHexMark.size()).value_or(0);
+        if (byte == 0) break;
         hexBytes_[count] = static_cast<char>(byte);
         at_ += kHexMark.size() + kDigitsPerByte;
     }
@@ -113,9 +104,9 @@ void RTFTokenizer::readNumber(RTFToken& word) noexcept {
     constexpr std::int64_t kLimit = std::numeric_limits<int>::max();
     const bool isNegative = peek(rtf_, at_) == '-';
     std::size_t at = at_ + (isNegative ? 1 : 0);
-    if (!isDigit(peek(rtf_, at))) return;
+    if (!ASCII::isDigit(peek(rtf_, at))) return;
     std::int64_t number = 0;
-    for (; isDigit(peek(rtf_, at)); ++at) number = std::min(number * 10 + (rtf_[at] - '0'), kLimit);
+    for (; ASCII::isDigit(peek(rtf_, at)); ++at) number = std::min(number * 10 + (rtf_[at] - '0'), kLimit);
     word.number = static_cast<int>(isNegative ? -number : number);
     word.hasNumber = true;
     at_ = at;
