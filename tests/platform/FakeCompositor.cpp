@@ -17,8 +17,6 @@
 namespace ravlin::tests {
 namespace {
 
-constexpr char kDone = 'd';
-
 struct Seat;
 
 /// What is on a clipboard: a text of the compositor's, or a client's source.
@@ -357,7 +355,7 @@ private:
     }
 
     void reply() const {
-        if (write(replies_, &kDone, 1) != 1) _exit(1);
+        if (write(replies_, &ForeignProgram::kObeyed, 1) != 1) _exit(1);
     }
 
     bool hasKeyboard_;
@@ -367,41 +365,17 @@ private:
     std::list<Seat> seats_;
 };
 
+std::string nextDisplay() {
+    static int count = 0;
+    return std::string(getenv("XDG_RUNTIME_DIR")) + "/fake-" + std::to_string(++count);
+}
+
 }  // namespace
 
-FakeCompositor::FakeCompositor(Plan plan) {
-    static int count = 0;
-    display_ = std::string(getenv("XDG_RUNTIME_DIR")) + "/fake-" + std::to_string(++count);
-    std::array<int, 2> commands = {};
-    std::array<int, 2> replies = {};
-    if (pipe2(commands.data(), O_CLOEXEC) != 0 || pipe2(replies.data(), O_CLOEXEC) != 0) {
-        throw std::runtime_error("no pipes");
-    }
-    process_ = std::make_unique<Process>([&] {
-        close(commands[1]);
-        close(replies[0]);
-        Compositor(plan, display_, commands[0], replies[1]).run();
-    });
-    close(commands[0]);
-    close(replies[1]);
-    commands_ = commands[1];
-    replies_ = replies[0];
-    awaitReply();
-}
+FakeCompositor::FakeCompositor(const Plan& plan) : FakeCompositor(plan, nextDisplay()) {}
 
-FakeCompositor::~FakeCompositor() {
-    close(commands_);
-    close(replies_);
-}
-
-void FakeCompositor::command(char letter) {
-    if (write(commands_, &letter, 1) != 1) throw std::runtime_error("the compositor takes no commands");
-    awaitReply();
-}
-
-void FakeCompositor::awaitReply() {
-    char letter = 0;
-    if (read(replies_, &letter, 1) != 1) throw std::runtime_error("the compositor has gone");
-}
+FakeCompositor::FakeCompositor(const Plan& plan, const std::string& display)
+    : ForeignProgram([&](int commands, int replies) { Compositor(plan, display, commands, replies).run(); }),
+      display_(display) {}
 
 }  // namespace ravlin::tests

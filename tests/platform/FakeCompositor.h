@@ -1,8 +1,7 @@
 #pragma once
 
-#include "tests/platform/Processes.h"
+#include "tests/platform/ForeignProgram.h"
 
-#include <memory>
 #include <string>
 
 namespace ravlin::tests {
@@ -14,7 +13,7 @@ namespace ravlin::tests {
 /// Every client that has a surface has the keyboard's focus, or none has. As real ones do, it takes a copy through the
 /// core protocol only with the focus, and with the serial number of input that is later than the last copy; others it
 /// drops, and tells nobody.
-class FakeCompositor {
+class FakeCompositor : private ForeignProgram {
 public:
     struct Plan {
         bool hasDataControl = true;
@@ -22,12 +21,7 @@ public:
         bool hasSeat = true;
         bool hasKeyboard = true;
     };
-    explicit FakeCompositor(Plan plan);
-    FakeCompositor(const FakeCompositor&) = delete;
-    FakeCompositor& operator=(const FakeCompositor&) = delete;
-    FakeCompositor(FakeCompositor&&) = delete;
-    FakeCompositor& operator=(FakeCompositor&&) = delete;
-    ~FakeCompositor();
+    explicit FakeCompositor(const Plan& plan);
 
     const std::string& display() const { return display_; }
 
@@ -41,17 +35,13 @@ public:
     void addKeyboard() { command('K'); }
     void removeKeyboard() { command('N'); }
 
-    void stop() { process_->stop(); }
-    void resume() { process_->resume(); }
+    void stop() { process().stop(); }
+    void resume() { process().resume(); }
 
 private:
-    void command(char letter);
-    void awaitReply();
+    FakeCompositor(const Plan& plan, const std::string& display);
 
     std::string display_;
-    int commands_ = -1;
-    int replies_ = -1;
-    std::unique_ptr<Process> process_;
 };
 
 }  // namespace ravlin::tests

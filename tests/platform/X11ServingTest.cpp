@@ -27,12 +27,6 @@ protected:
 
 class X11ServingOfSize : public X11Serving, public testing::WithParamInterface<std::size_t> {};
 
-TEST_P(X11ServingOfSize, IsExactToXclip) {
-    const std::string text = textOfSize(GetParam());
-    ASSERT_TRUE(pasteboard_->setString(text));
-    EXPECT_TRUE(outputOf({"xclip", "-selection", "clipboard", "-out"}, *pasteboard_) == text);
-}
-
 TEST_P(X11ServingOfSize, IsExactToXsel) {
     const std::string text = textOfSize(GetParam());
     ASSERT_TRUE(pasteboard_->setString(text));
