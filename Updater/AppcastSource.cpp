@@ -32,6 +32,8 @@ AppcastSource::AppcastSource(UpdateSettings settings, UpdateState& state, Versio
       surroundings_(SingleFileInstaller::Surroundings::current()),
       feedDownloader_(current_.text()),
       fileDownloader_(current_.text()) {
+    const auto target = SingleFileInstaller::target(surroundings_);
+    if (const auto* const file = std::get_if<QString>(&target)) SingleFileInstaller::removeRemains(*file);
     QNetworkProxyFactory::setUseSystemConfiguration(true);
     connect(&feedDownloader_, &Downloader::finished, this,
             [this](const QByteArray& document) { Q_EMIT checked(choose(document)); });

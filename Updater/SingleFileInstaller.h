@@ -29,6 +29,9 @@ std::variant<QString, UpdateFailure> target(const Surroundings& surroundings);
 /// cause where that cannot be done; then `file` is as it was, and nothing is left beside it.
 std::optional<QString> replace(const QString& file, const QByteArray& contents);
 
+/// Removes what an earlier `replace` of `file` has left beside it because its process was killed.
+void removeRemains(const QString& file);
+
 /// Becomes the program in `file`, as if it had been started from the desktop: the last thing that a process does.
 /// Returns where that cannot be.
 void relaunch(const QString& file);

@@ -295,6 +295,11 @@ class Updates(UpdatesTest):
         eventually(self.can_check, "the button can be pressed again")
         self.assertEqual(self.server.requests, ["/appcast.xml"])
 
+    def test_what_a_kill_has_left_is_gone_after_the_next_start(self):
+        (self.folder / ".Ravlin.AppImage.update").write_bytes(b"half")
+        self.start()
+        eventually(lambda: self.left_over() == ["Ravlin.AppImage"], "the old file stands alone")
+
     def test_a_check_can_be_cancelled(self):
         self.publish(VERSION, program=PROGRAM)
         self.server.hold("/appcast.xml")

@@ -20,7 +20,7 @@
 namespace {
 
 /// Where the process that these tests fork off is killed, if anywhere.
-enum class Step { none, written, named };
+enum class Step { none, written, unnamed, named };
 Step killedAt = Step::none;
 
 }  // namespace
@@ -32,8 +32,10 @@ extern "C" int fdatasync(int descriptor) {
 }
 
 extern "C" int linkat(int fromFolder, const char* from, int toFolder, const char* to, int flags) {
+    if (killedAt == Step::unnamed) kill(getpid(), SIGKILL);
+    const int status = static_cast<int>(syscall(SYS_linkat, fromFolder, from, toFolder, to, flags));
     if (killedAt == Step::named) kill(getpid(), SIGKILL);
-    return static_cast<int>(syscall(SYS_linkat, fromFolder, from, toFolder, to, flags));
+    return status;
 }
 
 namespace ravlin {
@@ -237,7 +239,7 @@ TEST_F(SingleFileInstallerTest, KilledWhileWritingItLeavesTheOldFile) {
 }
 
 TEST_F(SingleFileInstallerTest, KilledAfterWritingItLeavesTheOldFile) {
-    for (const Step step : {Step::written, Step::named}) {
+    for (const Step step : {Step::written, Step::unnamed}) {
         const int status = inAnotherProcess([&] {
             killedAt = step;
             return !SingleFileInstaller::replace(path("Ravlin.AppImage"), QByteArray(3 * kMegabyte, 'x'));
@@ -247,6 +249,38 @@ TEST_F(SingleFileInstallerTest, KilledAfterWritingItLeavesTheOldFile) {
         EXPECT_EQ(appImage(), "old");
         EXPECT_EQ(names(), "Ravlin.AppImage unpacked");
     }
+}
+
+TEST_F(SingleFileInstallerTest, KilledBeforeItTakesTheOldOnesPlaceItsRemainsCanBeRemoved) {
+    const int status = inAnotherProcess([this] {
+        killedAt = Step::named;
+        return !SingleFileInstaller::replace(path("Ravlin.AppImage"), "new");
+    });
+    ASSERT_TRUE(WIFSIGNALED(status));
+    EXPECT_EQ(appImage(), "old");
+    EXPECT_EQ(names(), ".Ravlin.AppImage.update Ravlin.AppImage unpacked");
+    SingleFileInstaller::removeRemains(path("Ravlin.AppImage"));
+    EXPECT_EQ(appImage(), "old");
+    EXPECT_EQ(names(), "Ravlin.AppImage unpacked");
+}
+
+TEST_F(SingleFileInstallerTest, RemainsOfAnEarlierUpdateAreNotInTheWay) {
+    write(path(".Ravlin.AppImage.update"), "half");
+    write(path(".Ravlin.AppImage.update.aBcDeF"), "half");
+    EXPECT_EQ(SingleFileInstaller::replace(path("Ravlin.AppImage"), "new"), std::nullopt);
+    EXPECT_EQ(appImage(), "new");
+    EXPECT_EQ(names(), "Ravlin.AppImage unpacked");
+}
+
+TEST_F(SingleFileInstallerTest, OnlyItsOwnRemainsAreRemoved) {
+    for (const char* const name : {"Ravlin.AppImage.backup", "Ravlin.AppImage.update", ".Ravlin.AppImage.updates",
+                                   ".Ravlin.AppImage.update.old", ".ravlin.appimage.update", ".Other.AppImage.update"})
+        write(path(name), "kept");
+    const std::string before = names();
+    SingleFileInstaller::removeRemains(path("Ravlin.AppImage"));
+    EXPECT_EQ(names(), before);
+    SingleFileInstaller::removeRemains(path("*.AppImage"));
+    EXPECT_EQ(names(), before);
 }
 
 // What comes after
