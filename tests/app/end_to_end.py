@@ -15,6 +15,7 @@ import unittest
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "support"))
 import ravlin_desktop as desktop  # noqa: E402
+import readme  # noqa: E402
 from gi.repository import GLib  # noqa: E402
 from ravlin_desktop import eventually, wait_for_no_panel, wait_for_panel, wait_for_text  # noqa: E402
 
@@ -428,6 +429,26 @@ class Wayland(DesktopTest):
         self.assertEqual(self.ravlin.output(), "clipboard: Wayland\n")
 
 
+class SwayBinding(DesktopTest):
+    """The line for sway's configuration that the README gives."""
+
+    @unittest.skipIf(os.getuid() == 0, "sway does not run as the administrator")
+    def test_a_key_opens_the_panel(self):
+        line, = re.findall(r"`(bindsym .*) ravlin`", readme.section("Open it with a key"))
+        subprocess.run(["swaymsg", "set $mod Mod4"], check=True, stdout=subprocess.DEVNULL)
+        # The session's bus is younger here than the compositor, which does not know it.
+        bus = os.environ["DBUS_SESSION_BUS_ADDRESS"].split(",")[0]
+        second = f"env DBUS_SESSION_BUS_ADDRESS={bus} {os.path.abspath(PROGRAM)}"
+        subprocess.run(["swaymsg", f"{line} {second}"], check=True, stdout=subprocess.DEVNULL)
+        self.enterContext(desktop.wayland_keyboard())
+        self.start(QT_QPA_PLATFORM="wayland")
+        eventually(lambda: desktop.search_field(has_keyboard=True), "the panel is open, as there is no tray")
+        desktop.press_key("Escape")
+        eventually(lambda: desktop.search_field() is None, "the panel is closed")
+        subprocess.run(["wtype", "-M", "logo", "-k", "v", "-m", "logo"], check=True)
+        eventually(desktop.search_field, "the panel is open again")
+
+
 class Waybar(DesktopTest):
     """A tray of sway's world, whose icons do not tell where they are."""
 
@@ -599,6 +620,14 @@ class SecondStart(DesktopTest):
         self.assertEqual(self.start().wait_for_end(), 0)
         panel = wait_for_panel()
         self.assertEqual((panel.x, panel.y), (before.x, before.y))
+
+    def test_is_what_a_script_asks_for_by_name(self):
+        self.show_tray()
+        self.start()
+        eventually(lambda: desktop.is_on_bus("org.ravlin.ravlin"), "the program runs")
+        for script in readme.scripts("Open it with a key"):
+            subprocess.run(["sh", "-ec", script], check=True, stdout=subprocess.DEVNULL)
+        wait_for_panel()
 
     def test_is_what_the_desktop_asks_for_by_name(self):
         self.show_tray()
