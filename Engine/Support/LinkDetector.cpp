@@ -263,18 +263,33 @@ bool goesOnAfterBackslash(std::string_view text, std::size_t at) noexcept {
     return Unicode::isASCII(letter) && !ASCII::isAlphanumeric(letter) && !isASCIIBoundary(letter) && letter != '\'';
 }
 
-/// Whether what follows the link that ends at byte `end` stands for a part of it: an escape, or a placeholder.
-bool goesOn(std::string_view text, std::size_t end) noexcept {
+/// Whether `link` ends with the "=" after a query item's name, so that the value is missing. Values may end with "=" as
+/// well: Base64 is padded with it.
+bool endsWithNameOfItem(std::string_view link) noexcept {
+    if (!link.ends_with('=')) return false;
+    const std::size_t item = link.find_last_of("?&");
+    return item != std::string_view::npos && link.find('=', item) == link.size() - 1;
+}
+
+/// Whether the "<" or "[" at byte `at` starts markup that often follows a link: a closing tag, a line break.
+bool startsMarkup(std::string_view text, std::size_t at) noexcept {
+    constexpr std::string_view kLineBreak = "br";
+    if (peek(text, at + 1) == '/') return true;
+    return hasWordAt(text, at + 1, kLineBreak) && !ASCII::isAlphanumeric(peek(text, at + 1 + kLineBreak.size()));
+}
+
+/// Whether what follows the link of bytes [`begin`, `end`) stands for a part of it: an escape, or a placeholder.
+bool goesOn(std::string_view text, std::size_t begin, std::size_t end) noexcept {
     constexpr std::string_view kEllipsis = "\u2026";
     const std::string_view rest = text.substr(end);
-    const char before = text[end - 1];
+    const bool isValueMissing = endsWithNameOfItem(between(text, begin, end));
     switch (peek(rest, 0)) {
         case '\\': return goesOnAfterBackslash(text, end);
         case '{': return true;
         case '<':
         case '(':
-        case '[': return isOneOf(before, "=$%");
-        default: return before == '=' && (rest.starts_with("...") || rest.starts_with(kEllipsis));
+        case '[': return (isValueMissing || isOneOf(text[end - 1], "$%")) && !startsMarkup(text, end);
+        default: return isValueMissing && (rest.starts_with("...") || rest.starts_with(kEllipsis));
     }
 }
 
@@ -414,7 +429,7 @@ public:
             foreign = foreignBeforeOutermost_;
         }
         end = std::max(Trimmer(text_, begin_).trim(std::min(end, foreign)), from_);
-        const bool isWhole = end <= escaped_ && !goesOn(text_, end);
+        const bool isWhole = end <= escaped_ && !goesOn(text_, begin_, end);
         return {.begin = begin_, .end = end, .hasScheme = hasScheme, .isWhole = isWhole};
     }
 
