@@ -77,6 +77,14 @@ TEST(TransformClipboard, UnchangedResultIsWrittenAllTheSame) {
     EXPECT_THAT(pasteboard.representations(), ElementsAre(std::pair(Type::string, std::string("PLAIN"))));
 }
 
+TEST(TransformClipboard, TextOfWhichNothingIsLeftMakesTheClipboardEmpty) {
+    FakePasteboard pasteboard;
+    pasteboard.copyTextElsewhere(" \n\t");
+    EXPECT_EQ(run(TextTransform::removeAllSpaces), PasteOutcome(Success{.inputCount = 3, .outputCount = 0}));
+    EXPECT_THAT(pasteboard.representations(), ElementsAre(std::pair(Type::string, std::string())));
+    EXPECT_EQ(run(TextTransform::removeAllSpaces), PasteOutcome(ClipboardEmpty{}));
+}
+
 TEST(TransformClipboard, CountsUserPerceivedCharacters) {
     const struct {
         const char* text;

@@ -3,6 +3,8 @@
 #include "tests/engine/Oracle.h"
 #include "tests/engine/Sanitizers.h"
 
+#include <unicode/uloc.h>
+
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
@@ -154,6 +156,23 @@ TEST(RoundTrip, OfLineOrderAndPercentEscapes) {
         ASSERT_EQ(apply(TextTransform::reverseLines, apply(TextTransform::reverseLines, text)), text);
         ASSERT_EQ(apply(TextTransform::urlDecode, apply(TextTransform::urlEncode, text)), text);
     }
+}
+
+// Turkish has an "i" with and one without a dot, Lithuanian keeps the dot below an accent, Dutch capitalises "ij".
+TEST(Language, OfTheUserMattersInSortingOnly) {
+    constexpr std::string_view kText = "I\u0307 i \u0131 \u0130 I\u0300 ij title TITLE https://a.test/?GCLID=1&ID=2";
+    UErrorCode status = U_ZERO_ERROR;
+    const std::string before = uloc_getDefault();
+    for (const TextTransform transform : TextTransform::allCases()) {
+        if (transform == TextTransform::sortLinesAsc || transform == TextTransform::sortLinesDesc) continue;
+        uloc_setDefault("en_US", &status);
+        const std::string expected = transform.apply(kText);
+        for (const char* const language : {"tr_TR", "lt_LT", "nl_NL", "de_DE", "el_GR"}) {
+            uloc_setDefault(language, &status);
+            EXPECT_EQ(transform.apply(kText), expected) << transform.rawValue() << " in " << language;
+        }
+    }
+    uloc_setDefault(before.c_str(), &status);
 }
 
 TEST(EmptyText, StaysEmptyButForItsMark) {

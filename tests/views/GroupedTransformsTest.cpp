@@ -1,5 +1,7 @@
 #include "Views/GroupedTransforms.h"
 
+#include <unicode/uloc.h>
+
 #include <map>
 #include <string>
 
@@ -57,6 +59,14 @@ TEST(GroupedTransforms, BlanksAloneFilterNothing) {
 TEST(GroupedTransforms, BlanksAroundTheQueryAndItsLetterCaseDoNotCount) {
     EXPECT_THAT(found("json"), ElementsAre("jsonPretty", "jsonMinify"));
     for (const char* const query : {"JSON", "  JSON ", "Json", "\tjson\t"}) EXPECT_EQ(found(query), found("json"));
+}
+
+TEST(GroupedTransforms, TheUsersLanguageDoesNotCount) {
+    UErrorCode status = U_ZERO_ERROR;
+    const std::string before = uloc_getDefault();
+    uloc_setDefault("tr_TR", &status);  // where "I" is another letter than "i"
+    EXPECT_THAT(found("TITLE"), ElementsAre("titleCase"));
+    uloc_setDefault(before.c_str(), &status);
 }
 
 TEST(GroupedTransforms, LineBreaksAroundTheQueryCount) {
