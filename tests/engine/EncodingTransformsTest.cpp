@@ -467,28 +467,5 @@ TEST(EmptyText, StaysEmptyWhenEncodedOrDecoded) {
         EXPECT_EQ(transform.apply(""), "") << transform.rawValue();
 }
 
-TEST(Dispatcher, KnowsTheEncodings) {
-    const struct {
-        TextTransform transform;
-        std::string_view text;
-        std::string_view expected;
-    } vectors[] = {
-        {TextTransform::jsonPretty, "[1]", "[\n  1\n]"},
-        {TextTransform::jsonMinify, "[ 1 ]", "[1]"},
-        {TextTransform::base64Decode, "aGk=", "hi"},
-        {TextTransform::backslashEscape, "\n", "\\n"},
-        {TextTransform::backslashUnescape, "\\n", "\n"},
-        {TextTransform::hexEncode, "Hi", "4869"},
-        {TextTransform::hexDecode, "4869", "Hi"},
-        {TextTransform::md5, "abc", "900150983cd24fb0d6963f7d28e17f72"},
-        {TextTransform::sha1, "abc", "a9993e364706816aba3e25717850c26c9cd0d89d"},
-        {TextTransform::sha256, "abc", "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad"},
-        {TextTransform::jwtDecode, "e30.e30.", "// Header\n{}\n\n// Payload\n{}"},
-        {TextTransform::rot13, "Hello", "Uryyb"},
-    };
-    for (const auto& [transform, text, expected] : vectors)
-        EXPECT_EQ(transform.apply(text), expected) << transform.rawValue();
-}
-
 }  // namespace
 }  // namespace ravlin

@@ -178,6 +178,11 @@ TEST(ShuffleLines, IsAlwaysTheSame) {
     for (const auto& [text, expected] : vectors) EXPECT_EQ(shuffleLines(text), expected);
 }
 
+TEST(ShuffleLines, TwiceDoesNotGiveTheTextBack) {
+    constexpr std::string_view kTen = "1\n2\n3\n4\n5\n6\n7\n8\n9\n10";
+    EXPECT_NE(shuffleLines(shuffleLines(kTen)), kTen);
+}
+
 TEST(ShuffleLines, IsThatOfThePlainVersionInRandomTexts) {
     expectSame(shuffleLines, [](const std::string& text) {
         std::vector<std::string> lines = linesOf(text);

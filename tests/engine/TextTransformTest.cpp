@@ -43,25 +43,76 @@ TEST(TextTransform, EveryTransformHasATitleAndASubtitleOfItsOwn) {
     EXPECT_EQ(titles.size(), 54U);
 }
 
-TEST(TextTransform, TitlesAndSubtitlesAreTheDocumentedOnes) {
+TEST(TextTransform, TheCatalogueIsThis) {
     const struct {
-        TextTransform transform;
+        std::string_view rawValue;
         std::string_view title;
         std::string_view subtitle;
+        std::string_view category;
     } vectors[] = {
-        {TextTransform::stripTracking, "Clean URL", "Remove utm_*, fbclid, gclid… (100+ params)"},
-        {TextTransform::sortLinesAsc, "Sort lines A→Z", "Sort lines alphabetically ascending"},
-        {TextTransform::bulletList, "Bullet list", "Turn lines into a “- ” list"},
-        {TextTransform::straightenQuotes, "Straight quotes", "“smart” → \"straight\" quotes & dashes"},
-        {TextTransform::smartQuotes, "Smart quotes", "\"straight\" → “smart” quotes & dashes"},
-        {TextTransform::tabsToSpaces, "Tabs → spaces", "Replace each tab with 4 spaces"},
-        {TextTransform::htmlEntitiesEncode, "HTML entities encode", "Escape & < > \" ' to HTML entities"},
-        {TextTransform::backslashEscape, "Backslash escape", "Escape \\n \\t \\\" \\\\ control chars"},
-        {TextTransform::backslashUnescape, "Backslash unescape", "Unescape \\n \\t \\\" \\\\ sequences"},
+        {"stripTracking", "Clean URL", "Remove utm_*, fbclid, gclid… (100+ params)", "Clean"},
+        {"stripFormatting", "Strip formatting", "Rich text → plain text (drops fonts/colors)", "Clean"},
+        {"removeInvisibles", "Remove invisible characters", "Strip zero-width, BOM, RTL marks & AI watermarks",
+         "Clean"},
+        {"stripHTML", "Strip HTML → plain text", "Drop all tags, keep the text", "Clean"},
+        {"htmlToMarkdown", "HTML → Markdown", "Convert rich HTML to clean Markdown", "Convert"},
+        {"markdownToHTML", "Markdown → HTML", "Convert Markdown to HTML", "Convert"},
+        {"jsonPretty", "JSON Pretty", "Indent JSON (exact numbers, original order)", "Convert"},
+        {"jsonMinify", "JSON Minify", "Collapse JSON to one line", "Convert"},
+        {"upperCase", "UPPERCASE", "ALL CAPS", "Case"},
+        {"lowerCase", "lowercase", "all lowercase", "Case"},
+        {"titleCase", "Title Case", "Capitalise Each Word", "Case"},
+        {"sentenceCase", "Sentence case", "Capitalise first letter of each sentence", "Case"},
+        {"capitalizeWords", "Capitalize Words", "Uppercase the first letter of every word", "Case"},
+        {"camelCase", "camelCase", "helloWorldExample", "Case"},
+        {"pascalCase", "PascalCase", "HelloWorldExample", "Case"},
+        {"snakeCase", "snake_case", "hello_world_example", "Case"},
+        {"kebabCase", "kebab-case", "hello-world-example", "Case"},
+        {"constantCase", "CONSTANT_CASE", "HELLO_WORLD_EXAMPLE", "Case"},
+        {"slugify", "Slugify", "url-friendly-kebab-case", "Case"},
+        {"bulletList", "Bullet list", "Turn lines into a “- ” list", "Lines"},
+        {"numberedList", "Numbered list", "Turn lines into a “1. ” list", "Lines"},
+        {"sortLinesAsc", "Sort lines A→Z", "Sort lines alphabetically ascending", "Lines"},
+        {"sortLinesDesc", "Sort lines Z→A", "Sort lines alphabetically descending", "Lines"},
+        {"reverseLines", "Reverse lines", "Reverse the order of the lines", "Lines"},
+        {"shuffleLines", "Shuffle lines", "Deterministic shuffle of the lines", "Lines"},
+        {"removeDuplicateLines", "Remove duplicate lines", "Drop repeated lines, keep first occurrence", "Lines"},
+        {"removeEmptyLines", "Remove empty lines", "Drop blank / whitespace-only lines", "Lines"},
+        {"trimEachLine", "Trim each line", "Trim leading & trailing spaces per line", "Lines"},
+        {"numberLines", "Number lines", "Prefix each line with “1. ”", "Lines"},
+        {"joinLines", "Join lines", "Unwrap lines into a single space-joined line", "Lines"},
+        {"quoteLines", "Quote lines", "Prefix each line with “> ”", "Lines"},
+        {"straightenQuotes", "Straight quotes", "“smart” → \"straight\" quotes & dashes", "Spacing"},
+        {"smartQuotes", "Smart quotes", "\"straight\" → “smart” quotes & dashes", "Spacing"},
+        {"collapseSpaces", "Tidy spaces", "Trim lines & collapse repeated spaces", "Spacing"},
+        {"removeAllSpaces", "Remove all spaces", "Delete every space, tab & newline", "Spacing"},
+        {"tabsToSpaces", "Tabs → spaces", "Replace each tab with 4 spaces", "Spacing"},
+        {"spacesToTabs", "Spaces → tabs", "Replace 4 leading spaces with a tab", "Spacing"},
+        {"normalizeDashes", "Normalize dashes & ellipsis", "… → ... and em/en-dash → -/--", "Spacing"},
+        {"reverseCharacters", "Reverse characters", "Reverse the whole string character by character", "Spacing"},
+        {"base64Encode", "Base64 encode", "Encode text to Base64", "Encode / Dev"},
+        {"base64Decode", "Base64 decode", "Decode Base64 to text", "Encode / Dev"},
+        {"urlEncode", "URL encode", "Percent-encode for URLs", "Encode / Dev"},
+        {"urlDecode", "URL decode", "Decode percent-encoded URLs", "Encode / Dev"},
+        {"htmlEntitiesEncode", "HTML entities encode", "Escape & < > \" ' to HTML entities", "Encode / Dev"},
+        {"htmlEntitiesDecode", "HTML entities decode", "Unescape HTML entities to text", "Encode / Dev"},
+        {"backslashEscape", "Backslash escape", "Escape \\n \\t \\\" \\\\ control chars", "Encode / Dev"},
+        {"backslashUnescape", "Backslash unescape", "Unescape \\n \\t \\\" \\\\ sequences", "Encode / Dev"},
+        {"hexEncode", "Hex encode", "ASCII text → hex digits", "Encode / Dev"},
+        {"hexDecode", "Hex decode", "Hex digits → ASCII text", "Encode / Dev"},
+        {"md5", "MD5", "MD5 hash (hex)", "Encode / Dev"},
+        {"sha1", "SHA-1", "SHA-1 hash (hex)", "Encode / Dev"},
+        {"sha256", "SHA-256", "SHA-256 hash (hex)", "Encode / Dev"},
+        {"jwtDecode", "JWT decode", "Decode JWT header+payload (no verify)", "Encode / Dev"},
+        {"rot13", "ROT13", "ROT13 letter rotation cipher", "Encode / Dev"},
     };
-    for (const auto& vector : vectors) {
-        EXPECT_EQ(vector.transform.title(), vector.title);
-        EXPECT_EQ(vector.transform.subtitle(), vector.subtitle);
+    ASSERT_EQ(std::size(vectors), TextTransform::allCases().size());
+    for (std::size_t i = 0; i < std::size(vectors); ++i) {
+        const TextTransform transform = TextTransform::allCases()[i];
+        EXPECT_EQ(transform.rawValue(), vectors[i].rawValue);
+        EXPECT_EQ(transform.title(), vectors[i].title);
+        EXPECT_EQ(transform.subtitle(), vectors[i].subtitle);
+        EXPECT_EQ(transform.category().title(), vectors[i].category);
     }
 }
 
