@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,12 @@ std::unique_ptr<SystemPasteboard> openBackEnd(ReadLimits limits = {});
 
 /// A program that has copied.
 std::unique_ptr<ForeignProgram> copyElsewhere(const OwnerPlan& plan);
+
+/// What a program gets that pastes as `target` while `pasteboard` serves; nothing where that is not on the clipboard.
+std::optional<std::string> pasteElsewhere(const std::string& target, SystemPasteboard& pasteboard);
+
+/// Whether a text that its program did not hand over to the end can always be told from a whole one.
+extern const bool kTellsTheEndOfATextFromADeath;
 
 /// Programs of the system. The first copies its input and stays to serve it; the second writes the clipboard's text.
 extern const std::vector<std::string> kCopyingProgram;

@@ -2,6 +2,8 @@
 
 #include "tests/platform/WaylandClients.h"
 
+#include <algorithm>
+
 namespace ravlin::tests {
 
 std::unique_ptr<SystemPasteboard> openBackEnd(ReadLimits limits) {
@@ -11,6 +13,14 @@ std::unique_ptr<SystemPasteboard> openBackEnd(ReadLimits limits) {
 std::unique_ptr<ForeignProgram> copyElsewhere(const OwnerPlan& plan) {
     return std::make_unique<ForeignSource>(plan);
 }
+
+std::optional<std::string> pasteElsewhere(const std::string& target, SystemPasteboard& pasteboard) {
+    Paster paster;
+    return std::ranges::count(paster.types(), target) > 0 ? paster.read(target, pasteboard) : std::nullopt;
+}
+
+// A pipe is closed either way, and the compositor may learn of the death a moment later.
+const bool kTellsTheEndOfATextFromADeath = false;
 
 const std::vector<std::string> kCopyingProgram = {"wl-copy", "--foreground"};
 const std::vector<std::string> kPastingProgram = {"wl-paste", "--no-newline"};

@@ -181,6 +181,13 @@ std::unique_ptr<ForeignProgram> copyElsewhere(const OwnerPlan& plan) {
     return std::make_unique<ForeignOwner>(plan);
 }
 
+std::optional<std::string> pasteElsewhere(const std::string& target, SystemPasteboard& pasteboard) {
+    const std::optional<Requestor::Property> answer = Requestor(pasteboard).read(target);
+    return answer ? std::optional(answer->bytes) : std::nullopt;
+}
+
+const bool kTellsTheEndOfATextFromADeath = true;
+
 const std::vector<std::string> kCopyingProgram = {"xclip", "-quiet", "-selection", "clipboard"};
 const std::vector<std::string> kPastingProgram = {"xclip", "-selection", "clipboard", "-out"};
 

@@ -73,7 +73,7 @@ public:
         friend bool operator==(const Property&, const Property&) = default;
     };
 
-    explicit Requestor(X11Pasteboard& pasteboard) : pasteboard_(pasteboard) {}
+    explicit Requestor(SystemPasteboard& pasteboard) : pasteboard_(pasteboard) {}
 
     /// Asks for the clipboard as `target` and waits for the answer.
     std::optional<Answer> ask(const std::string& target, const std::string& property = "ANSWER",
@@ -103,7 +103,7 @@ public:
 private:
     void noteEvents();
 
-    X11Pasteboard& pasteboard_;
+    SystemPasteboard& pasteboard_;
     std::optional<Answer> answer_;
     std::map<xcb_atom_t, int> newValueCounts_;
 };
