@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "benchmarks/Texts.h"
+
 /// Documents to measure with, as people copy them. The same in every run.
 namespace ravlin::Benchmarks {
 
@@ -94,6 +96,20 @@ inline std::string jsonDocument(std::size_t size) {
         text += R"("x"],"entities":{},"score":1.5e-3})";
     }
     return text + "]";
+}
+
+/// Mails with a link in every few lines, most of them with something to remove.
+inline std::string mails(std::size_t size) {
+    return repeated(
+        "From: Ann Example <ann@example.com>\nTo: bob@example.org\nDate: Fri, 20 Nov 2026 12:34:56 +0000\n"
+        "Subject: Re: the new shelf, is it what you wanted?\n\n"
+        "Hello Bob,\n\nthis is the one that I meant: "
+        "https://shop.example.com/shelves/oak?id=4711&utm_source=newsletter&utm_medium=email&color=dark#reviews.\n"
+        "It comes in two sizes (see www.example.com/sizes), costs 120.50 and would be here by Monday. What do you\n"
+        "think? The old one can go to the cellar; there's room for it next to the bicycles.\n"
+        "> Did you see <https://news.example.org/2026/11/shelves?fbclid=IwAR0aBcD&ref=home>?\n"
+        "> I'd rather have a white one.\n\nYours, Ann\n-- \nAnn Example, example.com\n\n",
+        size);
 }
 
 }  // namespace ravlin::Benchmarks

@@ -2,7 +2,6 @@
 
 #include <limits>
 
-#include <benchmark/benchmark.h>
 #include <malloc.h>
 
 /// For benchmarks that compare a text with one of twice its size.
@@ -11,12 +10,12 @@
 /// the two would pay for page faults that half of it does not pay for. So growth is measured with all memory kept.
 namespace ravlin::Benchmarks {
 
-inline void keepMemory(const benchmark::State& /*state*/) {
+inline void keepMemory() {
     mallopt(M_MMAP_MAX, 0);
     mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
 }
 
-inline void giveMemoryBack(const benchmark::State& /*state*/) {
+inline void giveMemoryBack() {
     constexpr int kDefaultMapMax = 65536;
     constexpr int kDefaultTrimThreshold = 128 * 1024;
     mallopt(M_MMAP_MAX, kDefaultMapMax);

@@ -1,4 +1,4 @@
-// JSON, Base64, digests and the other encodings: against the libraries that do the same, and on hostile texts.
+// JSON, Base64, digests and the other encodings: against the libraries that do the same.
 
 #include "Engine/EncodingTransforms.h"
 #include "Engine/JSONReformatter.h"
@@ -10,7 +10,6 @@
 #include <functional>
 
 #include "benchmarks/Documents.h"
-#include "benchmarks/Growth.h"
 #include "benchmarks/Texts.h"
 #include <benchmark/benchmark.h>
 #include <rapidjson/prettywriter.h>
@@ -121,68 +120,10 @@ void addDigests() {
             [] { return Benchmarks::words(std::size_t{1} << 20U); });
 }
 
-// --- Large and hostile texts -----------------------------------------------------------------------------------------
-
-using MakeSizedText = std::function<std::string(std::size_t size)>;
-
-const struct {
-    TextTransform transform;
-    const char* name;
-    MakeSizedText make;
-} kTexts[] = {
-    {TextTransform::jsonPretty, "document", Benchmarks::jsonDocument},
-    {TextTransform::jsonMinify, "document", Benchmarks::jsonDocument},
-    {TextTransform::jsonMinify, "nested", [](std::size_t size) { return nestedArrays(size / 2); }},
-    {TextTransform::jsonMinify, "unclosed", [](std::size_t size) { return std::string(size, '['); }},
-    {TextTransform::jsonPretty, "numbers",
-     [](std::size_t size) { return std::string("[") + Benchmarks::repeated("1,", size) + "1]"; }},
-    {TextTransform::jsonPretty, "space",
-     [](std::size_t size) { return std::string("[") + std::string(size, ' ') + "]"; }},
-    {TextTransform::jsonPretty, "escapes",
-     [](std::size_t size) { return std::string("\"") + Benchmarks::repeated("\\\"", size) + "\""; }},
-    {TextTransform::base64Decode, "encoded",
-     [](std::size_t size) { return TextTransforms::base64Encode(Benchmarks::words(size / 4 * 3)); }},
-    {TextTransform::hexDecode, "encoded",
-     [](std::size_t size) { return TextTransforms::hexEncode(Benchmarks::words(size / 2)); }},
-    {TextTransform::hexDecode, "prefixes", [](std::size_t size) { return Benchmarks::repeated("0x", size) + "41"; }},
-    {TextTransform::hexDecode, "dump", [](std::size_t size) { return Benchmarks::repeated("0x41 ", size); }},
-    {TextTransform::backslashEscape, "quotes", [](std::size_t size) { return std::string(size, '"'); }},
-    {TextTransform::backslashEscape, "markedQuotes",
-     [](std::size_t size) { return Benchmarks::repeated("\"\u0301", size); }},
-    {TextTransform::backslashUnescape, "backslashes", [](std::size_t size) { return std::string(size, '\\'); }},
-    {TextTransform::backslashUnescape, "markedBackslashes",
-     [](std::size_t size) { return Benchmarks::repeated("\\\u0301", size); }},
-    {TextTransform::backslashUnescape, "unknown", [](std::size_t size) { return Benchmarks::repeated("\\q", size); }},
-    {TextTransform::jwtDecode, "token",
-     [](std::size_t size) {
-         return TextTransforms::base64Encode("{}") + "." +
-                TextTransforms::base64Encode(Benchmarks::jsonDocument(size / 4 * 3));
-     }},
-    {TextTransform::jwtDecode, "markedDots", [](std::size_t size) { return Benchmarks::repeated(".\u0301", size); }},
-};
-
-bool isOrdinary(std::string_view name) {
-    return name == "document" || name == "encoded" || name == "dump" || name == "token";
-}
-
-void addSizes() {
-    for (const auto& [transform, textName, make] : kTexts) {
-        const std::string name(transform.rawValue());
-        const auto sized = [make = make](std::size_t size) { return [=] { return make(size); }; };
-        if (isOrdinary(textName)) add("50MB/" + name + "/" + textName, run(transform), sized(50 * kMegabyte));
-        for (const std::size_t megabytes : {std::size_t{4}, std::size_t{8}})
-            add(name + "/" + textName + "/" + std::to_string(megabytes) + "MB", run(transform),
-                sized(megabytes * kMegabyte))
-                ->Setup(Benchmarks::keepMemory)
-                ->Teardown(Benchmarks::giveMemoryBack);
-    }
-}
-
 const bool kRegistered = [] {
     addJSON();
     addBase64();
     addDigests();
-    addSizes();
     return true;
 }();
 

@@ -10,7 +10,6 @@
 #include <memory>
 
 #include "benchmarks/Documents.h"
-#include "benchmarks/Texts.h"
 #include <benchmark/benchmark.h>
 #include <cmark.h>
 #include <md4c-html.h>
@@ -68,12 +67,6 @@ void addMarkdown() {
     add("markdownToHTML/md4c", withMd4c, make);
 }
 
-void addLargeTexts() {
-    const auto make = [] { return Benchmarks::words(50 * Benchmarks::kMegabyte); };
-    add("50MB/markdownToHTML", TextTransforms::markdownToHTML, make);
-    add("50MB/htmlEntitiesDecode", TextTransforms::decodeEntities, make);
-}
-
 void addHostileTexts() {
     for (const tests::HostileText& text : tests::hostileHTML()) {
         const auto make = [text = text.text] { return text; };
@@ -88,7 +81,6 @@ void addHostileTexts() {
 const bool kRegistered = [] {
     addPages();
     addMarkdown();
-    addLargeTexts();
     addHostileTexts();
     return true;
 }();

@@ -28,6 +28,10 @@ TEST(LineModel, JoiningIsTheInverseOfSplitting) {
     }
 }
 
+TEST(LineModel, JoiningNoLinesGivesNoText) {
+    EXPECT_EQ(LineModel::join({}), "");
+}
+
 TEST(LineModel, TheJoinerPutsLineFeedsBetweenLinesOnly) {
     LineModel::Joiner none(0);
     EXPECT_EQ(std::move(none).text(), "");

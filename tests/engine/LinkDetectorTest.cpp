@@ -299,6 +299,8 @@ TEST(LinkDetector, NeverTakesTwoLinksForOne) {
         "⟦https://a.test/?r=x⟧.⟦https://b.test/⟧",
         "⟦https://a.test/?r=x⟧,b.com/y",
         "⟦https://a.test/?r=x,y,z⟧",
+        "⟦https://a.test/?r=x,www.b.com@c.test⟧",
+        "⟦https://a.test/?r=1&2b;c⟧",
         "1,⟦https://a.test/?r=x⟧,Berlin",
         "1;⟦https://a.test/?r=x⟧;Berlin",
         "⟦https://a.test/⟧(⟦https://b.test/⟧)",

@@ -298,6 +298,15 @@ TEST(TransformClipboard, HTMLThatIsNotUTF8HasNoTextAndStays) {
 TEST(GeneralPasteboard, IsAlwaysThereAndEmptyWhereNoneIsInstalled) {
     EXPECT_EQ(run(TextTransform::upperCase), PasteOutcome(ClipboardEmpty{}));
     EXPECT_FALSE(Pasteboard::general().setString("x"));
+    PasteboardService::setText("x");
+    EXPECT_EQ(PasteboardService::plainText(), std::nullopt);
+}
+
+TEST(PasteOutcome, IsTheSameWhereKindAndBothCountsAre) {
+    EXPECT_EQ(PasteOutcome(Success{1, 2}), PasteOutcome(Success{1, 2}));
+    EXPECT_NE(PasteOutcome(Success{1, 2}), PasteOutcome(Success{1, 3}));
+    EXPECT_NE(PasteOutcome(Success{1, 2}), PasteOutcome(Success{3, 2}));
+    EXPECT_NE(PasteOutcome(Success{0, 0}), PasteOutcome(ClipboardEmpty{}));
 }
 
 }  // namespace
