@@ -4,6 +4,7 @@
 #include "Engine/JSONReformatter.h"
 #include "tests/engine/PlainJSON.h"
 
+#include <algorithm>
 #include <array>
 
 #include "fuzz/Fuzz.h"
@@ -35,11 +36,19 @@ constexpr auto kTokens = std::to_array<std::string_view>({
     "\uFEFF",   "\"0123456789012345678901234567890123456789\"",
 });
 
+/// Whether the stack holds the recursion of the plain version, with what sanitizers put there.
+bool isForPlainVersion(std::string_view text) {
+    constexpr std::ptrdiff_t kMostLevels = 1'000;
+    return std::ranges::count(text, '[') + std::ranges::count(text, '{') <= kMostLevels;
+}
+
 void check(std::string_view text) {
     const std::string pretty = TextTransforms::jsonReformat(text, true);
     const std::string compact = TextTransforms::jsonReformat(text, false);
-    expect(pretty == tests::PlainJSON::reformat(text, true), "indents as the plain version does");
-    expect(compact == tests::PlainJSON::reformat(text, false), "minifies as the plain version does");
+    if (isForPlainVersion(text)) {
+        expect(pretty == tests::PlainJSON::reformat(text, true), "indents as the plain version does");
+        expect(compact == tests::PlainJSON::reformat(text, false), "minifies as the plain version does");
+    }
     expect(TextTransforms::jsonReformat(pretty, true) == pretty, "what is indented stays");
     expect(TextTransforms::jsonReformat(compact, false) == compact, "what is minified stays");
     expect(TextTransforms::jsonReformat(pretty, false) == compact, "minifying undoes indenting");
