@@ -318,7 +318,8 @@ private:
 }  // namespace
 
 std::string markdownToHTML(std::string_view text) {
-    Converter converter(text.size() + text.size() / 4);
+    // Many short lines make it longer still. Room that is not used costs nothing; room that lacks costs a second copy.
+    Converter converter(2 * text.size());
     LineModel::forEachLine(text, [&](std::string_view line) { converter.addLine(line); });
     return std::move(converter).html();
 }
