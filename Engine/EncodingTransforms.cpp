@@ -155,18 +155,31 @@ unsigned hexValueAt(std::string_view text, std::size_t at) noexcept {
     return kHexValues[static_cast<unsigned char>(Scan::peek(text, at))];
 }
 
+/// Appends what the pairs of digits from `at` on stand for that have nothing between them; returns where they end.
+std::size_t appendAdjacentPairs(std::string& bytes, std::string_view text, std::size_t at) {
+    for (; at + 1 < text.size(); at += 2) {
+        const unsigned high = hexValueAt(text, at);
+        const unsigned low = hexValueAt(text, at + 1);
+        // The second digit may be the "0" of a prefix that stands within a pair.
+        if ((high | low) == kNoDigit || isHexPrefix(text, at + 1)) break;
+        bytes += static_cast<char>(high * 16 + low);
+    }
+    return at;
+}
+
 /// The bytes that pairs of digits stand for, or nothing where there is anything else or half a pair.
 std::optional<std::string> hexBytes(std::string_view text) {
     std::string bytes;
     bytes.reserve(text.size() / 2);
-    for (std::size_t at = skipToHexDigit(text, 0); at < text.size(); at = skipToHexDigit(text, at + 1)) {
+    for (std::size_t at = 0;; ++at) {
+        at = skipToHexDigit(text, appendAdjacentPairs(bytes, text, at));
+        if (at == text.size()) return bytes;
         const unsigned high = hexValueAt(text, at);
         at = skipToHexDigit(text, at + 1);
         const unsigned low = hexValueAt(text, at);
         if (high == kNoDigit || low == kNoDigit) return std::nullopt;
         bytes += static_cast<char>(high * 16 + low);
     }
-    return bytes;
 }
 
 // --- Letters ---------------------------------------------------------------------------------------------------------

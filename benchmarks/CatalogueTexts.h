@@ -47,7 +47,11 @@ inline NamedText ordinaryText(TextTransform transform) {
     const NamedText page = {"HTML page", htmlPage};
     const NamedText json = {"JSON", jsonDocument};
     const NamedText french = repeating("French", std::string(kScripts[1].text));
-    const std::string prose = "\u201CIt\u2019s late,\u201D she said \u2014 \"don't wait\"; it was 2019\u20132020.\n";
+    const std::string prose =
+        "\u201CIt\u2019s late,\u201D she said \u2014 and nobody in the room would have thought that it was. The train "
+        "had "
+        "left at nine, with all who wanted to be home that night; \"don't wait\" was what he had told them on the "
+        "platform, between the years 2019\u20132020, in weather that no one cared to remember.\n";
     switch (transform) {
         case TextTransform::stripTracking: return {"mails", mails};
         case TextTransform::removeInvisibles: return repeating("invisibles", "soft\u00ADhyphens and zero\u200Bwidth, ");
@@ -104,6 +108,7 @@ inline std::vector<NamedText> texture() {
             repeating("marks", "\u0301"),
             repeating("marks in wrong order", "\u0316\u0301\u0f71"),
             repeating("punctuation", "'\"-.- +%&<\u2014.\u0301 "),
+            repeating("quotes and dashes", "\u201CIt\u2019s,\u201D \u2014 \"don't\" 9\u201320\n"),
             repeating("changing case", "aBCd1E\u03a3'\u03a3."),
             repeating("French", std::string(kScripts[1].text)),
             repeating("Hindi", std::string(kScripts[5].text)),
