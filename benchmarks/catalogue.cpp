@@ -154,12 +154,18 @@ std::pair<std::size_t, std::size_t> sizesToCompare(TextTransform transform) {
     return limit > kMegabyte ? std::pair(kMegabyte / 4, kMegabyte / 2) : std::pair(limit / 2, limit);
 }
 
-/// The time for each byte of the larger text.
+/// Whether the text only comes back as it is, as fast as it can be copied: its growth would tell of caches.
+bool isMerelyCopied(TextTransform transform, const std::string& text, double time) {
+    return transform.apply(text) == text && time < 2 * race({copying(text)}, 5)[0];
+}
+
+/// The time for each byte of the larger text; 0 where there is nothing to measure.
 double measureGrowth(const std::string& name, TextTransform transform, const NamedText& text) {
     const auto [size, doubled] = sizesToCompare(transform);
     const std::string small = text.make(size);
     const std::string large = text.make(doubled);
     const auto best = race({applying(transform, small), applying(transform, large)}, 3);
+    if (isMerelyCopied(transform, large, best[1])) return 0;
     note(name + "/n", best[0]);
     note(name + "/2n", best[1]);
     return best[1] / static_cast<double>(large.size());
