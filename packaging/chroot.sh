@@ -1,6 +1,6 @@
 # Sourced by the checks of what is shipped: a Debian with nothing in it, made for the occasion and gone with it. They set
 # $work, a folder of their own.
-# shellcheck shell=bash
+# shellcheck shell=bash disable=SC2154 # $work
 
 readonly kSkipped=77 # what ctest's SKIP_RETURN_CODE is in this project
 
@@ -35,6 +35,7 @@ make_chroot() {
         <"$folder.sources" >"$folder.log" 2>&1 || { tail -n 5 "$folder.log" >&2; skip "mmdebstrap failed"; }
     cp /etc/hosts "$folder/etc/hosts"
     mkdir -p "$folder/mnt/project" "$folder/mnt/work"
+    chmod 755 "$work" # apt and the user in the chroot are nobody special
     chroot "$folder" useradd --create-home tester
 }
 
@@ -43,7 +44,7 @@ make_chroot() {
 in_chroot() {
     local folder=$1
     shift
-    # shellcheck disable=SC2016,SC2154 # the inner shell's arguments; $work
+    # shellcheck disable=SC2016 # the inner shell's arguments
     unshare --mount --pid --fork --kill-child sh -euc '
         root=$1 project=$2 work=$3
         shift 3
