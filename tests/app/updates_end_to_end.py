@@ -144,6 +144,7 @@ class UpdatesTest(unittest.TestCase):
         self.open_panel()
         eventually(self.can_check, "the button can be pressed")
         desktop.press(CHECK)
+        desktop.wait_for_no_panel()  # a window of the update's has taken the keyboard
 
     def can_check(self):
         return desktop.button(CHECK).get_state_set().contains(Atspi.StateType.ENABLED)
