@@ -337,6 +337,14 @@ class NotifierTray(DesktopTest):
 
 
 class Start(DesktopTest):
+    def test_with_version_or_help_only_answers_and_needs_no_desktop(self):
+        for option, answer in (("--version", r"ravlin \d+\.\d+\.\d+\n"), ("-v", r"ravlin \d+\.\d+\.\d+\n"),
+                               ("--help", r"Usage: ravlin\n.*--version.*"), ("-h", r"Usage: ravlin\n.*")):
+            answered = subprocess.run([PROGRAM, option], env={}, capture_output=True, text=True,
+                                      timeout=desktop.DEADLINE_SECONDS)
+            self.assertEqual((answered.returncode, answered.stderr), (0, ""))
+            self.assertRegex(answered.stdout, re.compile(answer, re.DOTALL))
+
     def test_with_nohup_outlives_the_terminal(self):
         self.show_tray()
         process = subprocess.Popen(["nohup", PROGRAM], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
