@@ -73,7 +73,7 @@ constexpr auto kAmpersand = std::to_array<Literal>({{.from = "&amp;", .to = "&"}
 /// No reference can arise from what another one stands for, so one pass does what one pass for each would.
 void decodeNamed(Rewriter& rewriter, std::span<const Literal> references) {
     const std::string_view text = rewriter.text();
-    rewriter.replaceAll([&](std::size_t from) -> std::optional<Replacement> {
+    rewriter.shrinkAll([&](std::size_t from) -> std::optional<Replacement> {
         for (std::size_t at = text.find('&', from); at != std::string_view::npos; at = text.find('&', at + 1)) {
             const std::string_view rest = text.substr(at);
             const auto found = std::find_if(references.begin(), references.end(), [&](const Literal& each) {
@@ -117,7 +117,7 @@ std::optional<NumericReference> numericReferenceAt(std::string_view text, std::s
 void pass(Rewriter& rewriter, std::string_view prefix, std::uint32_t radix) {
     const std::string_view text = rewriter.text();
     std::string scalar;
-    rewriter.replaceAll([&](std::size_t from) -> std::optional<Replacement> {
+    rewriter.shrinkAll([&](std::size_t from) -> std::optional<Replacement> {
         for (std::size_t at = text.find(prefix, from); at != std::string_view::npos; at = text.find(prefix, at + 1)) {
             const std::optional<NumericReference> reference = numericReferenceAt(text, at + prefix.size(), radix);
             if (!reference || !isInsertableScalar(reference->value)) continue;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <optional>
@@ -52,6 +53,32 @@ public:
         if (copied == 0) return;
         next_ += text_.substr(copied);
         current_.swap(next_);
+        text_ = current_;
+    }
+
+    /// The same, where every replacement is shorter than what it replaces: that needs no second buffer. `findNext` may
+    /// look back at the last byte of the range before, and no further.
+    template <typename FindNext>
+    void shrinkAll(FindNext findNext) {
+        if (text_.data() != current_.data()) return replaceAll(findNext);
+        std::size_t copied = 0;
+        std::size_t written = 0;
+        const auto keep = [&](std::size_t from, std::size_t to) {
+            std::copy(text_.begin() + from, text_.begin() + to,
+                      current_.begin() + static_cast<std::ptrdiff_t>(written));
+            written += to - from;
+        };
+        while (const std::optional<Replacement> found = findNext(copied)) {
+            keep(copied, found->from);
+            for (const std::string_view piece : found->pieces) {
+                std::copy(piece.begin(), piece.end(), current_.begin() + static_cast<std::ptrdiff_t>(written));
+                written += piece.size();
+            }
+            copied = found->to;
+        }
+        if (copied == 0) return;
+        keep(copied, text_.size());
+        current_.resize(written);
         text_ = current_;
     }
 
