@@ -23,9 +23,6 @@ public:
     std::optional<std::string> string() override;
     std::optional<std::string> data(Type type) override;
     std::optional<std::size_t> itemCount() override;
-
-    /// Takes effect with the next operation or at the next `processEvents`: a `setString` that comes first takes its
-    /// place.
     void clearContents() override;
     bool setString(std::string_view text) override;
     int fileDescriptor() const override { return wakeUp_.get(); }

@@ -6,6 +6,9 @@ namespace ravlin {
 
 /// The clipboard of a desktop session. Besides what every pasteboard does it serves the text it owns to other
 /// applications, from events that arrive on a descriptor which the application watches.
+///
+/// `clearContents` takes effect with the next operation or at the next `processEvents`: a `setString` that comes first
+/// takes its place, so that nobody sees an empty clipboard in between, which clipboard managers hasten to fill.
 class SystemPasteboard : public Pasteboard {
 public:
     /// Becomes readable when `processEvents` has something to do; no operation leaves anything behind that it would not

@@ -58,9 +58,6 @@ public:
     std::optional<std::string> string() override;
     std::optional<std::string> data(Type type) override;
     std::optional<std::size_t> itemCount() override;
-
-    /// Takes effect with the next operation or at the next `processEvents`: a `setString` that comes first takes its
-    /// place, so that nobody sees an empty clipboard in between, which clipboard managers hasten to fill.
     void clearContents() override;
 
     /// False where there is no seat, or no focus where it is needed, where the compositor did not answer or somebody

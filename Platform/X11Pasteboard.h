@@ -39,8 +39,6 @@ public:
     /// 1 where the selection has an owner, whether it answers or not.
     std::optional<std::size_t> itemCount() override;
 
-    /// Takes effect with the next operation or at the next `processEvents`: a `setString` that comes first takes its
-    /// place, so that nobody sees an empty clipboard in between, which clipboard managers hasten to fill.
     void clearContents() override;
 
     /// False where the server did not answer or somebody else was faster; a pending `clearContents` is dropped then.
