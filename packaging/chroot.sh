@@ -34,12 +34,12 @@ make_chroot() {
         --aptopt='APT::Install-Recommends "false"' --include="$packages" "$codename" "$folder" - \
         <"$folder.sources" >"$folder.log" 2>&1 || { tail -n 5 "$folder.log" >&2; skip "mmdebstrap failed"; }
     cp /etc/hosts "$folder/etc/hosts"
-    mkdir -p "$folder/mnt/project" "$folder/mnt/work"
+    mkdir -p "$folder/mnt/project" "$folder/mnt/scratch"
     chmod 755 "$work" # apt and the user in the chroot are nobody special
     chroot "$folder" useradd --create-home tester
 }
 
-# in_chroot FOLDER COMMAND...: as root. The project is in /mnt/project, the folder $work in /mnt/work, and /tmp is empty.
+# in_chroot FOLDER COMMAND...: as root. The project is in /mnt/project, the folder $work in /mnt/scratch, and /tmp is empty.
 # What is mounted or started in there is gone when the command ends.
 in_chroot() {
     local folder=$1
@@ -53,7 +53,7 @@ in_chroot() {
         mount -t tmpfs -o mode=1777 tmpfs "$root/dev/shm"
         mount -t tmpfs -o mode=1777 tmpfs "$root/tmp"
         mount --bind -o ro "$project" "$root/mnt/project"
-        mount --bind "$work" "$root/mnt/work"
+        mount --bind "$work" "$root/mnt/scratch"
         cd /
         exec chroot "$root" env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin LC_ALL=C.UTF-8 DEBIAN_FRONTEND=noninteractive "$@"
     ' sh "$folder" "$PWD" "$work" "$@"
