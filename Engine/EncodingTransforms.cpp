@@ -322,12 +322,7 @@ std::string jwtDecode(std::string_view text) {
     const std::optional<std::string> header = b64urlToJSON(token->header);
     const std::optional<std::string> payload = header ? b64urlToJSON(token->payload) : std::nullopt;
     if (!payload) return std::string(text);
-    constexpr std::string_view kHeader = "// Header\n";
-    constexpr std::string_view kPayload = "\n\n// Payload\n";
-    std::string result;
-    result.reserve(kHeader.size() + header->size() + kPayload.size() + payload->size());
-    result.append(kHeader).append(*header).append(kPayload).append(*payload);
-    return result;
+    return "// Header\n" + *header + "\n\n// Payload\n" + *payload;
 }
 
 std::string rot13(std::string_view text) {
