@@ -6,6 +6,8 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
+#include <cstring>
 
 namespace ravlin::TextTransforms {
 namespace {
@@ -113,8 +115,19 @@ private:
     Kind beforeLast_ = kNone;  // the one before it in the same word
 };
 
-/// The end of the run of small ASCII letters that starts at byte `at`.
+/// The end of the run of small letters that starts at byte `at` of ASCII text. Eight bytes at a time: a loop that ends
+/// after another number of bytes for every word is mispredicted every time.
 std::size_t smallLettersEnd(std::string_view text, std::size_t at) noexcept {
+    if constexpr (std::endian::native == std::endian::little) {
+        constexpr std::uint64_t kOnes = 0x0101010101010101U;
+        for (std::uint64_t bytes = 0; text.size() - at >= sizeof(bytes); at += sizeof(bytes)) {
+            std::memcpy(&bytes, text.data() + at, sizeof(bytes));
+            // The highest bit of a sum tells whether the byte is at least that letter, or behind it.
+            const std::uint64_t letters = (bytes + kOnes * (0x80 - 'a')) & ~(bytes + kOnes * (0x80 - 'z' - 1));
+            const std::uint64_t others = ~letters & (kOnes * 0x80);
+            if (others != 0) return at + static_cast<std::size_t>(std::countr_zero(others)) / 8;
+        }
+    }
     while (at < text.size() && text[at] >= 'a' && text[at] <= 'z') ++at;
     return at;
 }
@@ -156,20 +169,26 @@ constexpr std::size_t roomForWords(std::size_t size) noexcept {
     return size + size / 2;
 }
 
-/// The mapped words of `text` with `separator` between them. They are joined first and mapped in parts, which takes
-/// half the time: what separates words also separates the contexts of final sigmas.
+/// Words are put together in parts of this many bytes and mapped then, which takes half the time.
+constexpr std::size_t kPartSize = 4096;
+
+/// The mapped words of `text` with `separator` between them, which like any other separates the contexts of final
+/// sigmas.
 template <typename AppendMapped>
 std::string joinedWords(std::string_view text, char separator, AppendMapped appendMapped) {
-    constexpr std::size_t kPartSize = 4096;  // bytes
     std::string result;
     result.reserve(roomForWords(text.size()));
     std::string part;
     forEachWord(text, [&](std::string_view word) {
         if (!result.empty() || !part.empty()) part += separator;
-        part += word;
-        if (part.size() < kPartSize) return;
-        appendMapped(result, part);
-        part.clear();
+        if (part.size() + word.size() > kPartSize) {
+            appendMapped(result, part);
+            part.clear();
+        }
+        if (word.size() > kPartSize)
+            appendMapped(result, word);
+        else
+            part += word;
     });
     appendMapped(result, part);
     return result;
@@ -179,30 +198,62 @@ void appendLowerCased(std::string& result, std::string_view text) {
     Unicode::appendLowerCased(result, text, 0, text.size());
 }
 
-/// Appends `word` as if it were ASCII, with a capital, and tells whether it was.
-bool appendCapitalisedASCII(std::string& result, std::string_view word) {
-    const std::size_t start = result.size();
-    result += word;
-    char* const to = result.data() + start;
-    unsigned char anyBit = 0;
-    for (std::size_t i = 0; i < word.size(); ++i) {
-        anyBit |= static_cast<unsigned char>(word[i]);
-        to[i] = ASCII::toLower(word[i]);
-    }
-    to[0] = ASCII::toUpper(to[0]);
-    return anyBit < 0x80;
-}
-
 /// Appends `word`, which is its own context, in lower case with an upper-case first character.
 void appendCapitalised(std::string& result, std::string_view word) {
     const std::size_t start = result.size();
-    if (appendCapitalisedASCII(result, word)) return;
-    result.resize(start);
     appendLowerCased(result, word);
     const std::string_view lowered = std::string_view(result).substr(start);
     const std::size_t size = Unicode::characterEnd(lowered, 0);
     result.replace(start, size, Unicode::upperCased(lowered.substr(0, size)));
 }
+
+/// Puts words together, in lower case with upper-case first characters. Most parts are ASCII: all of such a part is
+/// lower-cased at once, and then the bytes where words begin are upper-cased.
+class CapitalisedWords {
+public:
+    explicit CapitalisedWords(std::size_t size) { result_.reserve(Unicode::roomForMapped(size)); }
+
+    /// The word that comes before all others and stays in lower case.
+    void appendSmall(std::string_view word) { appendLowerCased(result_, word); }
+
+    void append(std::string_view word) {
+        if (part_.size() + word.size() > kPartSize) writePart();
+        if (word.size() > kPartSize) return appendCapitalised(result_, word);
+        starts_.push_back(part_.size());
+        part_ += word;
+    }
+
+    std::string take() && {
+        writePart();
+        return std::move(result_);
+    }
+
+private:
+    void writePart() {
+        if (Unicode::asciiRunEnd(part_, 0) == part_.size())
+            writeASCII();
+        else
+            writeWords();
+        part_.clear();
+        starts_.clear();
+    }
+
+    void writeASCII() {
+        const std::size_t offset = result_.size();
+        ASCII::appendMapped(result_, part_, ASCII::toLower);
+        for (const std::size_t start : starts_) result_[offset + start] = ASCII::toUpper(part_[start]);
+    }
+
+    void writeWords() {
+        starts_.push_back(part_.size());
+        for (std::size_t i = 0; i + 1 < starts_.size(); ++i)
+            appendCapitalised(result_, std::string_view(part_).substr(starts_[i], starts_[i + 1] - starts_[i]));
+    }
+
+    std::string result_;
+    std::string part_;
+    std::vector<std::size_t> starts_;  // of the words in the part
+};
 
 // --- sentenceCase ----------------------------------------------------------------------------------------------------
 
@@ -495,22 +546,22 @@ std::vector<std::string> tokenizeWords(std::string_view text) {
 }
 
 std::string camelCase(std::string_view text) {
-    std::string result;
-    result.reserve(Unicode::roomForMapped(text.size()));
+    CapitalisedWords words(text.size());
+    bool isFirst = true;
     forEachWord(text, [&](std::string_view word) {
-        if (result.empty())
-            appendLowerCased(result, word);
+        if (isFirst)
+            words.appendSmall(word);
         else
-            appendCapitalised(result, word);
+            words.append(word);
+        isFirst = false;
     });
-    return result;
+    return std::move(words).take();
 }
 
 std::string pascalCase(std::string_view text) {
-    std::string result;
-    result.reserve(Unicode::roomForMapped(text.size()));
-    forEachWord(text, [&](std::string_view word) { appendCapitalised(result, word); });
-    return result;
+    CapitalisedWords words(text.size());
+    forEachWord(text, [&words](std::string_view word) { words.append(word); });
+    return std::move(words).take();
 }
 
 std::string snakeCase(std::string_view text) {

@@ -270,17 +270,44 @@ TEST(WordTransforms, JoinWordsInTheirStyles) {
     }
 }
 
+void expectWordTransformsToFollowTheRules(const std::string& text) {
+    const auto lower = Oracle::lowerCased;
+    ASSERT_EQ(TextTransforms::camelCase(text), plainJoined(text, "", lower, plainCapitalised));
+    ASSERT_EQ(TextTransforms::pascalCase(text), plainJoined(text, "", plainCapitalised, plainCapitalised));
+    ASSERT_EQ(TextTransforms::snakeCase(text), plainJoined(text, "_", lower, lower));
+    ASSERT_EQ(TextTransforms::kebabCase(text), plainJoined(text, "-", lower, lower));
+    ASSERT_EQ(TextTransforms::constantCase(text), plainJoined(text, "_", Oracle::upperCased, Oracle::upperCased));
+}
+
 TEST(WordTransforms, AreThoseOfTheRulesInRandomTexts) {
     Oracle::Texts texts(kWordAlphabet, 10, /*seed=*/2);
     for (int i = 0; i < 40'000; ++i) {
         const std::string text = texts.next();
         SCOPED_TRACE(testing::PrintToString(text));
-        const auto lower = Oracle::lowerCased;
-        ASSERT_EQ(TextTransforms::camelCase(text), plainJoined(text, "", lower, plainCapitalised));
-        ASSERT_EQ(TextTransforms::pascalCase(text), plainJoined(text, "", plainCapitalised, plainCapitalised));
-        ASSERT_EQ(TextTransforms::snakeCase(text), plainJoined(text, "_", lower, lower));
-        ASSERT_EQ(TextTransforms::kebabCase(text), plainJoined(text, "-", lower, lower));
-        ASSERT_EQ(TextTransforms::constantCase(text), plainJoined(text, "_", Oracle::upperCased, Oracle::upperCased));
+        ASSERT_NO_FATAL_FAILURE(expectWordTransformsToFollowTheRules(text));
+    }
+}
+
+TEST(WordTransforms, TakeWordsOfAnyLength) {
+    for (const std::size_t size : {4'000U, 4'095U, 4'096U, 4'097U, 9'000U}) {
+        const std::string word(size, 'a');
+        const std::string greek = "Σ" + word + "Σ";
+        for (const std::string& text :
+             {word, "b " + word, word + " b", "b " + word + " " + word, "b " + greek + " b"}) {
+            SCOPED_TRACE(size);
+            ASSERT_NO_FATAL_FAILURE(expectWordTransformsToFollowTheRules(text));
+        }
+    }
+}
+
+TEST(WordTransforms, AreThoseOfTheRulesInLongTexts) {
+    // Long words and short ones, then a stretch that is not ASCII.
+    Oracle::Texts plain(U"abcdefghijklmnopqrstuvwxyzabcdefghijklmnopqrstuvwxyzaz`{@[AZ09 -_", 6'000, /*seed=*/3);
+    Oracle::Texts others(kWordAlphabet, 30, /*seed=*/4);
+    for (int i = 0; i < 100; ++i) {
+        const std::string text = plain.next() + others.next() + plain.next();
+        SCOPED_TRACE(testing::PrintToString(text));
+        ASSERT_NO_FATAL_FAILURE(expectWordTransformsToFollowTheRules(text));
     }
 }
 
