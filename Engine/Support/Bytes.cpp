@@ -87,26 +87,27 @@ std::string toBase64(std::string_view bytes) {
     return result;
 }
 
-std::optional<std::string> fromBase64(std::string_view text) {
-    if (text.size() % 4 != 0) return std::nullopt;
+std::optional<std::string> fromBase64(std::string_view text, Padding padding) {
     if (text.empty()) return std::string();
+    if (padding == Padding::required && text.size() % 4 != 0) return std::nullopt;
 
     // The last group is decoded with zeros in place of its padding.
-    std::array<char, 4> last = {};
-    std::copy(text.end() - 4, text.end(), last.begin());
-    const std::size_t padding = last[3] != '=' ? 0 : last[2] != '=' ? 1 : 2;
-    std::fill_n(last.rbegin(), padding, 'A');
+    const std::size_t lastStart = (text.size() - 1) / 4 * 4;
+    std::array<char, 4> last = {'=', '=', '=', '='};
+    std::copy(text.begin() + static_cast<std::ptrdiff_t>(lastStart), text.end(), last.begin());
+    const std::size_t paddingSize = last[3] != '=' ? 0 : last[2] != '=' ? 1 : 2;
+    std::fill_n(last.rbegin(), paddingSize, 'A');
 
-    std::string result(text.size() / 4 * 3 - padding, '\0');
+    std::string result(lastStart / 4 * 3 + 3 - paddingSize, '\0');
     char* to = result.data();
-    for (std::size_t at = 0; at < text.size() - 4; at += 4) {
+    for (std::size_t at = 0; at < lastStart; at += 4) {
         const std::uint32_t group = base64Group(text, at);
         if (group > 0xFFFFFFU) return std::nullopt;
         to = std::copy_n(bytesOf(group).data(), 3, to);
     }
     const std::uint32_t group = base64Group({last.data(), last.size()}, 0);
     if (group > 0xFFFFFFU) return std::nullopt;
-    std::copy_n(bytesOf(group).data(), 3 - padding, to);
+    std::copy_n(bytesOf(group).data(), 3 - paddingSize, to);
     return result;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -23,10 +24,13 @@ constexpr std::optional<unsigned> hexValue(char digit) noexcept {
 ///     toBase64("hi")  ->  "aGk="
 std::string toBase64(std::string_view bytes);
 
+/// Whether Base64 has to be filled up to groups of four characters with "=".
+enum class Padding : std::uint8_t { required, optional };
+
 /// The bytes that `text` stands for in Base64, whose digits 62 and 63 may be those of section 4 or of section 5 of RFC
-/// 4648. Nothing where it holds anything else, line breaks included, or where its padding is missing or wrong. Bits
-/// that are left over in the last digit are not looked at.
+/// 4648. Nothing where it holds anything else, line breaks included, or where its padding is wrong or missing though
+/// required. Bits that are left over in the last digit are not looked at.
 ///     fromBase64("aGk=")  ->  "hi"        fromBase64("aGk"), fromBase64("aG=k")  ->  nothing
-std::optional<std::string> fromBase64(std::string_view text);
+std::optional<std::string> fromBase64(std::string_view text, Padding padding = Padding::required);
 
 }  // namespace ravlin::Bytes

@@ -1,4 +1,5 @@
 #include "Engine/EncodingTransforms.h"
+#include "Engine/JSONReformatter.h"
 #include "Engine/Support/Unicode.h"
 #include "Engine/TextTransform.h"
 #include "tests/engine/Oracle.h"
@@ -396,6 +397,19 @@ TEST(JWTDecode, GivesTheTextBackWhereItIsNoToken) {
           "e30.aGk==.x", "e30._w.x", "_w.e30.x", "e30.\nW10", "\u00e9.e30", "e30..W10.", "www.example.org/x", "3.14",
           "e30\u3002W10"})
         EXPECT_EQ(TextTransforms::jwtDecode(text), text);
+}
+
+TEST(JWTDecode, TakesPaddingThatIsLeftOutAsIfItStoodThere) {
+    Oracle::Texts parts(U"AAaGkl93-_+/==", 9);
+    for (int i = 0; i < 100'000; ++i) {
+        const std::string part = parts.next();
+        const std::string padded = part + std::string((4 - part.size() % 4) % 4, '=');
+        bool isValid = false;
+        const std::string bytes = tests::plainBase64Bytes(padded, isValid);
+        const bool isText = isValid && Unicode::isValidUTF8(bytes);
+        ASSERT_EQ(TextTransforms::jwtDecode("." + part),
+                  isText ? "// Header\n\n\n// Payload\n" + TextTransforms::jsonReformat(bytes, true) : "." + part);
+    }
 }
 
 TEST(JWTDecode, StopsAtTheFourthPart) {
