@@ -39,7 +39,8 @@ public:
     /// Empties the clipboard. Followed by `setString`, other applications see one change only.
     virtual void clearContents() = 0;
 
-    /// Puts one plain-text item on the clipboard. False where the system refused it.
+    /// Puts one plain-text item on the clipboard. False where the system refused it, and where this follows
+    /// `changeCount`, with at most `clearContents` in between, and another application has copied since.
     virtual bool setString(std::string_view text) = 0;
 
     /// The clipboard of the desktop in use: the one installed by `setGeneral`, or one that is always empty.

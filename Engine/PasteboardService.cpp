@@ -45,7 +45,8 @@ PasteOutcome transformClipboard(TextTransform transform) {
     const std::string result = transform.apply(*text);
     const Success success{.inputCount = Unicode::characterCount(*text), .outputCount = Unicode::characterCount(result)};
 
-    // Nothing but the write itself stands between this look at the counter and the write.
+    // The write follows this look at the counter at once. A copy that comes between the two is kept, which is as if it
+    // had come after the write.
     if (pasteboard.changeCount() != changeCount) return ClipboardChanged{};
     setText(result);
     return success;

@@ -111,10 +111,12 @@ void WaylandPasteboard::noteSelection(std::shared_ptr<DataControl::Offer> offer)
 
 std::int64_t WaylandPasteboard::changeCount() {
     catchUp();
+    toldCount_ = changeCount_;
     return changeCount_;
 }
 
 std::optional<std::string> WaylandPasteboard::string() {
+    toldCount_.reset();
     if (!catchUp()) return std::nullopt;
     if (isOwner()) return *own_->text;  // asked through the compositor, we would wait for ourselves
     foreign_.isSilent = false;
@@ -125,12 +127,14 @@ std::optional<std::string> WaylandPasteboard::string() {
 
 std::optional<std::string> WaylandPasteboard::data(Type type) {
     if (type == Type::string) return string();
+    toldCount_.reset();
     if (!catchUp() || isOwner() || foreign_.isSilent) return std::nullopt;
     const std::optional<std::string> name = offeredAs(type);
     return name ? read(*name) : std::nullopt;
 }
 
 std::optional<std::size_t> WaylandPasteboard::itemCount() {
+    toldCount_.reset();
     if (!catchUp()) return std::nullopt;
     return isOwner() || foreign_.offer != nullptr ? 1 : 0;
 }
@@ -143,11 +147,15 @@ void WaylandPasteboard::clearContents() {
 
 bool WaylandPasteboard::setString(std::string_view text) {
     isClearPending_ = false;
-    // The input that this answers may not have been handled here.
-    if (isShared_ && !(synchronise() && seat_ && seat_->input->hasFocus())) return false;
-    if (!seat_) return false;
+    const std::optional<std::int64_t> toldCount = std::exchange(toldCount_, std::nullopt);
+    std::unique_ptr<Own> copy = copyOf(text);
+    // The input that this answers may not have been handled here, and a long text is long enough in the making for
+    // somebody else's copy. One that comes from here on is overwritten, which no protocol can prevent.
+    if ((isShared_ || toldCount) && !synchronise()) return false;
+    if (!seat_ || (isShared_ && !seat_->input->hasFocus())) return false;
+    if (toldCount && isOvertaken(*toldCount)) return false;
     const std::uint32_t seatName = seat_->name;
-    std::unique_ptr<Own> before = std::exchange(own_, copyOf(text));
+    std::unique_ptr<Own> before = std::exchange(own_, std::move(copy));
     select(own_->source.get());
     const bool isAnswered = synchronise();
     if (isAnswered && isOwner()) return true;
@@ -176,6 +184,7 @@ void WaylandPasteboard::select(const DataControl::Source* source) {
 }
 
 void WaylandPasteboard::processEvents() {
+    toldCount_.reset();
     connection_->processEvents();
     update();
     if (isClearPending_) {

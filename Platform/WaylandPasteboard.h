@@ -61,7 +61,8 @@ public:
     void clearContents() override;
 
     /// False where there is no seat, or no focus where it is needed, where the compositor did not answer or somebody
-    /// else was faster. What was on the clipboard stays there then.
+    /// else was faster. What was on the clipboard stays there then. Called right after `changeCount`, it overwrites no
+    /// copy that the number did not include, but for one in the very moment of the write.
     bool setString(std::string_view text) override;
 
     int fileDescriptor() const override { return connection_->fileDescriptor(); }
@@ -116,6 +117,8 @@ private:
     bool update();
     void completeClear();
     bool hasAccess() const;
+    /// Whether there is a copy that `count` does not include. A program that has ended leaves none.
+    bool isOvertaken(std::int64_t count) const { return changeCount_ != count && !isOwner() && foreign_.offer; }
     std::unique_ptr<Own> copyOf(std::string_view text);
     void select(const DataControl::Source* source);
     void serve(std::string_view type, int descriptor, const std::shared_ptr<const std::string>& text);
@@ -134,6 +137,7 @@ private:
     std::optional<Seat> seat_;
     bool isSeatFinished_ = false;
     std::int64_t changeCount_ = 0;
+    std::optional<std::int64_t> toldCount_;  // by the operation before
     int ownCount_ = 0;
     Foreign foreign_;
     std::unique_ptr<Own> own_;

@@ -45,10 +45,12 @@ X11Pasteboard::X11Pasteboard(std::unique_ptr<X11Connection> connection, ReadLimi
 std::int64_t X11Pasteboard::changeCount() {
     catchUp();
     settle();
+    toldCount_ = changeCount_;
     return changeCount_;
 }
 
 std::optional<std::string> X11Pasteboard::string() {
+    toldCount_.reset();
     std::optional<std::string> text;
     if (catchUp()) text = isOwner() ? ownText() : reader_.plainText({.owner = owner_, .changeCount = changeCount_});
     settle();
@@ -62,6 +64,7 @@ std::optional<std::string> X11Pasteboard::ownText() const {
 
 std::optional<std::string> X11Pasteboard::data(Type type) {
     if (type == Type::string) return string();
+    toldCount_.reset();
     std::optional<std::string> bytes;
     if (catchUp() && !isOwner()) {
         const auto targets = type == Type::rtf ? std::span<const X11Atom>(kRTFTargets) : kHTMLTargets;
@@ -72,6 +75,7 @@ std::optional<std::string> X11Pasteboard::data(Type type) {
 }
 
 std::optional<std::size_t> X11Pasteboard::itemCount() {
+    toldCount_.reset();
     const bool isUpToDate = catchUp();
     settle();
     if (!isUpToDate) return std::nullopt;
@@ -87,20 +91,42 @@ void X11Pasteboard::clearContents() {
 
 bool X11Pasteboard::setString(std::string_view text) {
     isClearPending_ = false;
-    nextText_ = std::make_shared<const std::string>(text);
-    bool isTaken = false;
-    // With the time of an old event instead, the server would silently ignore us after anybody's later copy.
-    if (const std::optional<xcb_timestamp_t> now = serverTime()) {
-        xcb_set_selection_owner(connection_->get(), connection_->window(), connection_->atom(X11Atom::clipboard), *now);
-        const bool isAnswered = synchronise();
-        isTaken = nextText_ == nullptr && isOwner();
-        if (isAnswered) nextText_ = nullptr;
-    }
+    const std::optional<std::int64_t> toldCount = std::exchange(toldCount_, std::nullopt);
+    if (!toldCount) catchUp();
+    const std::int64_t count = toldCount.value_or(changeCount_);
+    const auto shared = std::make_shared<const std::string>(text);
+    const bool isTaken = takeAfterOwner(shared, count) || takeNow(shared, count);
     settle();
     return isTaken;
 }
 
+/// Takes the selection unless somebody has taken it since `count`. The time is the one right after the owner's that is
+/// known: the server refuses it if anybody has come later, so that no copy is overwritten that we have not seen.
+bool X11Pasteboard::takeAfterOwner(const std::shared_ptr<const std::string>& text, std::int64_t count) {
+    if (isOvertaken(count) || !ownerSince_) return false;
+    const xcb_timestamp_t time = *ownerSince_ + 1;
+    return time != XCB_CURRENT_TIME && take(text, time);
+}
+
+/// The same where that time is not known, still to come, or weeks ago. It can overwrite a copy that is made between the
+/// server's telling the time and our taking the selection.
+bool X11Pasteboard::takeNow(const std::shared_ptr<const std::string>& text, std::int64_t count) {
+    if (isOvertaken(count)) return false;
+    const std::optional<xcb_timestamp_t> now = serverTime();
+    return now && !isOvertaken(count) && take(text, *now);
+}
+
+bool X11Pasteboard::take(const std::shared_ptr<const std::string>& text, xcb_timestamp_t time) {
+    nextText_ = text;
+    xcb_set_selection_owner(connection_->get(), connection_->window(), connection_->atom(X11Atom::clipboard), time);
+    const bool isAnswered = synchronise();
+    const bool isTaken = nextText_ == nullptr && isOwner();
+    if (isAnswered) nextText_ = nullptr;
+    return isTaken;
+}
+
 void X11Pasteboard::processEvents() {
+    toldCount_.reset();
     while (const X11Event event = connection_->pollEvent()) handle(*event);
     if (isClearPending_) completeClear();
     settle();
@@ -207,6 +233,7 @@ void X11Pasteboard::noteOwner(const xcb_generic_event_t& event) {
     const auto& change = x11EventAs<xcb_xfixes_selection_notify_event_t>(event);
     ++changeCount_;
     owner_ = change.owner;
+    ownerSince_ = change.selection_timestamp;
     if (!isOwner()) {
         server_.withdraw();
     } else if (nextText_ != nullptr) {

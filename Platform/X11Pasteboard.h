@@ -42,6 +42,8 @@ public:
     void clearContents() override;
 
     /// False where the server did not answer or somebody else was faster; a pending `clearContents` is dropped then.
+    /// Called right after `changeCount`, it overwrites no copy that the number did not include; where the owner has
+    /// been there longer than this object, but for one in the very moment of the write.
     bool setString(std::string_view text) override;
 
     int fileDescriptor() const override { return connection_->fileDescriptor(); }
@@ -52,6 +54,9 @@ private:
     X11Pasteboard(std::unique_ptr<X11Connection> connection, ReadLimits limits);
 
     std::optional<std::string> ownText() const;
+    bool takeAfterOwner(const std::shared_ptr<const std::string>& text, std::int64_t count);
+    bool takeNow(const std::shared_ptr<const std::string>& text, std::int64_t count);
+    bool take(const std::shared_ptr<const std::string>& text, xcb_timestamp_t time);
     bool catchUp();
     bool synchronise();
     void completeClear();
@@ -63,6 +68,8 @@ private:
     void handle(const xcb_generic_event_t& event);
     void noteOwner(const xcb_generic_event_t& event);
     bool noteServerTime(const xcb_generic_event_t& event);
+    /// Whether there is a copy that `count` does not include. An owner that has ended leaves none.
+    bool isOvertaken(std::int64_t count) const { return changeCount_ != count && owner_ != XCB_WINDOW_NONE; }
     bool isOwner() const { return owner_ == connection_->window(); }
     void serveToTheEnd();
 
@@ -70,7 +77,9 @@ private:
     X11SelectionReader reader_;
     X11SelectionServer server_;
     std::int64_t changeCount_ = 0;
+    std::optional<std::int64_t> toldCount_;  // by the operation before
     xcb_window_t owner_ = XCB_WINDOW_NONE;
+    std::optional<xcb_timestamp_t> ownerSince_;
     std::optional<xcb_timestamp_t> serverTime_;
     std::shared_ptr<const std::string> nextText_;  // goes on offer when the server confirms that we are the owner
     bool isClearPending_ = false;

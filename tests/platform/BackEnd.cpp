@@ -25,6 +25,10 @@ CopyingProgram::CopyingProgram(SystemPasteboard& pasteboard, const std::vector<s
     EXPECT_TRUE(waitForChange(pasteboard, countBefore_)) << command.front() << " does not copy";
 }
 
+void letServerTimePass() {
+    for (const auto end = Clock::now() + std::chrono::milliseconds(3); Clock::now() < end;) continue;
+}
+
 bool waitForChange(SystemPasteboard& pasteboard, std::int64_t countBefore) {
     return serveUntil(pasteboard, [&] { return pasteboard.changeCount() != countBefore; });
 }

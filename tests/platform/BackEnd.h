@@ -26,6 +26,9 @@ std::optional<std::string> pasteElsewhere(const std::string& target, SystemPaste
 /// Whether a text that its program did not hand over to the end can always be told from a whole one.
 extern const bool kTellsTheEndOfATextFromADeath;
 
+/// Whether a copy in the very moment of a write is never overwritten.
+extern const bool kKeepsCopiesInTheMomentOfAWrite;
+
 /// Programs of the system. The first copies its input and stays to serve it; the second writes the clipboard's text.
 extern const std::vector<std::string> kCopyingProgram;
 extern const std::vector<std::string> kPastingProgram;
@@ -52,6 +55,9 @@ private:
 
 /// Waits until another program's copy, which it makes in its own time, is on the clipboard.
 bool waitForChange(SystemPasteboard& pasteboard, std::int64_t countBefore);
+
+/// X servers count milliseconds: what happens in the same one or the next has no order that they know of.
+void letServerTimePass();
 
 /// How long `action` takes.
 template <class Action>

@@ -279,6 +279,42 @@ TEST_F(BackEndChangeCount, NoneOfManyCopiesInARowIsMissed) {
         ForeignProgram::kManyTimes);
 }
 
+TEST_F(BackEndChangeCount, CopyBetweenALookAndTheWriteIsKept) {
+    const auto owner = copyElsewhere({.content = {{"UTF8_STRING", "theirs"}}});
+    for (const bool isOursBefore : {false, true}) {
+        if (isOursBefore) {
+            EXPECT_TRUE(pasteboard_->setString("ours"));
+        }
+        pasteboard_->changeCount();
+        letServerTimePass();
+        owner->copyAgain();
+        pasteboard_->clearContents();
+        EXPECT_FALSE(pasteboard_->setString("too late"));
+        EXPECT_EQ(pasteboard_->string(), "theirs");
+        EXPECT_EQ(outputOf(kPastingProgram, *pasteboard_), "theirs");
+    }
+}
+
+TEST_F(BackEndChangeCount, WriteWithoutALookReplacesWhateverIsThere) {
+    const auto owner = copyElsewhere({.content = {{"UTF8_STRING", "theirs"}}});
+    pasteboard_->changeCount();
+    pasteboard_->processEvents();
+    letServerTimePass();
+    owner->copyAgain();
+    pasteboard_->clearContents();
+    EXPECT_TRUE(pasteboard_->setString("ours"));
+    EXPECT_EQ(outputOf(kPastingProgram, *pasteboard_), "ours");
+}
+
+TEST_F(BackEndChangeCount, EndOfTheOwnerBetweenALookAndTheWriteLosesNothing) {
+    auto owner = copyElsewhere({.content = {{"UTF8_STRING", "theirs"}}});
+    pasteboard_->changeCount();
+    owner.reset();
+    pasteboard_->clearContents();
+    EXPECT_TRUE(pasteboard_->setString("ours"));
+    EXPECT_EQ(outputOf(kPastingProgram, *pasteboard_), "ours");
+}
+
 TEST_F(BackEndChangeCount, CopyOverOurTextIsReadAndOursIsNoLonger) {
     ASSERT_TRUE(pasteboard_->setString("ours"));
     const auto owner = copyElsewhere({.content = {{"UTF8_STRING", "theirs"}}});

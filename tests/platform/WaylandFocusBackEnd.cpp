@@ -63,6 +63,7 @@ std::optional<std::string> pasteElsewhere(const std::string& target, SystemPaste
 
 // A pipe is closed either way, and the compositor may learn of the death a moment later.
 const bool kTellsTheEndOfATextFromADeath = false;
+const bool kKeepsCopiesInTheMomentOfAWrite = false;
 
 const std::vector<std::string> kCopyingProgram = {CLIPBOARD_PROGRAM, "copy"};
 const std::vector<std::string> kPastingProgram = {CLIPBOARD_PROGRAM, "paste"};

@@ -187,6 +187,7 @@ std::optional<std::string> pasteElsewhere(const std::string& target, SystemPaste
 }
 
 const bool kTellsTheEndOfATextFromADeath = true;
+const bool kKeepsCopiesInTheMomentOfAWrite = true;
 
 const std::vector<std::string> kCopyingProgram = {"xclip", "-quiet", "-selection", "clipboard"};
 const std::vector<std::string> kPastingProgram = {"xclip", "-selection", "clipboard", "-out"};
