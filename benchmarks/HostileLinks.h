@@ -48,6 +48,7 @@ inline const std::vector<HostileLinks> kHostileLinks = {
     {"apostrophes", [](std::size_t size) { return tests::filled("http://a/", "'", "", size); }},
     {"apostrophesAround", [](std::size_t size) { return pieces("'http://a/'", size); }},
     {"hosts", [](std::size_t size) { return pieces("www.", size); }},
+    {"hostsWithoutDomain", [](std::size_t size) { return pieces("www.a ", size); }},
     {"hostsWithLetters", [](std::size_t size) { return tests::repeated("\u00E9www.", size / 6 * 6); }},
     {"hostsWithPlus", [](std::size_t size) { return pieces("www.a.com+", size); }},
     {"hostsWithBang", [](std::size_t size) { return pieces("www.a.com!", size); }},

@@ -144,7 +144,7 @@ Host internationalHost(std::string_view text, std::size_t begin) {
         host.end = end;
         return host;
     }
-    const std::size_t foreign = Unicode::asciiRunEnd(text, last);
+    const std::size_t foreign = Unicode::asciiRunEnd(text.substr(0, end), last);
     if (foreign < end && mayFollowWithoutSpace(Unicode::decode(text, foreign).value) &&
         isTopLevelDomain(between(text, last, foreign)))
         host.end = foreign;
