@@ -12,7 +12,6 @@
 #include "Engine/Support/Unicode.h"
 
 #include <new>
-#include <stdexcept>
 
 namespace ravlin::TextTransforms {
 namespace {
@@ -85,8 +84,6 @@ std::string apply(TextTransform transform, std::string_view text) {
     try {
         return route(transform, text);
     } catch (const std::bad_alloc&) {
-        return std::string(text);
-    } catch (const std::length_error&) {
         return std::string(text);
     }
 }

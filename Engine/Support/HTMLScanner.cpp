@@ -93,12 +93,7 @@ TagName tagNameAt(std::string_view text, std::size_t less, const Names& names) n
 }
 
 bool allows(Slash slash, bool isClosing) noexcept {
-    switch (slash) {
-        case Slash::none: return !isClosing;
-        case Slash::optional: return true;
-        case Slash::required: return isClosing;
-    }
-    return false;
+    return slash == Slash::optional || isClosing == (slash == Slash::required);
 }
 
 /// \s*>   Behind it, if it starts at byte `at`.

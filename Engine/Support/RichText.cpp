@@ -345,11 +345,11 @@ public:
     explicit Reader(std::string_view rtf) : tokens_(rtf) {}
 
     std::string read() && {
+        RTFToken token;
         do {
-            RTFToken token = tokens_.next();
-            if (token.kind == Kind::end) break;
+            token = tokens_.next();
             handle(token);
-        } while (groups_.isAnyOpen());  // what follows is not the document's
+        } while (token.kind != Kind::end && groups_.isAnyOpen());  // what follows is not the document's
         return std::move(characters_).take();
     }
 

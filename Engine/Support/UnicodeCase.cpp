@@ -42,20 +42,19 @@ std::int32_t mapUnits(Form form, std::span<const char16_t> from, Units& to, UErr
     switch (form) {
         case Form::lower: return icu::CaseMap::toLower("", 0, source, size, to.data(), room, nullptr, status);
         case Form::upper: return icu::CaseMap::toUpper("", 0, source, size, to.data(), room, nullptr, status);
-        case Form::title:
-            return icu::CaseMap::toTitle("", U_TITLECASE_WHOLE_STRING | U_TITLECASE_NO_BREAK_ADJUSTMENT, nullptr,
-                                         source, size, to.data(), room, nullptr, status);
+        case Form::title: break;
     }
-    return 0;
+    return icu::CaseMap::toTitle("", U_TITLECASE_WHOLE_STRING | U_TITLECASE_NO_BREAK_ADJUSTMENT, nullptr, source, size,
+                                 to.data(), room, nullptr, status);
 }
 
 constexpr UProperty changesIn(Form form) {
     switch (form) {
         case Form::lower: return UCHAR_CHANGES_WHEN_LOWERCASED;
         case Form::upper: return UCHAR_CHANGES_WHEN_UPPERCASED;
-        case Form::title: return UCHAR_CHANGES_WHEN_TITLECASED;
+        case Form::title: break;
     }
-    return UCHAR_INVALID_CODE;
+    return UCHAR_CHANGES_WHEN_TITLECASED;
 }
 
 Mapping pack(std::span<const char16_t> units) noexcept {

@@ -262,6 +262,11 @@ TEST(Language, OfTheUserDoesNotMatterToLetterCase) {
     uloc_setDefault(before.c_str(), &status);
 }
 
+TEST(Dispatcher, LeavesTheTextAloneWhereThereIsNoSuchTransform) {
+    EXPECT_EQ(TextTransforms::apply(static_cast<TextTransform::Case>(TextTransform::allCases().size()), "text"),
+              "text");
+}
+
 TEST(EmptyText, StaysEmptyButForItsMark) {
     for (const TextTransform transform : TextTransform::allCases()) {
         const TransformCategory category = transform.category();
