@@ -10,7 +10,9 @@
 #include <array>
 #include <cstdlib>
 #include <cstring>
-#include <deque>
+#include <memory>
+#include <utility>
+#include <vector>
 
 namespace ravlin::Collation {
 namespace {
@@ -29,12 +31,17 @@ std::unique_ptr<icu::Collator> makeCollator(const std::string& locale) {
     return U_SUCCESS(status) != 0 ? std::move(collator) : nullptr;
 }
 
-icu::StringPiece piece(std::string_view text) noexcept {
-    return {text.data(), static_cast<std::int32_t>(text.size())};
-}
+/// NOTE: ICU measures in 32 bits, keys as well, so of a longer text only this much is compared.
+constexpr std::size_t kLongestCompared = std::size_t{1} << 28U;  // bytes
 
-/// NOTE: ICU measures in 32 bits, so of a longer text only this much is compared.
-constexpr std::size_t kLongestCompared = std::size_t{1} << 30U;  // bytes
+/// Memory that is not written to before it is used, and costs nothing until then.
+template <typename Unit>
+struct Buffer {
+    explicit Buffer(std::size_t room) : units(std::make_unique_for_overwrite<Unit[]>(room)), size(room) {}
+
+    std::unique_ptr<Unit[]> units;
+    std::size_t size;
+};
 
 }  // namespace
 
@@ -58,91 +65,81 @@ std::string userLocale() {
     return "";
 }
 
-/// Makes sort keys and keeps them, and compares what has none.
+/// Makes sort keys and keeps them.
 class Sorter::Keys {
 public:
     explicit Keys(const std::string& locale) : collator_(makeCollator(locale)) {}
 
+    /// NOTE: of a run of combining marks only the first 64 count, see Unicode::kLongestMarkRun.
     Entry entryOf(std::string_view text) {
-        const bool hasLongMarkRun = Unicode::hasLongMarkRun(text);
-        if (collator_ == nullptr || text.size() > kLongestKeyed || hasLongMarkRun)
-            return {.prefix = addUnkeyed(text, hasLongMarkRun), .rest = nullptr, .text = text};
-
-        const std::string_view key = keyOf(text);
+        const std::string_view compared = text.substr(0, kLongestCompared);
+        const bool hasLongMarkRun = Unicode::hasLongMarkRun(compared);
+        const std::size_t size = hasLongMarkRun ? writeKey(Unicode::withShortMarkRuns(compared)) : writeKey(compared);
         Entry entry = {.prefix = 0, .rest = "", .text = text};
         for (std::size_t i = 0; i < sizeof(entry.prefix); ++i)
-            entry.prefix = (entry.prefix << 8U) | (i < key.size() ? static_cast<unsigned char>(key[i]) : 0U);
-        if (key.size() > sizeof(entry.prefix)) entry.rest = keep(key.substr(sizeof(entry.prefix)));
+            entry.prefix = (entry.prefix << 8U) | (i < size ? static_cast<unsigned char>(key_.units[i]) : 0U);
+        if (size > sizeof(entry.prefix)) entry.rest = keep(sizeof(entry.prefix), size);
         return entry;
     }
 
-    /// Compares two texts, at least one of which has no key; keys would give the same order.
-    int compareTexts(const Entry& a, const Entry& b) const {
-        const std::string_view first = comparedText(a);
-        const std::string_view second = comparedText(b);
-        UErrorCode status = U_ZERO_ERROR;
-        if (collator_ == nullptr) return first.compare(second);
-        return collator_->compareUTF8(piece(first), piece(second), status);
-    }
-
 private:
-    /// A longer text has rarely company enough to be worth the memory of a key.
-    static constexpr std::size_t kLongestKeyed = 0x10000;  // bytes
-    static constexpr std::size_t kBlockSize = 0x100000;    // bytes
+    static constexpr std::size_t kOrdinary = 0x10000;    // bytes of a text; above, memory is given back at once
+    static constexpr std::size_t kBlockSize = 0x100000;  // bytes
 
-    /// NOTE: of a run of combining marks only the first 64 count, see Unicode::kLongestMarkRun.
-    std::uint64_t addUnkeyed(std::string_view text, bool hasLongMarkRun) {
-        const std::string_view compared = text.substr(0, kLongestCompared);
-        unkeyed_.push_back(hasLongMarkRun ? shortened_.emplace_back(Unicode::withShortMarkRuns(compared)) : compared);
-        return unkeyed_.size() - 1;
-    }
-
-    std::string_view comparedText(const Entry& entry) const {
-        return entry.rest == nullptr ? unkeyed_[entry.prefix] : entry.text;
-    }
-
-    /// The sort key of `text` with its final 0. Valid until the next call.
-    std::string_view keyOf(std::string_view text) {
+    /// Writes the sort key of `text` with its final 0 to `key_`, and returns its size.
+    std::size_t writeKey(std::string_view text) {
+        if (key_.size <= 2 * text.size()) key_ = Buffer<char>(2 * text.size() + 1);
+        if (collator_ == nullptr) {
+            *std::copy(text.begin(), text.end(), key_.units.get()) = '\0';
+            return text.size() + 1;
+        }
+        if (units_.size < text.size()) units_ = Buffer<char16_t>(text.size());
         UErrorCode status = U_ZERO_ERROR;
         std::int32_t length = 0;
-        u_strFromUTF8WithSub(units_.data(), static_cast<std::int32_t>(units_.size()), &length, text.data(),
+        u_strFromUTF8WithSub(units_.units.get(), static_cast<std::int32_t>(units_.size), &length, text.data(),
                              static_cast<std::int32_t>(text.size()), 0xFFFD, nullptr, &status);
-        std::int32_t size = writeKey(length);
-        if (static_cast<std::size_t>(size) > key_.size()) {
-            key_.resize(static_cast<std::size_t>(size));
+        std::size_t size = writeKey(length);
+        if (size > key_.size) {
+            key_ = Buffer<char>(size);
             size = writeKey(length);
         }
-        return {reinterpret_cast<const char*>(key_.data()), static_cast<std::size_t>(size)};
+        if (units_.size > kOrdinary) units_ = Buffer<char16_t>(kOrdinary);
+        return size;
     }
 
     /// Writes the key of the first `length` units as far as there is room, and returns the size of the whole.
-    std::int32_t writeKey(std::int32_t length) {
-        return collator_->getSortKey(units_.data(), length, key_.data(), static_cast<std::int32_t>(key_.size()));
+    std::size_t writeKey(std::int32_t length) {
+        const std::int32_t size =
+            collator_->getSortKey(units_.units.get(), length, reinterpret_cast<std::uint8_t*>(key_.units.get()),
+                                  static_cast<std::int32_t>(key_.size));
+        return static_cast<std::size_t>(size);
     }
 
-    /// A copy of `bytes` that lives as long as this.
-    const char* keep(std::string_view bytes) {
-        if (bytes.size() > free_) {
-            free_ = std::max(bytes.size(), kBlockSize);
+    /// Bytes [`from`, `to`) of `key_`, copied or not, where they stay as long as this.
+    const char* keep(std::size_t from, std::size_t to) {
+        const std::size_t size = to - from;
+        if (size > kBlockSize) {
+            blocks_.push_back(std::exchange(key_, Buffer<char>(kOrdinary)).units);
+            return blocks_.back().get() + from;
+        }
+        if (size > free_) {
+            free_ = kBlockSize;
             blocks_.push_back(std::make_unique_for_overwrite<char[]>(free_));
             next_ = blocks_.back().get();
         }
         char* const kept = next_;
-        next_ = std::copy(bytes.begin(), bytes.end(), next_);
-        free_ -= bytes.size();
+        next_ = std::copy_n(key_.units.get() + from, size, next_);
+        free_ -= size;
         return kept;
     }
 
     std::unique_ptr<icu::Collator> collator_;
-    std::vector<char16_t> units_ = std::vector<char16_t>(kLongestKeyed);
-    std::vector<std::uint8_t> key_ = std::vector<std::uint8_t>(1024);
+    Buffer<char16_t> units_ = Buffer<char16_t>(kOrdinary);
+    Buffer<char> key_ = Buffer<char>(kOrdinary);
 
     std::vector<std::unique_ptr<char[]>> blocks_;
     char* next_ = nullptr;
-    std::size_t free_ = 0;  // bytes left in the last block
-
-    std::vector<std::string_view> unkeyed_;
-    std::deque<std::string> shortened_;  // what `unkeyed_` refers to where marks were cut
+    std::size_t free_ = 0;  // bytes left in the last block of that size
 };
 
 Sorter::Sorter(const std::string& locale) : keys_(std::make_unique<Keys>(locale)) {}
@@ -152,15 +149,14 @@ void Sorter::add(std::string_view text) {
     entries_.push_back(keys_->entryOf(text));
 }
 
-int Sorter::compare(const Entry& a, const Entry& b) const {
-    if (a.rest == nullptr || b.rest == nullptr) return keys_->compareTexts(a, b);
+int Sorter::compare(const Entry& a, const Entry& b) noexcept {
     if (a.prefix != b.prefix) return a.prefix < b.prefix ? -1 : 1;
     return std::strcmp(a.rest, b.rest);
 }
 
 void Sorter::sort(bool ascending) {
     // Equal texts are told apart by their addresses, which makes a stable sort of one that needs no further memory.
-    std::sort(entries_.begin(), entries_.end(), [&](const Entry& a, const Entry& b) {
+    std::sort(entries_.begin(), entries_.end(), [ascending](const Entry& a, const Entry& b) {
         const int order = compare(a, b);
         if (order != 0) return ascending ? order < 0 : order > 0;
         return a.text.data() < b.text.data();

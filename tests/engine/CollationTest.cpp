@@ -1,5 +1,6 @@
 #include "Engine/Support/Collation.h"
 #include "Engine/Support/LineModel.h"
+#include "tests/engine/Deadline.h"
 #include "tests/engine/Oracle.h"
 
 #include <unicode/coll.h>
@@ -112,13 +113,26 @@ TEST(Collation, IsAStableSortByTheCollatorInRandomTexts) {
 }
 
 TEST(Collation, ComparesLongTextsLikeShortOnes) {
-    // From 64 KiB on texts are compared without keys; the order is the same among them and with the others.
+    // Where memory is taken differently.
     std::string text;
     for (const char* const end : {"b", "", "A", "á", "a", "B", "ab"})
-        for (const std::size_t size : {0x10000U - 2, 0x10000U, 0x10001U, 3U})
+        for (const std::size_t size : {3U, 0x8000U, 0x10000U - 2, 0x10000U, 0x10001U, 0x100000U, 0x140000U})
             text += std::string(size, 'x') + end + '\n';
     for (const bool ascending : {true, false})
         EXPECT_EQ(sortedLines(text, "", ascending), plainlySorted(text, "", ascending));
+}
+
+TEST(Collation, TakesATextThatIsMostlyInvisibleInTime) {
+    // To compare it with another means to go over all of it.
+    std::string invisible;
+    for (int i = 0; i < 150'000; ++i) invisible += "\u0600";
+    std::string text;
+    for (int i = 0; i < 30'000; ++i) text += "word" + std::to_string(i) + "\n";
+    text += invisible + "word15000";
+    const tests::Deadline deadline(20);
+    for (const bool ascending : {true, false})
+        EXPECT_TRUE(sortedLines(text, "", ascending).find("\nword15000\n" + invisible + "word15000\n") !=
+                    std::string::npos);
 }
 
 TEST(Collation, CutsRunsOfMarksThatNoLanguageHas) {
