@@ -2,6 +2,7 @@
 // of memory, and are run where RAVLIN_HUGE_TEXTS is set.
 
 #include "Engine/LineTransforms.h"
+#include "Engine/Support/LineModel.h"
 #include "Engine/Support/Unicode.h"
 
 #include <cstdlib>
@@ -56,6 +57,21 @@ TEST_F(HugeTexts, LinesBeyondFourGiBAreReversed) {
     EXPECT_EQ(reversed.substr(0, 5), std::to_string(kCount - 1) + '.');
     EXPECT_EQ(reversed.substr(reversed.size() - kMiB, 4), "\n0..");
     EXPECT_TRUE(std::string_view(reversed).ends_with(std::string_view(text).substr(0, kMiB - 1)));
+}
+
+TEST_F(HugeTexts, LinesBeyondFourGiBAreShuffledAsSoManyOthersAre) {
+    constexpr std::size_t kCount = 4 * kGiB / kMiB + 2;
+    std::string numbers;
+    for (std::size_t i = 0; i < kCount; ++i) numbers += std::to_string(i) + ".\n";
+    numbers.pop_back();
+    const std::string order = TextTransforms::shuffleLines(numbers);
+    const std::string shuffled = TextTransforms::shuffleLines(numberedLines(kCount));
+    ASSERT_EQ(shuffled.size(), kCount * kMiB - 1);
+    std::size_t at = 0;
+    for (const std::string_view line : LineModel::split(order)) {
+        ASSERT_TRUE(std::string_view(shuffled).substr(at).starts_with(line)) << line;
+        at += kMiB;
+    }
 }
 
 TEST_F(HugeTexts, DuplicatesBeyondFourGiBAreFound) {
