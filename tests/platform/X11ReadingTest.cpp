@@ -157,8 +157,11 @@ TEST(X11ReadingFromTrouble, OwnerThatWasGivenUpComesToItsEndOnceItGoesOn) {
 bool leavesNothingBehind(X11Pasteboard& pasteboard) {
     pasteboard.setString("");
     X11Client client;
-    const std::vector<std::string> own = {"RAVLIN_CLOCK"};
-    return serveUntil(pasteboard, [&] { return client.propertiesOf(client.owner()) == own; });
+    return serveUntil(pasteboard, [&] {
+        std::vector<std::string> names = client.propertiesOf(client.owner());
+        std::erase(names, "RAVLIN_CLOCK");  // which may be there, to ask for the time
+        return names.empty();
+    });
 }
 
 TEST(X11ReadingFromTrouble, NothingStaysInTheServerOfAnAnswerThatCameTooLateOrIsTooLarge) {
