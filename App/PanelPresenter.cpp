@@ -1,7 +1,7 @@
 #include "App/PanelPresenter.h"
 
-#include "Platform/LayerShell.h"
-#include "Platform/PanelPlacement.h"
+#include "Platform/Desktop/LayerShell.h"
+#include "Platform/Desktop/PanelPlacement.h"
 #include "Views/MenuView.h"
 
 #include <QCursor>

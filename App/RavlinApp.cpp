@@ -1,7 +1,7 @@
 #include "App/RavlinApp.h"
 
-#include "Platform/LaunchFeedback.h"
-#include "Platform/LayerShell.h"
+#include "Platform/Desktop/LaunchFeedback.h"
+#include "Platform/Desktop/LayerShell.h"
 #include "Updater/SingleFileInstaller.h"
 
 #include <QApplication>

@@ -5,7 +5,7 @@
 #include "App/SingleInstance.h"
 #include "App/SystemClipboard.h"
 #include "App/UpdaterController.h"
-#include "Platform/StatusItem.h"
+#include "Platform/Desktop/StatusItem.h"
 #include "Views/UpdateWindows.h"
 
 #include <QObject>

@@ -1,7 +1,7 @@
 #include "App/SystemClipboard.h"
 
-#include "Platform/PasteboardFactory.h"
-#include "Platform/QtPasteboard.h"
+#include "Platform/Clipboard/PasteboardFactory.h"
+#include "Platform/Desktop/QtPasteboard.h"
 
 #include <vector>
 

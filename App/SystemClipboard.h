@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/SystemPasteboard.h"
+#include "Platform/Clipboard/SystemPasteboard.h"
 
 #include <QObject>
 #include <QSocketNotifier>

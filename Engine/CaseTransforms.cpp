@@ -1,8 +1,8 @@
 #include "Engine/CaseTransforms.h"
 
-#include "Engine/Support/ASCII.h"
+#include "Engine/Support/Characters/ASCII.h"
+#include "Engine/Support/Characters/Unicode.h"
 #include "Engine/Support/LazyTable.h"
-#include "Engine/Support/Unicode.h"
 
 #include <algorithm>
 #include <array>

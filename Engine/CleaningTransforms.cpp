@@ -1,9 +1,9 @@
 #include "Engine/CleaningTransforms.h"
 
-#include "Engine/Support/ASCII.h"
-#include "Engine/Support/LinkDetector.h"
-#include "Engine/Support/URLQuery.h"
-#include "Engine/Support/Unicode.h"
+#include "Engine/Support/Characters/ASCII.h"
+#include "Engine/Support/Characters/Unicode.h"
+#include "Engine/Support/Links/LinkDetector.h"
+#include "Engine/Support/Links/URLQuery.h"
 
 #include <algorithm>
 #include <optional>

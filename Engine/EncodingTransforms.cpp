@@ -1,11 +1,11 @@
 #include "Engine/EncodingTransforms.h"
 
 #include "Engine/JSONReformatter.h"
-#include "Engine/Support/ASCII.h"
 #include "Engine/Support/Bytes.h"
+#include "Engine/Support/Characters/ASCII.h"
+#include "Engine/Support/Characters/Unicode.h"
 #include "Engine/Support/Replace.h"
 #include "Engine/Support/Scan.h"
-#include "Engine/Support/Unicode.h"
 
 #include <algorithm>
 #include <array>

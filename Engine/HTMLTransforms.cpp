@@ -1,11 +1,11 @@
 #include "Engine/HTMLTransforms.h"
 
 #include "Engine/Support/Bytes.h"
+#include "Engine/Support/Characters/Unicode.h"
 #include "Engine/Support/HTMLScanner.h"
 #include "Engine/Support/Replace.h"
 #include "Engine/Support/Rewriter.h"
 #include "Engine/Support/Scan.h"
-#include "Engine/Support/Unicode.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 #include "Engine/JSONReformatter.h"
 
-#include "Engine/Support/ASCII.h"
-#include "Engine/Support/Unicode.h"
+#include "Engine/Support/Characters/ASCII.h"
+#include "Engine/Support/Characters/Unicode.h"
 
 #include <algorithm>
 #include <array>

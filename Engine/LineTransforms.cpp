@@ -1,8 +1,8 @@
 #include "Engine/LineTransforms.h"
 
+#include "Engine/Support/Characters/Unicode.h"
 #include "Engine/Support/Collation.h"
 #include "Engine/Support/LineModel.h"
-#include "Engine/Support/Unicode.h"
 
 #include <algorithm>
 #include <array>

@@ -1,10 +1,10 @@
 #include "Engine/MarkdownTransforms.h"
 
+#include "Engine/Support/Characters/Unicode.h"
 #include "Engine/Support/LineModel.h"
 #include "Engine/Support/Replace.h"
 #include "Engine/Support/Rewriter.h"
 #include "Engine/Support/Scan.h"
-#include "Engine/Support/Unicode.h"
 
 #include <algorithm>
 #include <array>

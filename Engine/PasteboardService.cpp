@@ -2,8 +2,8 @@
 
 #include "Engine/HTMLTransforms.h"
 #include "Engine/Pasteboard.h"
-#include "Engine/Support/RichText.h"
-#include "Engine/Support/Unicode.h"
+#include "Engine/Support/Characters/Unicode.h"
+#include "Engine/Support/RichText/RichText.h"
 
 namespace ravlin::PasteboardService {
 

@@ -1,8 +1,8 @@
 #include "Engine/SpacingTransforms.h"
 
+#include "Engine/Support/Characters/Unicode.h"
 #include "Engine/Support/LineModel.h"
 #include "Engine/Support/Replace.h"
-#include "Engine/Support/Unicode.h"
 
 #include <algorithm>
 #include <array>

@@ -9,7 +9,7 @@
 #include "Engine/LineTransforms.h"
 #include "Engine/MarkdownTransforms.h"
 #include "Engine/SpacingTransforms.h"
-#include "Engine/Support/Unicode.h"
+#include "Engine/Support/Characters/Unicode.h"
 
 #include <new>
 

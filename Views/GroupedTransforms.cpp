@@ -1,6 +1,6 @@
 #include "Views/GroupedTransforms.h"
 
-#include "Engine/Support/Unicode.h"
+#include "Engine/Support/Characters/Unicode.h"
 
 #include <string>
 #include <utility>

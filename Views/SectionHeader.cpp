@@ -1,6 +1,6 @@
 #include "Views/SectionHeader.h"
 
-#include "Engine/Support/Unicode.h"
+#include "Engine/Support/Characters/Unicode.h"
 #include "Views/Metrics.h"
 #include "Views/PanelColors.h"
 #include "Views/TextStyle.h"

@@ -5,7 +5,7 @@
 #include "Engine/HTMLTransforms.h"
 #include "Engine/JSONReformatter.h"
 #include "Engine/TextTransform.h"
-#include "tests/engine/HostileTexts.h"
+#include "tests/engine/texts/HostileTexts.h"
 
 #include <cstddef>
 #include <functional>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/engine/HostileTexts.h"
+#include "tests/engine/texts/HostileTexts.h"
 
 #include <cstddef>
 #include <functional>

@@ -2,7 +2,7 @@
 
 #include "Engine/EncodingTransforms.h"
 #include "Engine/JSONReformatter.h"
-#include "Engine/Support/Unicode.h"
+#include "Engine/Support/Characters/Unicode.h"
 #include "Engine/TextTransform.h"
 
 #include <openssl/evp.h>

@@ -2,8 +2,8 @@
 
 #include "Engine/HTMLTransforms.h"
 #include "Engine/MarkdownTransforms.h"
-#include "tests/engine/HostileTexts.h"
-#include "tests/engine/PatternOracle.h"
+#include "tests/engine/oracles/PatternOracle.h"
+#include "tests/engine/texts/HostileTexts.h"
 
 #include <cstdlib>
 #include <functional>

@@ -1,7 +1,7 @@
 // Rich text: documents of 1 MB against a plain copy of their bytes, growth from 4 to 8 MB, and hostile documents.
 
-#include "Engine/Support/RichText.h"
-#include "tests/engine/HostileRTF.h"
+#include "Engine/Support/RichText/RichText.h"
+#include "tests/engine/texts/HostileRTF.h"
 
 #include <functional>
 

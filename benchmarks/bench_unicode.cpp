@@ -1,6 +1,6 @@
 // Counting characters, which every click does twice, against ICU's own iterator.
 
-#include "Engine/Support/Unicode.h"
+#include "Engine/Support/Characters/Unicode.h"
 
 #include <unicode/brkiter.h>
 #include <unicode/locid.h>

@@ -2,7 +2,7 @@
 // memory. Writes JSON: numbers in nanoseconds of processor time by name, and which texts they were measured on.
 // catalogue --text IDENTIFIER BYTES: writes the ordinary text of a transform, for other programs to be measured with.
 
-#include "Engine/Support/Unicode.h"
+#include "Engine/Support/Characters/Unicode.h"
 
 #include <algorithm>
 #include <array>

@@ -3,7 +3,7 @@
 // the median in microseconds. `benchmarks/clicks` runs it on private desktops.
 
 #include "Engine/PasteboardService.h"
-#include "Platform/PasteboardFactory.h"
+#include "Platform/Clipboard/PasteboardFactory.h"
 
 #include <algorithm>
 #include <array>

@@ -8,10 +8,10 @@
 
 #include "Engine/CleaningTransforms.h"
 #include "Engine/HTMLTransforms.h"
-#include "Engine/Support/RichText.h"
+#include "Engine/Support/RichText/RichText.h"
 #include "Engine/TextTransform.h"
-#include "tests/engine/HTMLTokens.h"
-#include "tests/engine/LinkTokens.h"
+#include "tests/engine/texts/HTMLTokens.h"
+#include "tests/engine/texts/LinkTokens.h"
 
 #include <algorithm>
 #include <array>

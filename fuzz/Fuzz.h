@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Engine/Support/Unicode.h"
+#include "Engine/Support/Characters/Unicode.h"
 
 #include <cstdint>
 #include <cstdlib>

@@ -2,7 +2,7 @@
 // first byte says how to read the rest: as text, or as numbers of characters.
 
 #include "Engine/EncodingTransforms.h"
-#include "tests/engine/PlainEncodings.h"
+#include "tests/engine/oracles/PlainEncodings.h"
 
 #include <array>
 

@@ -2,7 +2,7 @@
 
 #include "Engine/EncodingTransforms.h"
 #include "Engine/Support/Bytes.h"
-#include "tests/engine/PlainEncodings.h"
+#include "tests/engine/oracles/PlainEncodings.h"
 
 #include "fuzz/Fuzz.h"
 

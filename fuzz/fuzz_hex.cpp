@@ -1,7 +1,7 @@
 // Hexadecimal digits: decoding is that of the plain version, and undoes encoding.
 
 #include "Engine/EncodingTransforms.h"
-#include "tests/engine/PlainEncodings.h"
+#include "tests/engine/oracles/PlainEncodings.h"
 
 #include "fuzz/Fuzz.h"
 

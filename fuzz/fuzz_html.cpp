@@ -2,8 +2,8 @@
 // with a text what their regular expressions say.
 
 #include "Engine/HTMLTransforms.h"
-#include "tests/engine/HTMLTokens.h"
-#include "tests/engine/PatternOracle.h"
+#include "tests/engine/oracles/PatternOracle.h"
+#include "tests/engine/texts/HTMLTokens.h"
 
 #include "fuzz/Fuzz.h"
 

@@ -2,7 +2,7 @@
 // to read the rest: as text, or as numbers of tokens.
 
 #include "Engine/JSONReformatter.h"
-#include "tests/engine/PlainJSON.h"
+#include "tests/engine/oracles/PlainJSON.h"
 
 #include <algorithm>
 #include <array>

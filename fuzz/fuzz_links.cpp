@@ -2,7 +2,7 @@
 // shape that is promised, and no bytes do harm.
 
 #include "Engine/CleaningTransforms.h"
-#include "tests/engine/LinkTokens.h"
+#include "tests/engine/texts/LinkTokens.h"
 
 #include "fuzz/Fuzz.h"
 

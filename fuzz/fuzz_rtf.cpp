@@ -1,8 +1,8 @@
 // The first byte says how to read the rest: as rich text, as what stands within such a document, or as numbers of
 // tokens. Its text is valid, and the same however its tokens are spelled.
 
-#include "Engine/Support/RTFTokenizer.h"
-#include "Engine/Support/RichText.h"
+#include "Engine/Support/RichText/RTFTokenizer.h"
+#include "Engine/Support/RichText/RichText.h"
 
 #include <array>
 #include <cstdio>

@@ -1,6 +1,6 @@
 #include "Engine/Support/Collation.h"
 
-#include "Engine/Support/Unicode.h"
+#include "Engine/Support/Characters/Unicode.h"
 
 #include <unicode/coll.h>
 #include <unicode/locid.h>

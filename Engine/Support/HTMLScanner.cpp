@@ -7,9 +7,9 @@
 
 #include "Engine/Support/HTMLScanner.h"
 
+#include "Engine/Support/Characters/Unicode.h"
 #include "Engine/Support/Rewriter.h"
 #include "Engine/Support/Scan.h"
-#include "Engine/Support/Unicode.h"
 
 #include <optional>
 #include <utility>

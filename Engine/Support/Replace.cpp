@@ -1,6 +1,6 @@
 #include "Engine/Support/Replace.h"
 
-#include "Engine/Support/Unicode.h"
+#include "Engine/Support/Characters/Unicode.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "Platform/LaunchFeedback.h"
+#include "Platform/Desktop/LaunchFeedback.h"
 
 #include <QApplication>
 

@@ -1,4 +1,4 @@
-#include "Platform/PanelPlacement.h"
+#include "Platform/Desktop/PanelPlacement.h"
 
 #include <ostream>
 #include <string>

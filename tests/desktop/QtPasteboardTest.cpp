@@ -1,6 +1,6 @@
 // Qt's own clipboard, on a platform of Qt that has no desktop.
 
-#include "Platform/QtPasteboard.h"
+#include "Platform/Desktop/QtPasteboard.h"
 
 #include <QClipboard>
 #include <QGuiApplication>

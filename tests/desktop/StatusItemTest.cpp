@@ -1,4 +1,4 @@
-#include "Platform/StatusItem.h"
+#include "Platform/Desktop/StatusItem.h"
 #include "tests/desktop/FakeTray.h"
 
 #include <QApplication>

@@ -1,5 +1,5 @@
 #include "Engine/CaseTransforms.h"
-#include "tests/engine/Oracle.h"
+#include "tests/engine/oracles/Oracle.h"
 
 #include <unicode/normalizer2.h>
 #include <unicode/uchar.h>

@@ -1,9 +1,9 @@
 #include "Engine/CleaningTransforms.h"
 #include "Engine/TextTransform.h"
-#include "tests/engine/HostileTexts.h"
-#include "tests/engine/LinkTokens.h"
-#include "tests/engine/Oracle.h"
-#include "tests/engine/RandomTexts.h"
+#include "tests/engine/oracles/Oracle.h"
+#include "tests/engine/texts/HostileTexts.h"
+#include "tests/engine/texts/LinkTokens.h"
+#include "tests/engine/texts/RandomTexts.h"
 
 #include <array>
 #include <cstdint>

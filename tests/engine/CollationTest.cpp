@@ -1,7 +1,7 @@
 #include "Engine/Support/Collation.h"
 #include "Engine/Support/LineModel.h"
 #include "tests/engine/Deadline.h"
-#include "tests/engine/Oracle.h"
+#include "tests/engine/oracles/Oracle.h"
 
 #include <unicode/coll.h>
 

@@ -1,9 +1,9 @@
 #include "Engine/EncodingTransforms.h"
 #include "Engine/JSONReformatter.h"
-#include "Engine/Support/Unicode.h"
+#include "Engine/Support/Characters/Unicode.h"
 #include "Engine/TextTransform.h"
-#include "tests/engine/Oracle.h"
-#include "tests/engine/PlainEncodings.h"
+#include "tests/engine/oracles/Oracle.h"
+#include "tests/engine/oracles/PlainEncodings.h"
 
 #include <openssl/evp.h>
 

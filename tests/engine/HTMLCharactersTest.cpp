@@ -3,8 +3,8 @@
 
 #include "Engine/HTMLTransforms.h"
 #include "Engine/MarkdownTransforms.h"
-#include "tests/engine/Oracle.h"
-#include "tests/engine/PatternOracle.h"
+#include "tests/engine/oracles/Oracle.h"
+#include "tests/engine/oracles/PatternOracle.h"
 
 #include <unicode/locid.h>
 #include <unicode/uchar.h>

@@ -1,8 +1,8 @@
 #include "Engine/HTMLTransforms.h"
 #include "Engine/MarkdownTransforms.h"
-#include "tests/engine/HTMLTokens.h"
-#include "tests/engine/PatternOracle.h"
-#include "tests/engine/RandomTexts.h"
+#include "tests/engine/oracles/PatternOracle.h"
+#include "tests/engine/texts/HTMLTokens.h"
+#include "tests/engine/texts/RandomTexts.h"
 
 #include <array>
 #include <cstdint>

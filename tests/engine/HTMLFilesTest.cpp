@@ -2,8 +2,8 @@
 
 #include "Engine/HTMLTransforms.h"
 #include "Engine/MarkdownTransforms.h"
-#include "Engine/Support/Unicode.h"
-#include "tests/engine/PatternOracle.h"
+#include "Engine/Support/Characters/Unicode.h"
+#include "tests/engine/oracles/PatternOracle.h"
 
 #include <algorithm>
 #include <filesystem>

@@ -1,6 +1,6 @@
 #include "Engine/EncodingTransforms.h"
 #include "Engine/HTMLTransforms.h"
-#include "tests/engine/Oracle.h"
+#include "tests/engine/oracles/Oracle.h"
 
 #include <gtest/gtest.h>
 

@@ -2,8 +2,8 @@
 // of memory, and are run where RAVLIN_HUGE_TEXTS is set.
 
 #include "Engine/LineTransforms.h"
+#include "Engine/Support/Characters/Unicode.h"
 #include "Engine/Support/LineModel.h"
-#include "Engine/Support/Unicode.h"
 
 #include <cstdlib>
 #include <string>

@@ -1,9 +1,9 @@
 #include "Engine/JSONReformatter.h"
 #include "Engine/TextTransform.h"
 #include "tests/engine/Command.h"
-#include "tests/engine/PlainJSON.h"
-#include "tests/engine/RandomTexts.h"
 #include "tests/engine/Sanitizers.h"
+#include "tests/engine/oracles/PlainJSON.h"
+#include "tests/engine/texts/RandomTexts.h"
 
 #include <chrono>
 #include <random>

@@ -1,5 +1,5 @@
 #include "Engine/Support/LineModel.h"
-#include "tests/engine/Oracle.h"
+#include "tests/engine/oracles/Oracle.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

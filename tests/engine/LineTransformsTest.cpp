@@ -1,7 +1,7 @@
 #include "Engine/LineTransforms.h"
 #include "Engine/Support/LineModel.h"
 #include "Engine/TextTransform.h"
-#include "tests/engine/Oracle.h"
+#include "tests/engine/oracles/Oracle.h"
 
 #include <unicode/normalizer2.h>
 #include <unicode/uchar.h>

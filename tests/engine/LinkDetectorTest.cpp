@@ -1,6 +1,6 @@
 // Texts as people meet them, with the links between marks.
 
-#include "Engine/Support/LinkDetector.h"
+#include "Engine/Support/Links/LinkDetector.h"
 
 #include <initializer_list>
 #include <string>

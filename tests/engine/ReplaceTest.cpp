@@ -1,5 +1,5 @@
 #include "Engine/Support/Replace.h"
-#include "tests/engine/Oracle.h"
+#include "tests/engine/oracles/Oracle.h"
 
 #include <gtest/gtest.h>
 

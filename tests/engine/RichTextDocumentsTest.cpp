@@ -1,6 +1,6 @@
 // Documents in rich text and the plain text of the same documents, as their programs export it.
 
-#include "Engine/Support/RichText.h"
+#include "Engine/Support/RichText/RichText.h"
 
 #include <cstdlib>
 #include <filesystem>

@@ -1,10 +1,10 @@
 // Rich text by chance: written in all its ways, cut off, damaged, and made to be slow.
 
-#include "Engine/Support/RichText.h"
-#include "Engine/Support/Unicode.h"
+#include "Engine/Support/Characters/Unicode.h"
+#include "Engine/Support/RichText/RichText.h"
 #include "tests/engine/Deadline.h"
-#include "tests/engine/HostileRTF.h"
-#include "tests/engine/RandomRTF.h"
+#include "tests/engine/texts/HostileRTF.h"
+#include "tests/engine/texts/RandomRTF.h"
 
 #include <random>
 

@@ -1,5 +1,5 @@
-#include "Engine/Support/RichText.h"
-#include "tests/engine/HostileTexts.h"
+#include "Engine/Support/RichText/RichText.h"
+#include "tests/engine/texts/HostileTexts.h"
 
 #include <optional>
 #include <sstream>

@@ -1,6 +1,6 @@
 #include "Engine/SpacingTransforms.h"
 #include "Engine/Support/LineModel.h"
-#include "tests/engine/Oracle.h"
+#include "tests/engine/oracles/Oracle.h"
 
 #include <unicode/regex.h>
 #include <unicode/unistr.h>

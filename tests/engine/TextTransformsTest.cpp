@@ -1,7 +1,7 @@
-#include "Engine/Support/Unicode.h"
+#include "Engine/Support/Characters/Unicode.h"
 #include "Engine/TextTransforms.h"
-#include "tests/engine/Oracle.h"
 #include "tests/engine/Sanitizers.h"
+#include "tests/engine/oracles/Oracle.h"
 
 #include <unicode/uloc.h>
 

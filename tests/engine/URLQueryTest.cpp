@@ -1,4 +1,4 @@
-#include "Engine/Support/URLQuery.h"
+#include "Engine/Support/Links/URLQuery.h"
 
 #include <string>
 #include <vector>

@@ -1,5 +1,5 @@
-#include "Engine/Support/Unicode.h"
-#include "tests/engine/Oracle.h"
+#include "Engine/Support/Characters/Unicode.h"
+#include "tests/engine/oracles/Oracle.h"
 
 #include <unicode/normalizer2.h>
 #include <unicode/uchar.h>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Platform/ReadLimits.h"
-#include "Platform/SystemPasteboard.h"
+#include "Platform/Clipboard/ReadLimits.h"
+#include "Platform/Clipboard/SystemPasteboard.h"
 #include "tests/platform/ForeignProgram.h"
 
 #include <functional>

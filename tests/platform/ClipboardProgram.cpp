@@ -1,7 +1,7 @@
 // `clipboard_program copy` copies its standard input, by data control, and stays to serve it; `clipboard_program paste`
 // writes the clipboard's text. For compositors that the programs of the system know too little of.
 
-#include "Platform/WaylandPasteboard.h"
+#include "Platform/Clipboard/Wayland/WaylandPasteboard.h"
 
 #include <iostream>
 #include <sstream>

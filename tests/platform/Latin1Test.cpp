@@ -1,4 +1,4 @@
-#include "Platform/Latin1.h"
+#include "Platform/Clipboard/Latin1.h"
 
 #include <string>
 

@@ -1,6 +1,6 @@
 // Puts its standard input on the clipboard, and ends like the program does: leaving a child that goes on serving it.
 
-#include "Platform/PasteboardFactory.h"
+#include "Platform/Clipboard/PasteboardFactory.h"
 
 #include <array>
 #include <iostream>

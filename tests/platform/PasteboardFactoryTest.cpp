@@ -1,4 +1,4 @@
-#include "Platform/PasteboardFactory.h"
+#include "Platform/Clipboard/PasteboardFactory.h"
 
 #include <array>
 #include <cstdlib>

@@ -4,7 +4,7 @@
 //     RAVLIN_SOAK_CLICKS=10000 RAVLIN_SOAK_SEED=7 ./test -R Soak
 
 #include "Engine/PasteboardService.h"
-#include "Engine/Support/Unicode.h"
+#include "Engine/Support/Characters/Unicode.h"
 #include "tests/engine/Sanitizers.h"
 #include "tests/platform/BackEnd.h"
 #include "tests/platform/SoakTexts.h"

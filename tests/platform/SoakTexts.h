@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/engine/RandomTexts.h"
+#include "tests/engine/texts/RandomTexts.h"
 
 #include <array>
 #include <cstddef>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/WaylandPasteboard.h"
+#include "Platform/Clipboard/Wayland/WaylandPasteboard.h"
 #include "tests/platform/BackEnd.h"
 
 #include <memory>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/X11Pasteboard.h"
+#include "Platform/Clipboard/X11/X11Pasteboard.h"
 #include "tests/platform/BackEnd.h"
 
 #include <xcb/xcb.h>

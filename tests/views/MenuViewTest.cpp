@@ -1,4 +1,4 @@
-#include "Engine/Support/Unicode.h"
+#include "Engine/Support/Characters/Unicode.h"
 #include "Views/GroupedTransforms.h"
 #include "Views/MenuView.h"
 #include "Views/Metrics.h"

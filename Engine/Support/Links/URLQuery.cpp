@@ -1,0 +1,27 @@
+#include "Engine/Support/Links/URLQuery.h"
+
+#include "Engine/EncodingTransforms.h"
+
+#include <algorithm>
+
+namespace ravlin {
+
+URLQuery::URLQuery(std::string_view url) noexcept {
+    const std::size_t hash = std::min(url.find('#'), url.size());
+    fragment_ = url.substr(hash);
+    head_ = url.substr(0, hash);
+    const std::size_t question = head_.find('?');
+    if (question == std::string_view::npos) return;
+    items_ = head_.substr(question + 1);
+    head_ = head_.substr(0, question);
+}
+
+std::string URLQuery::decodedName(std::string_view rawName) {
+    if (rawName.find('%') == std::string_view::npos) return std::string(rawName);
+    // "+" becomes a space here, which no name that anyone asks for holds. Every escape that is decoded makes the name
+    // shorter, so one of the same size could not be.
+    std::string decoded = TextTransforms::urlDecode(rawName);
+    return decoded.size() < rawName.size() ? decoded : std::string();
+}
+
+}  // namespace ravlin

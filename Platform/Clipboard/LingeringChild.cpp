@@ -1,0 +1,57 @@
+#include "Platform/Clipboard/LingeringChild.h"
+
+#include <algorithm>
+#include <csignal>
+#include <initializer_list>
+#include <utility>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace ravlin {
+namespace {
+
+/// Every other connection of the program has to end with the program: a bus name, for one, stays taken for as long as
+/// any process holds the socket.
+void closeDescriptorsExcept(std::vector<int> kept) {
+    std::ranges::sort(kept);
+    int next = STDERR_FILENO + 1;
+    for (const int descriptor : kept) {
+        for (; next < descriptor; ++next) close(next);
+        next = descriptor + 1;
+    }
+    closefrom(next);
+}
+
+void leadStandardStreamsNowhere() {
+    const int nowhere = open("/dev/null", O_RDWR | O_CLOEXEC);
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (nowhere < 0 || dup2(nowhere, stream) < 0) close(stream);
+    }
+}
+
+void resetSignals() {
+    for (const int number : {SIGTERM, SIGINT, SIGHUP, SIGQUIT}) std::signal(number, SIG_DFL);  // NOLINT(cert-err33-c)
+    std::signal(SIGPIPE, SIG_IGN);  // NOLINT(cert-err33-c): cannot fail for these signals
+    sigset_t none;
+    sigemptyset(&none);
+    sigprocmask(SIG_SETMASK, &none, nullptr);
+}
+
+}  // namespace
+
+ForkSide forkLingeringChild(std::vector<int> keptDescriptors) {
+    const pid_t child = fork();
+    if (child < 0) return ForkSide::failed;
+    if (child > 0) return ForkSide::parent;
+    setsid();
+    resetSignals();
+    closeDescriptorsExcept(std::move(keptDescriptors));
+    const bool keepsNoFolderBusy = chdir("/") == 0;
+    static_cast<void>(keepsNoFolderBusy);  // a courtesy
+    // Last of all: whoever waits for the program's output to end finds everything done.
+    leadStandardStreamsNowhere();
+    return ForkSide::child;
+}
+
+}  // namespace ravlin

@@ -1,0 +1,49 @@
+#include "Platform/Clipboard/PasteboardFactory.h"
+
+#include "Platform/Clipboard/Wayland/WaylandPasteboard.h"
+#include "Platform/Clipboard/X11/X11Pasteboard.h"
+
+#include <array>
+#include <iostream>
+
+namespace ravlin {
+
+std::span<const PasteboardBackEnd> pasteboardBackEnds() {
+    // Where a compositor offers data control, programs behind its X server may see nothing without the focus. Where it
+    // does not, as GNOME's, they see everything.
+    static const std::array kBackEnds = {
+        PasteboardBackEnd{.name = "Wayland",
+                          .open = [](std::string& whyNot) -> std::unique_ptr<SystemPasteboard> {
+                              return WaylandPasteboard::open(/*displayName=*/nullptr, whyNot);
+                          }},
+        PasteboardBackEnd{.name = "X11",
+                          .open = [](std::string& whyNot) -> std::unique_ptr<SystemPasteboard> {
+                              return X11Pasteboard::open(/*displayName=*/nullptr, whyNot);
+                          }},
+    };
+    return kBackEnds;
+}
+
+std::unique_ptr<SystemPasteboard> openSystemPasteboard(const PasteboardLog& log,
+                                                       std::span<const PasteboardBackEnd> backEnds) {
+    std::string refusals;
+    const auto line = [&refusals](std::string_view name) {
+        return "clipboard: " + std::string(name) + (refusals.empty() ? "" : " (" + refusals + ")");
+    };
+    for (const PasteboardBackEnd& each : backEnds) {
+        std::string whyNot;
+        if (auto pasteboard = each.open(whyNot)) {
+            log(line(each.name));
+            return pasteboard;
+        }
+        refusals += (refusals.empty() ? "" : "; ") + std::string(each.name) + ": " + whyNot;
+    }
+    log(line("none"));
+    return nullptr;
+}
+
+std::unique_ptr<SystemPasteboard> openSystemPasteboard(std::span<const PasteboardBackEnd> backEnds) {
+    return openSystemPasteboard([](const std::string& line) { std::clog << line << std::endl; }, backEnds);
+}
+
+}  // namespace ravlin

@@ -1,0 +1,300 @@
+#include "Platform/Clipboard/Wayland/DataControl.h"
+
+#include "Platform/Clipboard/Wayland/WaylandRequests.h"
+
+#include <wayland-client-protocol.h>
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <utility>
+
+namespace ravlin::DataControl {
+namespace {
+
+using WaylandRequests::create;
+using WaylandRequests::handler;
+using WaylandRequests::listen;
+using WaylandRequests::send;
+
+// --- The messages ----------------------------------------------------------------------------------------------------
+
+// The numbers of the requests, which are their places in the protocol's description.
+constexpr std::uint32_t kManagerCreateSource = 0;
+constexpr std::uint32_t kManagerGetDevice = 1;
+constexpr std::uint32_t kSourceOffer = 0;
+constexpr std::uint32_t kSourceDestroy = 1;
+
+/// Those that are not the same in the core protocol, which has none for the manager's end.
+struct Requests {
+    std::optional<std::uint32_t> managerDestroy;
+    std::uint32_t deviceSetSelection;
+    std::uint32_t deviceDestroy;
+    std::uint32_t offerReceive;
+    std::uint32_t offerDestroy;
+};
+constexpr Requests kDataControlRequests = {
+    .managerDestroy = 2, .deviceSetSelection = 0, .deviceDestroy = 1, .offerReceive = 0, .offerDestroy = 1};
+constexpr Requests kCoreRequests = {
+    .managerDestroy = std::nullopt, .deviceSetSelection = 1, .deviceDestroy = 2, .offerReceive = 1, .offerDestroy = 2};
+
+constexpr const Requests& requestsOf(Dialect dialect) {
+    return dialect == Dialect::core ? kCoreRequests : kDataControlRequests;
+}
+
+// The first version of data control has all that is needed here, and the second of the core protocol.
+constexpr int kDataControlVersion = 1;
+constexpr int kCoreVersion = 2;
+
+/// What a manager makes, and itself.
+struct Interfaces {
+    const wl_interface& manager;
+    const wl_interface& device;
+    const wl_interface& source;
+};
+
+/// The description of data control by one of its names, in the form in which libwayland wants it: a letter for each
+/// argument ("n" a new object, "o" an object, "?" one that may be missing, "s" a string, "h" a descriptor), and for
+/// each the interface, if it has one.
+class Description {
+public:
+    explicit Description(const std::string& prefix)
+        : managerName_(prefix + "manager_v1"),
+          deviceName_(prefix + "device_v1"),
+          sourceName_(prefix + "source_v1"),
+          offerName_(prefix + "offer_v1") {}
+    Description(const Description&) = delete;
+    Description& operator=(const Description&) = delete;
+    Description(Description&&) = delete;
+    Description& operator=(Description&&) = delete;
+    ~Description() = default;
+
+    Interfaces interfaces() const noexcept { return {manager_, device_, source_}; }
+
+private:
+    template <std::size_t kRequestCount, std::size_t kEventCount>
+    static wl_interface interface(const std::string& name, const std::array<wl_message, kRequestCount>& requests,
+                                  const std::array<wl_message, kEventCount>& events) {
+        return {name.c_str(),    kDataControlVersion, static_cast<int>(kRequestCount),
+                requests.data(), int{kEventCount},    events.data()};
+    }
+
+    std::string managerName_;
+    std::string deviceName_;
+    std::string sourceName_;
+    std::string offerName_;
+
+    std::array<const wl_interface*, 2> none_{};
+    std::array<const wl_interface*, 1> ofSource_{&source_};
+    std::array<const wl_interface*, 1> ofOffer_{&offer_};
+    std::array<const wl_interface*, 2> ofDeviceAndSeat_{&device_, &wl_seat_interface};
+
+    std::array<wl_message, 3> managerRequests_{{{"create_data_source", "n", ofSource_.data()},
+                                                {"get_data_device", "no", ofDeviceAndSeat_.data()},
+                                                {"destroy", "", none_.data()}}};
+    std::array<wl_message, 3> deviceRequests_{{{"set_selection", "?o", ofSource_.data()},
+                                               {"destroy", "", none_.data()},
+                                               {"set_primary_selection", "?o", ofSource_.data()}}};
+    std::array<wl_message, 4> deviceEvents_{{{"data_offer", "n", ofOffer_.data()},
+                                             {"selection", "?o", ofOffer_.data()},
+                                             {"finished", "", none_.data()},
+                                             {"primary_selection", "?o", ofOffer_.data()}}};
+    std::array<wl_message, 2> sourceRequests_{{{"offer", "s", none_.data()}, {"destroy", "", none_.data()}}};
+    std::array<wl_message, 2> sourceEvents_{{{"send", "sh", none_.data()}, {"cancelled", "", none_.data()}}};
+    std::array<wl_message, 2> offerRequests_{{{"receive", "sh", none_.data()}, {"destroy", "", none_.data()}}};
+    std::array<wl_message, 1> offerEvents_{{{"offer", "s", none_.data()}}};
+
+    wl_interface manager_{interface(managerName_, managerRequests_, std::array<wl_message, 0>{})};
+    wl_interface device_{interface(deviceName_, deviceRequests_, deviceEvents_)};
+    wl_interface source_{interface(sourceName_, sourceRequests_, sourceEvents_)};
+    wl_interface offer_{interface(offerName_, offerRequests_, offerEvents_)};
+};
+
+Interfaces interfacesOf(Dialect dialect) {
+    static const Description kExt("ext_data_control_");
+    static const Description kZwlr("zwlr_data_control_");
+    switch (dialect) {
+        case Dialect::ext: return kExt.interfaces();
+        case Dialect::zwlr: return kZwlr.interfaces();
+        case Dialect::core: break;
+    }
+    return {wl_data_device_manager_interface, wl_data_device_interface, wl_data_source_interface};
+}
+
+/// An object whose protocol has no request for its end is destroyed on this side only.
+void destroy(wl_proxy* proxy, std::optional<std::uint32_t> request) {
+    if (request) {
+        WaylandRequests::destroy(proxy, *request);
+    } else {
+        wl_proxy_destroy(proxy);
+    }
+}
+
+}  // namespace
+
+std::string_view managerName(Dialect dialect) noexcept {
+    return interfacesOf(dialect).manager.name;
+}
+
+std::uint32_t versionOf(Dialect dialect) noexcept {
+    return dialect == Dialect::core ? kCoreVersion : kDataControlVersion;
+}
+
+// --- Offer -----------------------------------------------------------------------------------------------------------
+
+Offer::Offer(wl_proxy* proxy, Dialect dialect) : proxy_(proxy), dialect_(dialect) {
+    // In its second version the core protocol, too, has no other event.
+    static const std::array kListener = {handler(&Offer::onType)};
+    listen(proxy_, kListener, this);
+}
+
+Offer::~Offer() {
+    destroy(proxy_, requestsOf(dialect_).offerDestroy);
+}
+
+void Offer::receive(const std::string& type, int descriptor) {
+    send(proxy_, requestsOf(dialect_).offerReceive, type.c_str(), descriptor);
+}
+
+void Offer::onType(void* self, wl_proxy* /*proxy*/, const char* type) {
+    static_cast<Offer*>(self)->types_.emplace_back(type);
+}
+
+// --- Source ----------------------------------------------------------------------------------------------------------
+
+Source::Source(wl_proxy* proxy, Dialect dialect, Events events)
+    : proxy_(proxy), dialect_(dialect), events_(std::move(events)) {
+    static const std::array kListener = {handler(&Source::onSend), handler(&Source::onCancelled)};
+    static const std::array kCoreListener = {handler(&Source::onTarget), handler(&Source::onSend),
+                                             handler(&Source::onCancelled)};
+    if (dialect == Dialect::core) {
+        listen(proxy_, kCoreListener, this);
+    } else {
+        listen(proxy_, kListener, this);
+    }
+}
+
+Source::~Source() {
+    destroy(proxy_, kSourceDestroy);
+}
+
+void Source::offer(const std::string& type) {
+    send(proxy_, kSourceOffer, type.c_str());
+}
+
+void Source::onSend(void* self, wl_proxy* /*proxy*/, const char* type, std::int32_t descriptor) {
+    static_cast<Source*>(self)->events_.send(type, descriptor);
+}
+
+void Source::onCancelled(void* self, wl_proxy* /*proxy*/) {
+    static_cast<Source*>(self)->events_.cancelled();
+}
+
+/// Nobody drags our text.
+void Source::onTarget(void* /*self*/, wl_proxy* /*proxy*/, const char* /*type*/) {}
+
+// --- Device ----------------------------------------------------------------------------------------------------------
+
+Device::Device(wl_proxy* proxy, Dialect dialect, Events events)
+    : proxy_(proxy), dialect_(dialect), events_(std::move(events)) {
+    static const std::array kListener = {handler(&Device::onOffer), handler(&Device::onSelection),
+                                         handler(&Device::onFinished), handler(&Device::onPrimarySelection)};
+    static const std::array kCoreListener = {handler(&Device::onOffer),     handler(&Device::onDragEnter),
+                                             handler(&Device::onDragLeave), handler(&Device::onDragMotion),
+                                             handler(&Device::onDrop),      handler(&Device::onSelection)};
+    if (dialect == Dialect::core) {
+        listen(proxy_, kCoreListener, this);
+    } else {
+        listen(proxy_, kListener, this);
+    }
+}
+
+Device::~Device() {
+    if (isRetired_) {
+        wl_proxy_destroy(proxy_);
+    } else {
+        destroy(proxy_, requestsOf(dialect_).deviceDestroy);
+    }
+}
+
+void Device::retire() {
+    if (!std::exchange(isRetired_, true)) send(proxy_, requestsOf(dialect_).deviceDestroy);
+}
+
+void Device::setSelection(const Source* source, std::uint32_t serial) {
+    const std::uint32_t request = requestsOf(dialect_).deviceSetSelection;
+    wl_proxy* const content = source != nullptr ? source->proxy() : nullptr;
+    if (dialect_ == Dialect::core) {
+        send(proxy_, request, content, serial);
+    } else {
+        send(proxy_, request, content);
+    }
+}
+
+void Device::onOffer(void* self, wl_proxy* /*proxy*/, wl_proxy* offer) {
+    auto* const device = static_cast<Device*>(self);
+    device->announced_.push_back(std::make_shared<Offer>(offer, device->dialect_));
+}
+
+void Device::onSelection(void* self, wl_proxy* /*proxy*/, wl_proxy* offer) {
+    auto* const device = static_cast<Device*>(self);
+    device->events_.selection(device->take(offer));
+}
+
+void Device::onFinished(void* self, wl_proxy* /*proxy*/) {
+    static_cast<Device*>(self)->events_.finished();
+}
+
+/// What is selected, as opposed to copied, is none of our business.
+void Device::onPrimarySelection(void* self, wl_proxy* /*proxy*/, wl_proxy* offer) {
+    static_cast<Device*>(self)->take(offer);
+}
+
+/// What is dragged over the program's windows is kept for as long as it is there, and otherwise left alone.
+// NOLINTNEXTLINE(readability-function-size): the protocol has that many arguments
+void Device::onDragEnter(void* self, wl_proxy* /*proxy*/, std::uint32_t /*serial*/, wl_proxy* /*surface*/,
+                         wl_fixed_t /*x*/, wl_fixed_t /*y*/, wl_proxy* offer) {
+    auto* const device = static_cast<Device*>(self);
+    device->dragged_ = device->take(offer);
+}
+
+void Device::onDragLeave(void* self, wl_proxy* /*proxy*/) {
+    static_cast<Device*>(self)->dragged_.reset();
+}
+
+void Device::onDragMotion(void* /*self*/, wl_proxy* /*proxy*/, std::uint32_t /*time*/, wl_fixed_t /*x*/,
+                          wl_fixed_t /*y*/) {}
+
+void Device::onDrop(void* /*self*/, wl_proxy* /*proxy*/) {}
+
+/// The announced offer that this object of the protocol is; null where there is none.
+std::shared_ptr<Offer> Device::take(wl_proxy* offer) {
+    const auto found = std::ranges::find(announced_, offer, [](const auto& each) { return each->proxy(); });
+    if (found == announced_.end()) return nullptr;
+    std::shared_ptr<Offer> taken = std::move(*found);
+    announced_.erase(found);
+    return taken;
+}
+
+// --- Manager ---------------------------------------------------------------------------------------------------------
+
+Manager::Manager(wl_proxy* registry, std::uint32_t name, Dialect dialect)
+    : dialect_(dialect),
+      proxy_(reinterpret_cast<wl_proxy*>(wl_registry_bind(reinterpret_cast<wl_registry*>(registry), name,
+                                                          &interfacesOf(dialect).manager, versionOf(dialect)))) {}
+
+Manager::~Manager() {
+    destroy(proxy_, requestsOf(dialect_).managerDestroy);
+}
+
+std::unique_ptr<Source> Manager::createSource(Source::Events events) {
+    wl_proxy* const source = create(proxy_, kManagerCreateSource, interfacesOf(dialect_).source);
+    return std::make_unique<Source>(source, dialect_, std::move(events));
+}
+
+std::unique_ptr<Device> Manager::deviceOf(wl_proxy* seat, Device::Events events) {
+    wl_proxy* const device = create(proxy_, kManagerGetDevice, interfacesOf(dialect_).device, seat);
+    return std::make_unique<Device>(device, dialect_, std::move(events));
+}
+
+}  // namespace ravlin::DataControl

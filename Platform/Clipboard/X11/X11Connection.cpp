@@ -1,0 +1,181 @@
+#include "Platform/Clipboard/X11/X11Connection.h"
+
+#include "Platform/Clipboard/Polling.h"
+
+#include <xcb/xcbext.h>
+#include <xcb/xfixes.h>
+
+#include <string_view>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace ravlin {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// In the order of X11Atom.
+constexpr std::array<std::string_view, kX11AtomCount> kAtomNames = {"CLIPBOARD",
+                                                                    "TARGETS",
+                                                                    "MULTIPLE",
+                                                                    "TIMESTAMP",
+                                                                    "INCR",
+                                                                    "UTF8_STRING",
+                                                                    "text/plain;charset=utf-8",
+                                                                    "text/plain",
+                                                                    "STRING",
+                                                                    "TEXT",
+                                                                    "text/rtf",
+                                                                    "application/rtf",
+                                                                    "text/richtext",
+                                                                    "text/html",
+                                                                    "RAVLIN_CLOCK"};
+static_assert(!kAtomNames.back().empty());
+
+constexpr std::size_t kRequestUnit = 4;           // bytes; the server tells its maximum in these
+constexpr std::size_t kRequestHeaderSize = 64;    // bytes; more than ChangeProperty has
+constexpr std::uint32_t kXFixesMajorVersion = 2;  // selections are there since version 1
+
+}  // namespace
+
+std::unique_ptr<X11Connection> X11Connection::open(const char* displayName, std::string& whyNot) {
+    // libxcb looks whether the server is still there before it writes, but that may go away in that very moment.
+    surviveBrokenPipes();
+    int screenNumber = 0;
+    std::unique_ptr<X11Connection> connection(new X11Connection(xcb_connect(displayName, &screenNumber)));
+    if (connection->isLost()) {
+        whyNot = "no display answers";
+        return nullptr;
+    }
+    if (!connection->internAtoms()) {
+        whyNot = "the display does not answer in time";
+        return nullptr;
+    }
+    connection->createWindow(screenNumber);
+    if (!connection->selectOwnerChanges()) {
+        whyNot = "the display has no XFixes extension";
+        return nullptr;
+    }
+    return connection;
+}
+
+X11Connection::X11Connection(xcb_connection_t* connection) : connection_(connection) {}
+
+X11Connection::~X11Connection() {
+    xcb_disconnect(connection_);
+}
+
+bool X11Connection::internAtoms() {
+    std::array<xcb_intern_atom_cookie_t, kX11AtomCount> cookies = {};
+    for (std::size_t i = 0; i < kX11AtomCount; ++i) {
+        cookies.at(i) = xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(kAtomNames.at(i).size()),
+                                        kAtomNames.at(i).data());
+    }
+    for (std::size_t i = 0; i < kX11AtomCount; ++i) {
+        const auto reply = await<xcb_intern_atom_reply_t>(cookies.at(i));
+        if (!reply) return false;
+        atoms_.at(i) = reply->atom;
+    }
+    maximumDataSize_ = xcb_get_maximum_request_length(connection_) * kRequestUnit - kRequestHeaderSize;
+    return true;
+}
+
+void X11Connection::createWindow(int screenNumber) {
+    xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(connection_));
+    for (; screens.rem > 1 && screenNumber > 0; --screenNumber) xcb_screen_next(&screens);
+    window_ = xcb_generate_id(connection_);
+    const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    xcb_create_window(connection_, XCB_COPY_FROM_PARENT, window_, screens.data->root, -1, -1, 1, 1, 0,
+                      XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &events);
+}
+
+bool X11Connection::selectOwnerChanges() {
+    const xcb_query_extension_reply_t* const extension = xcb_get_extension_data(connection_, &xcb_xfixes_id);
+    if (extension == nullptr || extension->present == 0) return false;
+    // The server takes no other request of the extension before it knows the version.
+    const auto version =
+        await<xcb_xfixes_query_version_reply_t>(xcb_xfixes_query_version(connection_, kXFixesMajorVersion, 0));
+    if (!version || version->major_version < 1) return false;
+    ownerChangeEvent_ = extension->first_event + XCB_XFIXES_SELECTION_NOTIFY;
+    xcb_xfixes_select_selection_input(connection_, window_, atom(X11Atom::clipboard),
+                                      XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
+                                          XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
+                                          XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
+    return true;
+}
+
+int X11Connection::fileDescriptor() const {
+    return isLost() ? -1 : xcb_get_file_descriptor(connection_);
+}
+
+void X11Connection::giveAway() {
+    // xcb_disconnect calls shutdown(), which ends the connection for everybody who holds the socket. With the
+    // descriptor leading elsewhere it closes this process's share only; reading from there makes libxcb
+    // call the connection lost.
+    const int nowhere = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
+    if (nowhere < 0) return;
+    dup3(nowhere, xcb_get_file_descriptor(connection_), O_CLOEXEC);
+    close(nowhere);
+    pollEvent();
+}
+
+void* X11Connection::awaitReply(unsigned int sequence) {
+    flush();
+    const TimePoint deadline = Clock::now() + kServerLimit;
+    void* reply = nullptr;
+    xcb_generic_error_t* error = nullptr;
+    while (xcb_poll_for_reply(connection_, sequence, &reply, &error) == 0) {
+        if (!waitReadable(deadline)) {
+            xcb_discard_reply(connection_, sequence);
+            return nullptr;
+        }
+    }
+    X11Deleter()(error);
+    return reply;
+}
+
+X11Event X11Connection::waitForEvent(TimePoint deadline) {
+    flush();
+    while (!isLost()) {
+        if (X11Event event = pollEvent()) return event;
+        if (!waitReadable(deadline)) return nullptr;
+    }
+    return nullptr;
+}
+
+bool X11Connection::waitReadable(TimePoint deadline) const {
+    return isReady(xcb_get_file_descriptor(connection_), POLLIN, deadline);
+}
+
+xcb_atom_t X11Connection::intern(const std::string& name) {
+    const auto reply = await<xcb_intern_atom_reply_t>(
+        xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()), name.data()));
+    return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+}
+
+void X11Connection::putBytes(xcb_window_t window, xcb_atom_t property, xcb_atom_t type, std::string_view bytes) {
+    xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window, property, type, 8,
+                        static_cast<std::uint32_t>(bytes.size()), bytes.data());
+}
+
+void X11Connection::putValues(xcb_window_t window, xcb_atom_t property, xcb_atom_t type,
+                              std::span<const std::uint32_t> values) {
+    xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window, property, type, 32,
+                        static_cast<std::uint32_t>(values.size()), values.data());
+}
+
+void X11Connection::watch(xcb_window_t window) {
+    if (++watchCounts_[window] > 1) return;
+    const std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    xcb_change_window_attributes(connection_, window, XCB_CW_EVENT_MASK, &events);
+}
+
+void X11Connection::unwatch(xcb_window_t window) {
+    if (--watchCounts_[window] > 0) return;
+    watchCounts_.erase(window);
+    const std::uint32_t events = XCB_EVENT_MASK_NO_EVENT;
+    xcb_change_window_attributes(connection_, window, XCB_CW_EVENT_MASK, &events);
+}
+
+}  // namespace ravlin

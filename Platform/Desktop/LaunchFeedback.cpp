@@ -1,0 +1,63 @@
+#include "Platform/Desktop/LaunchFeedback.h"
+
+#include <QGuiApplication>
+
+#include <xcb/xcb.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <memory>
+#include <string_view>
+
+namespace ravlin::LaunchFeedback {
+namespace {
+
+xcb_connection_t* connection() {
+    const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    return x11 == nullptr ? nullptr : x11->connection();
+}
+
+xcb_window_t rootWindow(xcb_connection_t* connection) {
+    return xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+}
+
+xcb_atom_t atom(xcb_connection_t* connection, std::string_view name) {
+    const auto cookie = xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
+    const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> reply(
+        xcb_intern_atom_reply(connection, cookie, nullptr), &std::free);
+    return reply == nullptr ? xcb_atom_t{XCB_ATOM_NONE} : reply->atom;
+}
+
+/// Sends a text to every program of the desktop, in messages of 20 bytes that belong together by their window. The
+/// terminating NUL is part of it.
+void broadcast(xcb_connection_t* connection, xcb_window_t sender, const QByteArray& text) {
+    xcb_client_message_event_t message = {};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 8;
+    message.window = sender;
+    message.type = atom(connection, "_NET_STARTUP_INFO_BEGIN");
+    for (qsizetype sent = 0; sent <= text.size(); sent += qsizetype(sizeof(message.data.data8))) {
+        std::ranges::fill(message.data.data8, std::uint8_t{0});
+        std::ranges::copy(text.mid(sent, qsizetype(sizeof(message.data.data8))), message.data.data8);
+        xcb_send_event(connection, 0, rootWindow(connection), XCB_EVENT_MASK_PROPERTY_CHANGE,
+                       reinterpret_cast<const char*>(&message));
+        message.type = atom(connection, "_NET_STARTUP_INFO");
+    }
+}
+
+}  // namespace
+
+void finish(const QByteArray& startupId) {
+    xcb_connection_t* const x11 = startupId.isEmpty() ? nullptr : connection();
+    if (x11 == nullptr) return;
+    QByteArray quoted = startupId;
+    quoted.replace('\\', "\\\\").replace('"', "\\\"");
+    const xcb_window_t sender = xcb_generate_id(x11);
+    xcb_create_window(x11, XCB_COPY_FROM_PARENT, sender, rootWindow(x11), -1, -1, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
+                      XCB_COPY_FROM_PARENT, 0, nullptr);
+    broadcast(x11, sender, "remove: ID=\"" + quoted + "\"");
+    xcb_destroy_window(x11, sender);
+    xcb_flush(x11);
+}
+
+}  // namespace ravlin::LaunchFeedback

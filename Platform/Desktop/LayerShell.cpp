@@ -1,0 +1,189 @@
+#include "Platform/Desktop/LayerShell.h"
+
+#include "Platform/Clipboard/Wayland/WaylandRequests.h"
+
+#include <QAbstractEventDispatcher>
+#include <QGuiApplication>
+#include <QWindow>
+#include <qpa/qplatformnativeinterface.h>
+
+#include <wayland-client-protocol.h>
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace ravlin {
+namespace {
+
+using WaylandRequests::create;
+using WaylandRequests::destroy;
+using WaylandRequests::handler;
+using WaylandRequests::listen;
+using WaylandRequests::send;
+
+constexpr std::string_view kShellName = "zwlr_layer_shell_v1";
+constexpr std::uint32_t kNewestVersion = 4;
+constexpr std::uint32_t kShellDestroySince = 3;
+constexpr std::uint32_t kKeyboardOnDemandSince = 4;
+
+// The numbers of the requests, which are their places in the protocol's description.
+constexpr std::uint32_t kShellGetLayerSurface = 0;
+constexpr std::uint32_t kShellDestroy = 1;
+constexpr std::uint32_t kSetSize = 0;
+constexpr std::uint32_t kSetAnchor = 1;
+constexpr std::uint32_t kSetMargin = 3;
+constexpr std::uint32_t kSetKeyboard = 4;
+constexpr std::uint32_t kAckConfigure = 6;
+constexpr std::uint32_t kDestroy = 7;
+
+// The protocol's numbers.
+constexpr std::uint32_t kOverlayLayer = 3;
+constexpr std::uint32_t kAnchorTop = 1;
+constexpr std::uint32_t kAnchorRight = 8;
+constexpr std::uint32_t kKeyboardExclusive = 1;
+constexpr std::uint32_t kKeyboardOnDemand = 2;
+
+constexpr int kMargin = 4;  // from the screen's edge, or from a bar that has reserved it
+
+/// The description of the protocol, in the form in which libwayland wants it: "u" an unsigned number, "i" a signed one,
+/// "s" a string, "o" an object, "?" if it may be missing, "n" a new one; a number is the version that a message came
+/// with.
+class Protocol {
+public:
+    Protocol() = default;
+    Protocol(const Protocol&) = delete;
+    Protocol& operator=(const Protocol&) = delete;
+    Protocol(Protocol&&) = delete;
+    Protocol& operator=(Protocol&&) = delete;
+    ~Protocol() = default;
+
+    const wl_interface& shell() const noexcept { return shell_; }
+    const wl_interface& surface() const noexcept { return surface_; }
+
+private:
+    static constexpr int kShellRequestCount = 2;
+    static constexpr int kSurfaceRequestCount = 8;
+    static constexpr int kSurfaceEventCount = 2;
+
+    std::array<const wl_interface*, 4> none_{};
+    std::array<const wl_interface*, 5> ofSurface_{&surface_, &wl_surface_interface, &wl_output_interface};
+
+    std::array<wl_message, kShellRequestCount> shellRequests_{
+        {{"get_layer_surface", "no?ous", ofSurface_.data()}, {"destroy", "3", none_.data()}}};
+    std::array<wl_message, kSurfaceRequestCount> surfaceRequests_{{{"set_size", "uu", none_.data()},
+                                                                   {"set_anchor", "u", none_.data()},
+                                                                   {"set_exclusive_zone", "i", none_.data()},
+                                                                   {"set_margin", "iiii", none_.data()},
+                                                                   {"set_keyboard_interactivity", "u", none_.data()},
+                                                                   {"get_popup", "o", none_.data()},
+                                                                   {"ack_configure", "u", none_.data()},
+                                                                   {"destroy", "", none_.data()}}};
+    std::array<wl_message, kSurfaceEventCount> surfaceEvents_{
+        {{"configure", "uuu", none_.data()}, {"closed", "", none_.data()}}};
+
+    wl_interface shell_{kShellName.data(), kNewestVersion, kShellRequestCount, shellRequests_.data(), 0, nullptr};
+    wl_interface surface_{"zwlr_layer_surface_v1", kNewestVersion,     kSurfaceRequestCount,
+                          surfaceRequests_.data(), kSurfaceEventCount, surfaceEvents_.data()};
+};
+
+const Protocol& protocol() {
+    static const Protocol kProtocol;
+    return kProtocol;
+}
+
+bool isWayland() {
+    return QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+}
+
+}  // namespace
+
+void LayerShell::prepare() {
+    // Without it Qt's Wayland plugin gives windows that bypass the window manager a role like all others.
+    qputenv("QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT", "1");
+}
+
+std::unique_ptr<LayerShell> LayerShell::connectToCompositor() {
+    if (!isWayland()) return nullptr;
+    void* const display = QGuiApplication::platformNativeInterface()->nativeResourceForIntegration("wl_display");
+    std::unique_ptr<LayerShell> shell(new LayerShell);
+    return display != nullptr && shell->connectTo(static_cast<wl_display*>(display)) ? std::move(shell) : nullptr;
+}
+
+bool LayerShell::connectTo(wl_display* display) {
+    connection_ = WaylandConnection::share(
+        display, {.appeared =
+                      [this](std::uint32_t name, std::string_view interface, std::uint32_t version) {
+                          if (interface != kShellName) return;
+                          name_ = name;
+                          version_ = std::min(version, kNewestVersion);
+                      },
+                  .removed = [](std::uint32_t /*name*/) {}});
+    if (!connection_->synchronise() || name_ == 0) return false;
+    auto* const registry = reinterpret_cast<wl_registry*>(connection_->registry());
+    shell_ = static_cast<wl_proxy*>(wl_registry_bind(registry, name_, &protocol().shell(), version_));
+    // Qt reads from the connection in a thread of its own, and wakes this one each time.
+    connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, this,
+            [this] { connection_->processEvents(); });
+    return true;
+}
+
+LayerShell::~LayerShell() {
+    detach();
+    if (shell_ == nullptr) return;
+    if (version_ >= kShellDestroySince) {
+        destroy(shell_, kShellDestroy);
+    } else {
+        wl_proxy_destroy(shell_);
+    }
+}
+
+bool LayerShell::attach(QWindow& window, QSize size) {
+    detach();
+    window.create();
+    surface_ =
+        static_cast<wl_proxy*>(QGuiApplication::platformNativeInterface()->nativeResourceForWindow("surface", &window));
+    if (surface_ == nullptr || connection_->isLost()) return false;
+    wl_proxy* const anyOutput = nullptr;
+    place_ = create(shell_, kShellGetLayerSurface, protocol().surface(), surface_, anyOutput, kOverlayLayer, "ravlin");
+    static const std::array kListener = {handler(&LayerShell::onConfigure), handler(&LayerShell::onClosed)};
+    listen(place_, kListener, this);
+    requestSize(size);
+    send(place_, kSetAnchor, kAnchorTop | kAnchorRight);
+    send(place_, kSetMargin, kMargin, kMargin, kMargin, kMargin);
+    send(place_, kSetKeyboard, version_ >= kKeyboardOnDemandSince ? kKeyboardOnDemand : kKeyboardExclusive);
+    wl_surface_commit(reinterpret_cast<wl_surface*>(surface_));
+    isConfigured_ = false;
+    return connection_->synchronise() && isConfigured_;
+}
+
+void LayerShell::requestSize(QSize size) {
+    send(place_, kSetSize, static_cast<std::uint32_t>(size.width()), static_cast<std::uint32_t>(size.height()));
+}
+
+void LayerShell::resize(QSize size) {
+    if (place_ == nullptr) return;
+    requestSize(size);
+    wl_surface_commit(reinterpret_cast<wl_surface*>(surface_));
+    connection_->synchronise();
+}
+
+void LayerShell::detach() {
+    if (place_ == nullptr) return;
+    destroy(place_, kDestroy);
+    place_ = nullptr;
+    surface_ = nullptr;
+}
+
+// The parameters are the protocol's.
+void LayerShell::onConfigure(  // NOLINT(readability-function-size)
+    void* self, wl_proxy* proxy, std::uint32_t serial, std::uint32_t /*width*/, std::uint32_t /*height*/) {
+    send(proxy, kAckConfigure, serial);
+    static_cast<LayerShell*>(self)->isConfigured_ = true;
+}
+
+void LayerShell::onClosed(void* self, wl_proxy* /*proxy*/) {
+    Q_EMIT static_cast<LayerShell*>(self)->closed();
+}
+
+}  // namespace ravlin

@@ -1,0 +1,104 @@
+#include "Platform/Desktop/StatusItem.h"
+
+#include "Platform/Desktop/PanelPlacement.h"
+#include "Platform/Desktop/StatusIcon.h"
+
+#include <QEvent>
+#include <QGuiApplication>
+#include <QIcon>
+#include <QPalette>
+#include <QPixmap>
+
+namespace ravlin {
+namespace {
+
+bool isX11() {
+    return QGuiApplication::platformName() == QLatin1String("xcb");
+}
+
+/// What a host gave as the place of a click: hosts that do not know it give the origin, and those on Wayland give
+/// coordinates of a surface of theirs.
+QRect clickedPoint(QPoint where) {
+    if (!isX11() || where.isNull()) return {};
+    return {PanelPlacement::fromDevicePixels(where, PanelPlacement::currentScreens()), QSize(1, 1)};
+}
+
+QIcon drawnIcon(const QColor& color) {
+    QIcon icon;
+    for (const int size : StatusIcon::kSizes) icon.addPixmap(QPixmap::fromImage(StatusIcon::image(size, color)));
+    return icon;
+}
+
+}  // namespace
+
+StatusItem::StatusItem(const QDBusConnection& bus, QObject* parent)
+    : QObject(parent),
+      openAction_(QStringLiteral("Ravlin")),
+      checkForUpdatesAction_(QStringLiteral("Check for Updates\u2026")),
+      quitAction_(QStringLiteral("Quit")),
+      exportedMenu_({&openAction_, &checkForUpdatesAction_, &quitAction_}, bus),
+      notifierItem_(bus) {
+    connect(&openAction_, &QAction::triggered, this,
+            [this] { Q_EMIT openRequested(notifierItem_.takeActivationToken()); });
+    connect(&checkForUpdatesAction_, &QAction::triggered, this, &StatusItem::checkForUpdatesRequested);
+    connect(&quitAction_, &QAction::triggered, this, &StatusItem::quitRequested);
+    connect(&notifierItem_, &StatusNotifierItem::registrationChanged, this, &StatusItem::followWatcher);
+    connect(&notifierItem_, &StatusNotifierItem::activated, this,
+            [this](QPoint where) { Q_EMIT activated(clickedPoint(where), notifierItem_.takeActivationToken()); });
+    connect(&notifierItem_, &StatusNotifierItem::contextMenuRequested, this, [this](QPoint where) {
+        if (const QRect point = clickedPoint(where); !point.isNull()) popupMenu().popup(point.topLeft());
+    });
+    qGuiApp->installEventFilter(this);
+    paintIcons();
+    notifierItem_.start();
+}
+
+bool StatusItem::isShown() const {
+    if (xembedIcon_ != nullptr) return QSystemTrayIcon::isSystemTrayAvailable();
+    return notifierItem_.registration() == StatusNotifierItem::Registration::shown;
+}
+
+bool StatusItem::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == qGuiApp && event->type() == QEvent::ApplicationPaletteChange) paintIcons();
+    return QObject::eventFilter(watched, event);
+}
+
+/// Qt decides between its own StatusNotifierItem and XEmbed when a process makes its first QSystemTrayIcon, and never
+/// again: so there is none where a watcher may be there. One that has been met and went away is restarting, or has its
+/// screen locked.
+void StatusItem::followWatcher() {
+    if (notifierItem_.registration() != StatusNotifierItem::Registration::noWatcher)
+        xembedIcon_.reset();
+    else if (xembedIcon_ == nullptr && isX11() && !notifierItem_.hasMetWatcher())
+        showXEmbedIcon();
+    Q_EMIT shownChanged();
+}
+
+void StatusItem::showXEmbedIcon() {
+    xembedIcon_ = std::make_unique<QSystemTrayIcon>();
+    xembedIcon_->setToolTip(QStringLiteral("Ravlin"));
+    xembedIcon_->setContextMenu(&popupMenu());
+    connect(xembedIcon_.get(), &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
+        if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::MiddleClick)
+            Q_EMIT activated(xembedIcon_->geometry(), {});
+    });
+    paintIcons();
+    xembedIcon_->show();
+}
+
+void StatusItem::paintIcons() {
+    const QColor color = QGuiApplication::palette().color(QPalette::WindowText);
+    notifierItem_.setColor(color);
+    if (xembedIcon_ != nullptr) xembedIcon_->setIcon(drawnIcon(color));
+}
+
+/// Made at its first use, which most desktops never come to.
+QMenu& StatusItem::popupMenu() {
+    if (popupMenu_ == nullptr) {
+        popupMenu_ = std::make_unique<QMenu>();
+        popupMenu_->addActions({&openAction_, &checkForUpdatesAction_, &quitAction_});
+    }
+    return *popupMenu_;
+}
+
+}  // namespace ravlin

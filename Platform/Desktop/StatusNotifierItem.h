@@ -1,0 +1,148 @@
+#pragma once
+
+#include "Platform/Desktop/DBusStruct.h"
+
+#include <QColor>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusObjectPath>
+#include <QDBusPendingCall>
+#include <QDBusServiceWatcher>
+#include <QList>
+#include <QObject>
+#include <QPoint>
+#include <QString>
+
+#include <functional>
+#include <utility>
+
+namespace ravlin {
+
+/// A picture as it travels: (iiay), the pixels as 32 bits ARGB in network byte order.
+struct StatusNotifierPixmap {
+    int width = 0;
+    int height = 0;
+    QByteArray pixels;
+
+    friend QDBusArgument& operator<<(QDBusArgument& out, const StatusNotifierPixmap& pixmap) {
+        return DBusStruct::write(out, pixmap.width, pixmap.height, pixmap.pixels);
+    }
+    friend const QDBusArgument& operator>>(const QDBusArgument& in, StatusNotifierPixmap& pixmap) {
+        return DBusStruct::read(in, pixmap.width, pixmap.height, pixmap.pixels);
+    }
+};
+
+/// (sa(iiay)ss).
+struct StatusNotifierToolTip {
+    QString iconName;
+    QList<StatusNotifierPixmap> iconPixmap;
+    QString title;
+    QString description;
+
+    friend QDBusArgument& operator<<(QDBusArgument& out, const StatusNotifierToolTip& toolTip) {
+        return DBusStruct::write(out, toolTip.iconName, toolTip.iconPixmap, toolTip.title, toolTip.description);
+    }
+    friend const QDBusArgument& operator>>(const QDBusArgument& in, StatusNotifierToolTip& toolTip) {
+        return DBusStruct::read(in, toolTip.iconName, toolTip.iconPixmap, toolTip.title, toolTip.description);
+    }
+};
+
+/// The tray icon on the session bus under `org.kde.StatusNotifierItem`. It registers with the desktop's
+/// StatusNotifierWatcher, again whenever that restarts or a host comes. Properties, methods and D-Bus signals are those
+/// of the protocol, whose names they have.
+class StatusNotifierItem final : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierItem")
+    Q_PROPERTY(QString Category READ category SCRIPTABLE true CONSTANT)
+    Q_PROPERTY(QString Id READ id SCRIPTABLE true CONSTANT)
+    Q_PROPERTY(QString Title READ title SCRIPTABLE true CONSTANT)
+    Q_PROPERTY(QString Status READ status SCRIPTABLE true CONSTANT)
+    Q_PROPERTY(int WindowId READ windowId SCRIPTABLE true CONSTANT)
+    Q_PROPERTY(QString IconThemePath READ none SCRIPTABLE true CONSTANT)
+    Q_PROPERTY(QString IconName READ iconName SCRIPTABLE true)
+    Q_PROPERTY(QList<ravlin::StatusNotifierPixmap> IconPixmap READ iconPixmap SCRIPTABLE true)
+    Q_PROPERTY(QString OverlayIconName READ none SCRIPTABLE true CONSTANT)
+    Q_PROPERTY(QList<ravlin::StatusNotifierPixmap> OverlayIconPixmap READ noPixmap SCRIPTABLE true CONSTANT)
+    Q_PROPERTY(QString AttentionIconName READ none SCRIPTABLE true CONSTANT)
+    Q_PROPERTY(QList<ravlin::StatusNotifierPixmap> AttentionIconPixmap READ noPixmap SCRIPTABLE true CONSTANT)
+    Q_PROPERTY(QString AttentionMovieName READ none SCRIPTABLE true CONSTANT)
+    Q_PROPERTY(ravlin::StatusNotifierToolTip ToolTip READ toolTip SCRIPTABLE true CONSTANT)
+    Q_PROPERTY(bool ItemIsMenu READ itemIsMenu SCRIPTABLE true CONSTANT)
+    Q_PROPERTY(QDBusObjectPath Menu READ menu SCRIPTABLE true CONSTANT)
+
+public:
+    /// Where the item stands with the desktop's tray.
+    enum class Registration {
+        asked,      // the watcher has not answered yet
+        noWatcher,  // this desktop has none, or it refused
+        noHost,     // registered, but nobody shows items
+        shown
+    };
+
+    explicit StatusNotifierItem(QDBusConnection bus, QObject* parent = nullptr);
+    StatusNotifierItem(const StatusNotifierItem&) = delete;
+    StatusNotifierItem& operator=(const StatusNotifierItem&) = delete;
+    StatusNotifierItem(StatusNotifierItem&&) = delete;
+    StatusNotifierItem& operator=(StatusNotifierItem&&) = delete;
+    ~StatusNotifierItem() override;
+
+    /// Registers the item, once everybody who wants to know has connected to its signals.
+    void start();
+
+    Registration registration() const { return registration_; }
+
+    /// Whether a watcher has been there at any time. One that has just come and has not been told yet counts: asks the
+    /// bus, and waits for its answer.
+    bool hasMetWatcher();
+
+    /// The colour of the pictures for hosts that do not take the icon by name. A new one is told to the host.
+    void setColor(const QColor& color);
+
+    /// The token that the host gave for raising a window, once.
+    QString takeActivationToken() { return std::exchange(activationToken_, {}); }
+
+    static QString category() { return QStringLiteral("ApplicationStatus"); }
+    static QString id() { return QStringLiteral("org.ravlin.ravlin"); }
+    static QString title() { return QStringLiteral("Ravlin"); }
+    static QString status() { return QStringLiteral("Active"); }
+    static int windowId() { return 0; }
+    static QString none() { return {}; }
+    static QString iconName();
+    QList<StatusNotifierPixmap> iconPixmap() const;
+    static QList<StatusNotifierPixmap> noPixmap() { return {}; }
+    static StatusNotifierToolTip toolTip() { return {{}, {}, title(), {}}; }
+    static bool itemIsMenu() { return false; }
+    static QDBusObjectPath menu();
+
+    Q_SLOT Q_SCRIPTABLE void Activate(int x, int y);
+    Q_SLOT Q_SCRIPTABLE void SecondaryActivate(int x, int y);
+    Q_SLOT Q_SCRIPTABLE void ContextMenu(int x, int y);
+    Q_SLOT Q_SCRIPTABLE void Scroll(int delta, const QString& orientation);
+    Q_SLOT Q_SCRIPTABLE void ProvideXdgActivationToken(const QString& token);
+
+Q_SIGNALS:
+    Q_SCRIPTABLE void NewIcon();
+
+    void registrationChanged();
+
+    /// The icon was clicked at this point, in pixels of the device; hosts on Wayland give coordinates of no use.
+    void activated(QPoint where);
+    void contextMenuRequested(QPoint where);
+
+private:
+    Q_SLOT void registerWithWatcher();
+    void loseWatcher();
+    void askForHost();
+    void ask(const QDBusMessage& question, std::function<void(const QDBusPendingCall&)> whenAnswered);
+    void setRegistration(Registration registration);
+
+    QDBusConnection bus_;
+    QDBusServiceWatcher watcherWatcher_;
+    Registration registration_ = Registration::asked;
+    bool hasMetWatcher_ = false;
+    unsigned lastQuestion_ = 0;
+    QColor color_;
+    QString activationToken_;
+};
+
+}  // namespace ravlin
