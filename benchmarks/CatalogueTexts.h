@@ -5,6 +5,9 @@
 #include "Engine/HTMLTransforms.h"
 #include "Engine/JSONReformatter.h"
 #include "Engine/TextTransform.h"
+#include "benchmarks/Documents.h"
+#include "benchmarks/HostileLinks.h"
+#include "benchmarks/Texts.h"
 #include "tests/engine/texts/HostileTexts.h"
 
 #include <cstddef>
@@ -13,10 +16,6 @@
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "benchmarks/Documents.h"
-#include "benchmarks/HostileLinks.h"
-#include "benchmarks/Texts.h"
 
 /// For each transform a text that it really works on, and texts that are hostile to it.
 namespace ravlin::Benchmarks {

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "benchmarks/Texts.h"
+
 #include <array>
 #include <cstddef>
 #include <random>
 #include <string>
 #include <string_view>
-
-#include "benchmarks/Texts.h"
 
 /// Documents to measure with, as people copy them. The same in every run.
 namespace ravlin::Benchmarks {

@@ -1,11 +1,11 @@
 // Cleaning links: ordinary texts and hostile ones, all within the limit of size.
 
 #include "Engine/CleaningTransforms.h"
+#include "benchmarks/Documents.h"
+#include "benchmarks/HostileLinks.h"
 
 #include <functional>
 
-#include "benchmarks/Documents.h"
-#include "benchmarks/HostileLinks.h"
 #include <benchmark/benchmark.h>
 
 namespace {

@@ -4,13 +4,13 @@
 #include "Engine/JSONReformatter.h"
 #include "Engine/Support/Characters/Unicode.h"
 #include "Engine/TextTransform.h"
+#include "benchmarks/Documents.h"
+#include "benchmarks/Texts.h"
 
 #include <openssl/evp.h>
 
 #include <functional>
 
-#include "benchmarks/Documents.h"
-#include "benchmarks/Texts.h"
 #include <benchmark/benchmark.h>
 #include <rapidjson/prettywriter.h>
 #include <rapidjson/reader.h>

@@ -2,6 +2,7 @@
 
 #include "Engine/HTMLTransforms.h"
 #include "Engine/MarkdownTransforms.h"
+#include "benchmarks/Documents.h"
 #include "tests/engine/oracles/PatternOracle.h"
 #include "tests/engine/texts/HostileTexts.h"
 
@@ -9,7 +10,6 @@
 #include <functional>
 #include <memory>
 
-#include "benchmarks/Documents.h"
 #include <benchmark/benchmark.h>
 #include <cmark.h>
 #include <md4c-html.h>

@@ -1,11 +1,11 @@
 // Rich text: documents of 1 MB against a plain copy of their bytes, growth from 4 to 8 MB, and hostile documents.
 
 #include "Engine/Support/RichText/RichText.h"
+#include "benchmarks/Texts.h"
 #include "tests/engine/texts/HostileRTF.h"
 
 #include <functional>
 
-#include "benchmarks/Texts.h"
 #include <benchmark/benchmark.h>
 
 namespace {

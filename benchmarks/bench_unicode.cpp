@@ -1,6 +1,7 @@
 // Counting characters, which every click does twice, against ICU's own iterator.
 
 #include "Engine/Support/Characters/Unicode.h"
+#include "benchmarks/Texts.h"
 
 #include <unicode/brkiter.h>
 #include <unicode/locid.h>
@@ -8,7 +9,6 @@
 
 #include <memory>
 
-#include "benchmarks/Texts.h"
 #include <benchmark/benchmark.h>
 
 namespace {

@@ -3,6 +3,8 @@
 // catalogue --text IDENTIFIER BYTES: writes the ordinary text of a transform, for other programs to be measured with.
 
 #include "Engine/Support/Characters/Unicode.h"
+#include "benchmarks/CatalogueTexts.h"
+#include "benchmarks/Growth.h"
 
 #include <algorithm>
 #include <array>
@@ -13,8 +15,6 @@
 #include <iostream>
 #include <regex>
 
-#include "benchmarks/CatalogueTexts.h"
-#include "benchmarks/Growth.h"
 #include <sys/wait.h>
 #include <time.h>
 #include <unistd.h>

@@ -10,6 +10,7 @@
 #include "Engine/HTMLTransforms.h"
 #include "Engine/Support/RichText/RichText.h"
 #include "Engine/TextTransform.h"
+#include "benchmarks/Texts.h"
 #include "tests/engine/texts/HTMLTokens.h"
 #include "tests/engine/texts/LinkTokens.h"
 
@@ -26,7 +27,6 @@
 #include <utility>
 #include <vector>
 
-#include "benchmarks/Texts.h"
 #include <time.h>
 
 namespace {

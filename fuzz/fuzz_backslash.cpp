@@ -2,11 +2,10 @@
 // first byte says how to read the rest: as text, or as numbers of characters.
 
 #include "Engine/EncodingTransforms.h"
+#include "fuzz/Fuzz.h"
 #include "tests/engine/oracles/PlainEncodings.h"
 
 #include <array>
-
-#include "fuzz/Fuzz.h"
 
 namespace {
 

@@ -2,9 +2,8 @@
 
 #include "Engine/EncodingTransforms.h"
 #include "Engine/Support/Bytes.h"
-#include "tests/engine/oracles/PlainEncodings.h"
-
 #include "fuzz/Fuzz.h"
+#include "tests/engine/oracles/PlainEncodings.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace ravlin;

@@ -2,9 +2,8 @@
 
 #include "Updater/Feed.h"
 #include "Updater/UpdateChoice.h"
-#include "tests/updater/SigningKey.h"
-
 #include "fuzz/Fuzz.h"
+#include "tests/updater/SigningKey.h"
 
 namespace {
 

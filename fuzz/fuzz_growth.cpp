@@ -10,12 +10,12 @@
 
 #include "Engine/HTMLTransforms.h"
 #include "Engine/TextTransform.h"
+#include "fuzz/Fuzz.h"
 
 #include <algorithm>
 #include <limits>
 #include <vector>
 
-#include "fuzz/Fuzz.h"
 #include <time.h>
 
 namespace {

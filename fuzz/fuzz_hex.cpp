@@ -1,9 +1,8 @@
 // Hexadecimal digits: decoding is that of the plain version, and undoes encoding.
 
 #include "Engine/EncodingTransforms.h"
-#include "tests/engine/oracles/PlainEncodings.h"
-
 #include "fuzz/Fuzz.h"
+#include "tests/engine/oracles/PlainEncodings.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace ravlin;

@@ -2,12 +2,11 @@
 // to read the rest: as text, or as numbers of tokens.
 
 #include "Engine/JSONReformatter.h"
+#include "fuzz/Fuzz.h"
 #include "tests/engine/oracles/PlainJSON.h"
 
 #include <algorithm>
 #include <array>
-
-#include "fuzz/Fuzz.h"
 
 namespace {
 

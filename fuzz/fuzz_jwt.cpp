@@ -2,10 +2,9 @@
 
 #include "Engine/EncodingTransforms.h"
 #include "Engine/JSONReformatter.h"
+#include "fuzz/Fuzz.h"
 
 #include <algorithm>
-
-#include "fuzz/Fuzz.h"
 
 namespace {
 

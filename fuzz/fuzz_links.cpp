@@ -2,9 +2,8 @@
 // shape that is promised, and no bytes do harm.
 
 #include "Engine/CleaningTransforms.h"
-#include "tests/engine/texts/LinkTokens.h"
-
 #include "fuzz/Fuzz.h"
+#include "tests/engine/texts/LinkTokens.h"
 
 namespace {
 

@@ -2,10 +2,9 @@
 // do with a text what their regular expressions say.
 
 #include "Engine/MarkdownTransforms.h"
+#include "fuzz/Fuzz.h"
 #include "tests/engine/oracles/PatternOracle.h"
 #include "tests/engine/texts/HTMLTokens.h"
-
-#include "fuzz/Fuzz.h"
 
 namespace {
 

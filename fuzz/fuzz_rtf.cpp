@@ -3,12 +3,11 @@
 
 #include "Engine/Support/RichText/RTFTokenizer.h"
 #include "Engine/Support/RichText/RichText.h"
+#include "fuzz/Fuzz.h"
 
 #include <array>
 #include <cstdio>
 #include <optional>
-
-#include "fuzz/Fuzz.h"
 
 namespace {
 

@@ -2,7 +2,6 @@
 // other bytes do no harm.
 
 #include "Engine/TextTransform.h"
-
 #include "fuzz/Fuzz.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

@@ -1,7 +1,6 @@
 // The functions of Support/Unicode agree with one another on any bytes.
 
 #include "Engine/Support/Characters/Unicode.h"
-
 #include "fuzz/Fuzz.h"
 
 namespace {

@@ -1,7 +1,6 @@
 // Percent escapes: decoding undoes encoding, and what cannot be decoded comes back as it was.
 
 #include "Engine/EncodingTransforms.h"
-
 #include "fuzz/Fuzz.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
