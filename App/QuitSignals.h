@@ -14,10 +14,6 @@ class QuitSignals final : public QObject {
 public:
     /// From here on the three signals end the program no longer by themselves.
     QuitSignals();
-    QuitSignals(const QuitSignals&) = delete;
-    QuitSignals& operator=(const QuitSignals&) = delete;
-    QuitSignals(QuitSignals&&) = delete;
-    QuitSignals& operator=(QuitSignals&&) = delete;
     ~QuitSignals() override;
 
 Q_SIGNALS:

@@ -34,10 +34,6 @@ public:
     };
 
     SingleInstance();
-    SingleInstance(const SingleInstance&) = delete;
-    SingleInstance& operator=(const SingleInstance&) = delete;
-    SingleInstance(SingleInstance&&) = delete;
-    SingleInstance& operator=(SingleInstance&&) = delete;
     ~SingleInstance() override;
 
     /// Takes the name, or hands `launch` over to the process that has it. Needs no application object, so that a second

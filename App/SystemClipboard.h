@@ -16,10 +16,6 @@ class SystemClipboard final : public QObject {
 
 public:
     SystemClipboard();
-    SystemClipboard(const SystemClipboard&) = delete;
-    SystemClipboard& operator=(const SystemClipboard&) = delete;
-    SystemClipboard(SystemClipboard&&) = delete;
-    SystemClipboard& operator=(SystemClipboard&&) = delete;
     ~SystemClipboard() override;
 
     /// Opens the clipboard where it is not open, for example because its connection broke.

@@ -17,10 +17,6 @@ class UpdaterController final : public QObject {
 public:
     /// Talks to the user through `userDriver`, which must outlive the controller.
     explicit UpdaterController(UserDriver& userDriver, QObject* parent = nullptr);
-    UpdaterController(const UpdaterController&) = delete;
-    UpdaterController& operator=(const UpdaterController&) = delete;
-    UpdaterController(UpdaterController&&) = delete;
-    UpdaterController& operator=(UpdaterController&&) = delete;
     ~UpdaterController() override;
 
     /// Whether a check asked for by the user may start now. Read whenever the panel is drawn.

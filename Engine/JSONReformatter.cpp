@@ -2,6 +2,7 @@
 
 #include "Engine/Support/Characters/ASCII.h"
 #include "Engine/Support/Characters/Unicode.h"
+#include "Engine/Support/NonCopyable.h"
 
 #include <algorithm>
 #include <array>
@@ -21,19 +22,13 @@ namespace {
 ///
 /// Tokens are short. Those that follow one another in the input are copied at once, and what is copied is gathered in a
 /// block that stays in the processor's cache, where a short piece is one move of `kShort` bytes instead of a call.
-class Output {
+class Output : NonCopyable {
 public:
     /// `input` is what pieces are copied from; `room` the most bytes that are written.
     Output(std::string_view input, std::uint64_t room)
         : runStart_(input.data()), runEnd_(input.data()), inputEnd_(input.data() + input.size()), room_(room) {
         text_.reserve(room);
     }
-
-    Output(const Output&) = delete;
-    Output& operator=(const Output&) = delete;
-    Output(Output&&) = delete;
-    Output& operator=(Output&&) = delete;
-    ~Output() = default;
 
     /// Appends bytes of the input.
     void copy(const char* from, const char* to) {

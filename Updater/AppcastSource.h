@@ -31,10 +31,6 @@ public:
 
     /// `state` must outlive the source.
     AppcastSource(UpdateSettings settings, UpdateState& state, Version current);
-    AppcastSource(const AppcastSource&) = delete;
-    AppcastSource& operator=(const AppcastSource&) = delete;
-    AppcastSource(AppcastSource&&) = delete;
-    AppcastSource& operator=(AppcastSource&&) = delete;
     ~AppcastSource() override;
 
     void setPatience(const Patience& patience) { patience_ = patience; }

@@ -27,10 +27,6 @@ class Downloader final : public QObject {
 public:
     /// `version` is told to servers.
     explicit Downloader(const QString& version, QObject* parent = nullptr);
-    Downloader(const Downloader&) = delete;
-    Downloader& operator=(const Downloader&) = delete;
-    Downloader(Downloader&&) = delete;
-    Downloader& operator=(Downloader&&) = delete;
     ~Downloader() override;
 
     /// Fetches what is at `url`. Either `finished` or `failed` follows, later; what was being fetched is given up.

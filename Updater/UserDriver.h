@@ -53,10 +53,7 @@ public:
     using Reply = std::function<void()>;
 
     UserDriver() = default;
-    UserDriver(const UserDriver&) = delete;
-    UserDriver& operator=(const UserDriver&) = delete;
-    UserDriver(UserDriver&&) = delete;
-    UserDriver& operator=(UserDriver&&) = delete;
+    Q_DISABLE_COPY_MOVE(UserDriver)
     virtual ~UserDriver() = default;
 
     /// Asks whether Ravlin should look for updates by itself. Closing the window answers nothing at all.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Engine/Support/NonCopyable.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -20,14 +22,10 @@ std::string userLocale();
 
 /// Sorts texts, which it refers to, by a locale. Takes 32 bytes per text and about 1.2 bytes per byte of text, and for
 /// the moment in which a text is added 2 more per byte of that.
-class Sorter {
+class Sorter : NonCopyable {
 public:
     /// NOTE: where ICU has no collator to give, texts are ordered by their code points.
     explicit Sorter(const std::string& locale);
-    Sorter(const Sorter&) = delete;
-    Sorter& operator=(const Sorter&) = delete;
-    Sorter(Sorter&&) = delete;
-    Sorter& operator=(Sorter&&) = delete;
     ~Sorter();
 
     /// Makes room for `count` texts.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Engine/Support/NonCopyable.h"
+
 #include <algorithm>
 #include <array>
 #include <cstddef>
@@ -18,16 +20,10 @@ struct Replacement {
 
 /// A text that one rule after another rewrites. Only rules that find something copy it, from one of two buffers to the
 /// other.
-class Rewriter {
+class Rewriter : NonCopyable {
 public:
     /// The rewriter reads `text` where it lies until a rule has changed something.
     explicit Rewriter(std::string_view text) noexcept : text_(text) {}
-
-    Rewriter(const Rewriter&) = delete;
-    Rewriter& operator=(const Rewriter&) = delete;
-    Rewriter(Rewriter&&) = delete;
-    Rewriter& operator=(Rewriter&&) = delete;
-    ~Rewriter() = default;
 
     /// The text as the rules so far have left it. Valid until the next rule.
     std::string_view text() const noexcept { return text_; }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Engine/Support/NonCopyable.h"
+
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
@@ -18,15 +20,11 @@ inline bool eventually(const std::function<bool()>& condition) {
 }
 
 /// A connection to the session bus of its own: another program, as far as the bus can tell.
-class BusConnection {
+class BusConnection : NonCopyable {
 public:
     BusConnection() : name_(QStringLiteral("fake%1").arg(++count_)) {
         QDBusConnection::connectToBus(QDBusConnection::SessionBus, name_);
     }
-    BusConnection(const BusConnection&) = delete;
-    BusConnection& operator=(const BusConnection&) = delete;
-    BusConnection(BusConnection&&) = delete;
-    BusConnection& operator=(BusConnection&&) = delete;
     ~BusConnection() { QDBusConnection::disconnectFromBus(name_); }
 
     QDBusConnection operator*() const { return QDBusConnection(name_); }
@@ -47,10 +45,6 @@ public:
         bus().registerObject(QStringLiteral("/StatusNotifierWatcher"), this, QDBusConnection::ExportScriptableContents);
         bus().registerService(serviceName());
     }
-    FakeTray(const FakeTray&) = delete;
-    FakeTray& operator=(const FakeTray&) = delete;
-    FakeTray(FakeTray&&) = delete;
-    FakeTray& operator=(FakeTray&&) = delete;
     /// What the bus tells the program under test after this is not about this tray any more.
     ~FakeTray() override {
         bus().unregisterService(serviceName());

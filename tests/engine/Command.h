@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Engine/Support/NonCopyable.h"
+
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -14,17 +16,13 @@
 namespace ravlin::tests {
 
 /// A file of its own for every process and every `name`, removed at the end.
-class TemporaryFile {
+class TemporaryFile : NonCopyable {
 public:
     TemporaryFile(std::string_view name, std::string_view content)
         : path_(testing::TempDir() + "ravlin-" + std::to_string(getpid()) + "-" + std::string(name)) {
         std::ofstream file(path_, std::ios::binary);
         file.write(content.data(), static_cast<std::streamsize>(content.size()));
     }
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
-    TemporaryFile(TemporaryFile&&) = delete;
-    TemporaryFile& operator=(TemporaryFile&&) = delete;
     ~TemporaryFile() { std::filesystem::remove(path_); }
 
     const std::string& path() const noexcept { return path_; }

@@ -1,5 +1,6 @@
 // Documents in rich text and the plain text of the same documents, as their programs export it.
 
+#include "Engine/Support/NonCopyable.h"
 #include "Engine/Support/RichText/RichText.h"
 
 #include <cstdlib>
@@ -46,15 +47,11 @@ std::string inQuotes(const fs::path& path) {
 }
 
 /// A new folder, also the home of the programs that run there, which is removed in the end.
-class Workshop {
+class Workshop : NonCopyable {
 public:
     Workshop() : folder_((fs::path(testing::TempDir()) / "rich-text-XXXXXX").string()) {
         if (mkdtemp(folder_.data()) == nullptr) folder_.clear();
     }
-    Workshop(const Workshop&) = delete;
-    Workshop& operator=(const Workshop&) = delete;
-    Workshop(Workshop&&) = delete;
-    Workshop& operator=(Workshop&&) = delete;
     ~Workshop() {
         std::error_code ignored;
         if (!folder_.empty()) fs::remove_all(folder_, ignored);

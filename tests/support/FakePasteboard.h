@@ -15,10 +15,6 @@ class FakePasteboard final : public Pasteboard {
 public:
     /// Installs itself as the general pasteboard for its own lifetime.
     FakePasteboard() { setGeneral(this); }
-    FakePasteboard(const FakePasteboard&) = delete;
-    FakePasteboard& operator=(const FakePasteboard&) = delete;
-    FakePasteboard(FakePasteboard&&) = delete;
-    FakePasteboard& operator=(FakePasteboard&&) = delete;
     ~FakePasteboard() override { setGeneral(nullptr); }
 
     // What another application does. Neither is written down as a call.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Engine/Support/NonCopyable.h"
+
 #include <QSslCertificate>
 #include <QSslConfiguration>
 #include <QSslKey>
@@ -22,13 +24,9 @@ private:
 };
 
 /// For its life, every connection of this process trusts `authority`, too.
-class TrustIn {
+class TrustIn : NonCopyable {
 public:
     explicit TrustIn(const Authority& authority);
-    TrustIn(const TrustIn&) = delete;
-    TrustIn& operator=(const TrustIn&) = delete;
-    TrustIn(TrustIn&&) = delete;
-    TrustIn& operator=(TrustIn&&) = delete;
     ~TrustIn();
 
 private:

@@ -49,10 +49,6 @@ class FakePackageKit final : public QObject {
 
 public:
     FakePackageKit();
-    FakePackageKit(const FakePackageKit&) = delete;
-    FakePackageKit& operator=(const FakePackageKit&) = delete;
-    FakePackageKit(FakePackageKit&&) = delete;
-    FakePackageKit& operator=(FakePackageKit&&) = delete;
     ~FakePackageKit() override;
 
     Q_SLOT Q_SCRIPTABLE QDBusObjectPath CreateTransaction();
