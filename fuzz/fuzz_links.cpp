@@ -3,6 +3,7 @@
 
 #include "Engine/CleaningTransforms.h"
 #include "fuzz/Fuzz.h"
+#include "tests/engine/oracles/PlainLinks.h"
 #include "tests/engine/texts/LinkTokens.h"
 
 namespace {

@@ -1,7 +1,8 @@
 #include "Engine/Support/Collation.h"
 #include "Engine/Support/LineModel.h"
 #include "tests/engine/Deadline.h"
-#include "tests/engine/oracles/Oracle.h"
+#include "tests/engine/oracles/PlainCollation.h"
+#include "tests/engine/texts/AlphabetTexts.h"
 
 #include <unicode/coll.h>
 
@@ -26,25 +27,6 @@ std::vector<std::string_view> sorted(std::span<const std::string_view> texts, co
 
 std::string sortedLines(std::string_view text, const std::string& locale = "", bool ascending = true) {
     return LineModel::join(sorted(LineModel::split(text), locale, ascending));
-}
-
-/// A stable sort that asks ICU about every pair.
-std::string plainlySorted(std::string_view text, const char* locale, bool ascending) {
-    UErrorCode status = U_ZERO_ERROR;
-    const std::unique_ptr<icu::Collator> collator(icu::Collator::createInstance(icu::Locale(locale), status));
-    collator->setAttribute(UCOL_STRENGTH, UCOL_SECONDARY, status);
-    collator->setAttribute(UCOL_ALTERNATE_HANDLING, UCOL_NON_IGNORABLE, status);
-    collator->setAttribute(UCOL_NUMERIC_COLLATION, UCOL_OFF, status);
-    collator->setAttribute(UCOL_CASE_LEVEL, UCOL_OFF, status);
-    collator->setAttribute(UCOL_NORMALIZATION_MODE, UCOL_ON, status);
-    EXPECT_TRUE(U_SUCCESS(status));
-    std::vector<std::string_view> lines = LineModel::split(text);
-    std::stable_sort(lines.begin(), lines.end(), [&](std::string_view a, std::string_view b) {
-        const int order = collator->compareUTF8(icu::StringPiece(a.data(), static_cast<int>(a.size())),
-                                                icu::StringPiece(b.data(), static_cast<int>(b.size())), status);
-        return ascending ? order < 0 : order > 0;
-    });
-    return LineModel::join(lines);
 }
 
 TEST(Collation, ReadsTheLocaleFromAPOSIXName) {
@@ -103,11 +85,11 @@ TEST(Collation, IsAStableSortByTheCollatorInRandomTexts) {
         {"fr_CA", U"coteôé\u0301\n\n"},
     };
     for (const auto& [locale, alphabet] : alphabets) {
-        Oracle::Texts texts(alphabet, 60);
+        tests::AlphabetTexts texts(alphabet, 60);
         for (int i = 0; i < 1'500; ++i) {
             const std::string text = texts.next();
             for (const bool ascending : {true, false})
-                ASSERT_EQ(sortedLines(text, locale, ascending), plainlySorted(text, locale, ascending)) << text;
+                ASSERT_EQ(sortedLines(text, locale, ascending), tests::plainlySorted(text, locale, ascending)) << text;
         }
     }
 }
@@ -119,7 +101,7 @@ TEST(Collation, ComparesLongTextsLikeShortOnes) {
         for (const std::size_t size : {3U, 0x8000U, 0x10000U - 2, 0x10000U, 0x10001U, 0x100000U, 0x140000U})
             text += std::string(size, 'x') + end + '\n';
     for (const bool ascending : {true, false})
-        EXPECT_EQ(sortedLines(text, "", ascending), plainlySorted(text, "", ascending));
+        EXPECT_EQ(sortedLines(text, "", ascending), tests::plainlySorted(text, "", ascending));
 }
 
 TEST(Collation, TakesATextThatIsMostlyInvisibleInTime) {

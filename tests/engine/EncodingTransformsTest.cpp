@@ -4,6 +4,7 @@
 #include "Engine/TextTransform.h"
 #include "tests/engine/oracles/Oracle.h"
 #include "tests/engine/oracles/PlainEncodings.h"
+#include "tests/engine/texts/AlphabetTexts.h"
 
 #include <openssl/evp.h>
 
@@ -84,7 +85,7 @@ TEST(Base64Decode, GivesTheTextBackWhereItIsNotBase64) {
 }
 
 TEST(Base64Decode, IsThatOfThePlainVersionInRandomTexts) {
-    Oracle::Texts texts(U"aGkQWZ09+/-_==== \né", 9);
+    tests::AlphabetTexts texts(U"aGkQWZ09+/-_==== \né", 9);
     for (int i = 0; i < 300'000; ++i) {
         const std::string text = texts.next();
         ASSERT_EQ(TextTransforms::base64Decode(text), tests::plainBase64Decode(text)) << text;
@@ -152,28 +153,11 @@ TEST(URLDecode, GivesTheTextBackWhereItIsNotEncoded) {
         EXPECT_EQ(TextTransforms::urlDecode(text), text);
 }
 
-/// Step by step: pluses in whole characters first, then escapes, then the check.
-std::string plainURLDecode(const std::string& text) {
-    const std::string spaced = Oracle::replaceAll(text, "+", " ");
-    std::string bytes;
-    for (std::size_t at = 0; at < spaced.size(); ++at) {
-        if (spaced[at] != '%') {
-            bytes += spaced[at];
-            continue;
-        }
-        const std::string digits = spaced.substr(at + 1, 2);
-        if (digits.size() != 2 || digits.find_first_not_of("0123456789abcdefABCDEF") != std::string::npos) return text;
-        bytes += static_cast<char>(std::stoi(digits, nullptr, 16));
-        at += 2;
-    }
-    return Unicode::isValidUTF8(bytes) ? bytes : text;
-}
-
 TEST(URLDecode, IsThatOfThePlainVersionInRandomTexts) {
-    Oracle::Texts loose(U"%%%%0123cCaAdDeEfF89+ \u0301é", 8);
+    tests::AlphabetTexts loose(U"%%%%0123cCaAdDeEfF89+ \u0301é", 8);
     for (int i = 0; i < 200'000; ++i) {
         const std::string text = loose.next();
-        ASSERT_EQ(TextTransforms::urlDecode(text), plainURLDecode(text)) << text;
+        ASSERT_EQ(TextTransforms::urlDecode(text), tests::plainURLDecode(text)) << text;
     }
 }
 
@@ -193,7 +177,7 @@ TEST(HTMLEntitiesEncode, EscapesFiveCharacters) {
 }
 
 TEST(HTMLEntitiesEncode, IsFiveReplacementsOneAfterAnother) {
-    Oracle::Texts texts(U"&<>\"'a;#\u0301\u0338\u0600\n", 10);
+    tests::AlphabetTexts texts(U"&<>\"'a;#\u0301\u0338\u0600\n", 10);
     for (int i = 0; i < 50'000; ++i) {
         const std::string text = texts.next();
         std::string expected = text;
@@ -259,7 +243,7 @@ constexpr std::u32string_view kEscapes =
     U"\\\\\\\\\\ntr\"'bf0qxu1 \n\r\n\t\b\f\0\u0301\u0338\u200d\ufe0f\u0600\u0903\u0915\u094d\U0001f1e6\U0001f600é";
 
 TEST(BackslashEscapes, AreThoseOfThePlainVersionInRandomTexts) {
-    Oracle::Texts texts(kEscapes, 12);
+    tests::AlphabetTexts texts(kEscapes, 12);
     for (int i = 0; i < 100'000; ++i) {
         const std::string text = texts.next();
         const std::vector<std::string> characters = Oracle::characters(text);
@@ -336,7 +320,7 @@ TEST(HexDecode, GivesTheTextBackWhereItIsNotHexadecimal) {
 }
 
 TEST(HexDecode, IsThatOfThePlainVersionInRandomTexts) {
-    Oracle::Texts texts(U"00000xxxX44448869cCaA9f \n\u00a0g", 10);
+    tests::AlphabetTexts texts(U"00000xxxX44448869cCaA9f \n\u00a0g", 10);
     for (int i = 0; i < 300'000; ++i) {
         const std::string text = texts.next();
         ASSERT_EQ(TextTransforms::hexDecode(text), tests::plainHexDecode(text)) << text;
@@ -400,7 +384,7 @@ TEST(JWTDecode, GivesTheTextBackWhereItIsNoToken) {
 }
 
 TEST(JWTDecode, TakesPaddingThatIsLeftOutAsIfItStoodThere) {
-    Oracle::Texts parts(U"AAaGkl93-_+/==", 9);
+    tests::AlphabetTexts parts(U"AAaGkl93-_+/==", 9);
     for (int i = 0; i < 100'000; ++i) {
         const std::string part = parts.next();
         const std::string padded = part + std::string((4 - part.size() % 4) % 4, '=');
@@ -436,7 +420,7 @@ TEST(ROT13, MovesTheLettersFromAToZ) {
 // --- There and back --------------------------------------------------------------------------------------------------
 
 TEST(RoundTrip, OfBase64HexadecimalDigitsPercentEscapesAndLetters) {
-    Oracle::Texts texts(Oracle::kTextAlphabet, 40);
+    tests::AlphabetTexts texts(tests::kTextAlphabet, 40);
     for (int i = 0; i < 20'000; ++i) {
         const std::string text = texts.next();
         ASSERT_EQ(TextTransforms::base64Decode(TextTransforms::base64Encode(text)), text);
@@ -454,9 +438,9 @@ TEST(RoundTrip, OfBackslashEscapesUnlessTheyJoinTheirNeighbours) {
         return Oracle::characters("n" + text).size() == 2 && Oracle::characters(text + "\\").size() == 2;
     };
     std::u32string alphabet;
-    std::copy_if(Oracle::kTextAlphabet.begin(), Oracle::kTextAlphabet.end(), std::back_inserter(alphabet), standsAlone);
+    std::copy_if(tests::kTextAlphabet.begin(), tests::kTextAlphabet.end(), std::back_inserter(alphabet), standsAlone);
     EXPECT_GT(alphabet.size(), 100U);
-    Oracle::Texts texts(alphabet, 40);
+    tests::AlphabetTexts texts(alphabet, 40);
     for (int i = 0; i < 20'000; ++i) {
         const std::string text = texts.next();
         ASSERT_EQ(TextTransforms::backslashUnescape(TextTransforms::backslashEscape(text)), text);

@@ -1,6 +1,6 @@
 #include "Engine/EncodingTransforms.h"
 #include "Engine/HTMLTransforms.h"
-#include "tests/engine/oracles/Oracle.h"
+#include "tests/engine/texts/AlphabetTexts.h"
 
 #include <gtest/gtest.h>
 
@@ -253,7 +253,7 @@ TEST(DecodeEntities, DecodesTheAmpersandAfterOtherNamesAndBeforeNumbers) {
 }
 
 TEST(DecodeEntities, UndoesEncoding) {
-    Oracle::Texts texts(Oracle::kTextAlphabet, 30);
+    tests::AlphabetTexts texts(tests::kTextAlphabet, 30);
     int count = 0;
     for (int i = 0; i < 20'000; ++i) {
         const std::string text = texts.next();

@@ -3,6 +3,7 @@
 #include "tests/engine/Command.h"
 #include "tests/engine/Sanitizers.h"
 #include "tests/engine/oracles/PlainJSON.h"
+#include "tests/engine/texts/RandomJSON.h"
 #include "tests/engine/texts/RandomTexts.h"
 
 #include <chrono>
@@ -238,121 +239,13 @@ TEST(JSONReformat, IsThatOfThePlainVersionForAllShortTexts) {
     }
 }
 
-constexpr std::string_view kTokens[] = {
-    "{",
-    "}",
-    "[",
-    "]",
-    ",",
-    ":",
-    "\"",
-    "\\",
-    "\"\"",
-    "\"a\"",
-    "\"k\":",
-    "\"\\",
-    "\"\n",
-    "0",
-    "-",
-    "1",
-    "01",
-    ".5",
-    "1.5",
-    "e",
-    "E+1",
-    "1e-3",
-    "true",
-    "false",
-    "null",
-    "t",
-    "nul",
-    " ",
-    "\n",
-    "\r\n",
-    "\t",
-    "\u00a0",
-    "\u2028",
-    "\v",
-    "\uFEFF",
-    "é",
-    "😀",
-    "[[[[[",
-    "]]]]",
-    "{}",
-    "[]",
-    "1,2",
-    "[1,",
-    ",2]",
-    "\x7F",
-    "\x01",
-    "\\u12",
-    "xxxxxxxxxxxxxxxx",
-    "\"a string that is somewhat longer than the others, \\\" of two pieces\"",
-};
-
 TEST(JSONReformat, IsThatOfThePlainVersionForRandomTokens) {
-    tests::RandomTexts texts(kTokens, 1);
+    tests::RandomTexts texts(tests::kJSONTokens, 1);
     for (int i = 0; i < 300 * kThousand; ++i) ASSERT_EQ(agreed(texts.next()), "agreed");
 }
 
-/// Random documents: most are well-formed, the others are damaged in one place.
-class Documents {
-public:
-    explicit Documents(std::uint32_t seed) : random_(seed) {}
-
-    std::string next() {
-        keys_ = 0;
-        std::string text = value(0);
-        return space() + text + space();
-    }
-
-    /// The same with one character changed.
-    std::string nextDamaged() {
-        std::string text = next();
-        constexpr std::string_view kBytes = "{}[],:\"\\ 0-.e\x01";
-        char& byte = text[upTo(text.size())];
-        if (Unicode::isASCII(byte)) byte = kBytes[upTo(kBytes.size())];
-        return text;
-    }
-
-    bool hasPlainNumbers = false;  ///< Python writes other numbers and escapes its own way
-
-private:
-    std::size_t upTo(std::size_t limit) { return static_cast<std::size_t>(random_() % limit); }
-
-    std::string space() {
-        constexpr std::string_view kSpaces[] = {"", "", "", " ", "\n", "\r\n\t", "          ", "\t\t"};
-        return std::string(kSpaces[upTo(std::size(kSpaces))]);
-    }
-
-    std::string scalar() {
-        constexpr std::string_view kPlain[] = {"1", "-20", "0", "true", "false", "null", "\"\"", "\"é 😀\""};
-        constexpr std::string_view kAll[] = {"-0.0", "1E+05", "12345678901234567890.10", "\"\\\"\\\\\\/\\u12fG\"",
-                                             "\"\\n{[,:]}\""};
-        if (upTo(3) == 0) return "\"" + std::string(upTo(90), 'x') + "\"";
-        if (hasPlainNumbers || upTo(2) == 0) return std::string(kPlain[upTo(std::size(kPlain))]);
-        return std::string(kAll[upTo(std::size(kAll))]);
-    }
-
-    std::string value(std::size_t depth) {
-        const std::size_t kind = upTo(depth == 0 ? 2 : 4);
-        if (kind > 1 || depth > 8) return scalar();
-        std::string text;
-        for (std::size_t count = upTo(5); count > 0; --count) {
-            if (kind == 1) text += space() + "\"key " + std::to_string(++keys_) + "\"" + space() + ":";
-            text += space() + value(depth + 1) + space();
-            if (count > 1) text += ',';
-        }
-        if (text.empty()) text = space();
-        return kind == 1 ? "{" + text + "}" : "[" + text + "]";
-    }
-
-    std::mt19937 random_;
-    int keys_ = 0;
-};
-
 TEST(JSONReformat, IsThatOfThePlainVersionForRandomDocuments) {
-    Documents documents(2);
+    tests::RandomJSON documents(2);
     for (int i = 0; i < 20 * kThousand; ++i) {
         ASSERT_EQ(agreed(documents.next()), "agreed");
         ASSERT_EQ(agreed(documents.nextDamaged()), "agreed");
@@ -382,12 +275,12 @@ std::vector<std::string> askPython(const std::string& program, const std::vector
 // takes no other white space from the ends than JSON's own.
 TEST(JSONReformat, AcceptsWhatPythonAccepts) {
     std::vector<std::string_view> tokens;
-    for (const std::string_view token : kTokens)
+    for (const std::string_view token : tests::kJSONTokens)
         if (token.find('\\') == std::string_view::npos && token != "\u00a0" && token != "\u2028" && token != "\v")
             tokens.push_back(token);
     for (const std::string_view escape : {R"("\n")", R"("\"\\\/")", R"("\u12aF")"}) tokens.push_back(escape);
     tests::RandomTexts randomTexts(tokens, 3);
-    Documents documents(4);
+    tests::RandomJSON documents(4);
     documents.hasPlainNumbers = true;
     std::vector<std::string> texts;
     for (int i = 0; i < 50 * kThousand; ++i) texts.push_back(randomTexts.next());
@@ -416,7 +309,7 @@ for line in sys.stdin:
 }
 
 TEST(JSONReformat, LaysDocumentsOutAsPythonDoes) {
-    Documents documents(5);
+    tests::RandomJSON documents(5);
     documents.hasPlainNumbers = true;
     std::vector<std::string> texts;
     for (int i = 0; i < 10 * kThousand; ++i) texts.push_back(documents.next());
@@ -437,7 +330,7 @@ for line in sys.stdin:
 // --- Properties ------------------------------------------------------------------------------------------------------
 
 TEST(JSONReformat, ForgetsHowTheTextWasLaidOut) {
-    Documents documents(6);
+    tests::RandomJSON documents(6);
     for (int i = 0; i < 20 * kThousand; ++i) {
         const std::string text = i % 4 == 0 ? documents.nextDamaged() : documents.next();
         const std::string indented = pretty(text);

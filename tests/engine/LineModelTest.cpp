@@ -1,5 +1,5 @@
 #include "Engine/Support/LineModel.h"
-#include "tests/engine/oracles/Oracle.h"
+#include "tests/engine/texts/AlphabetTexts.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -19,7 +19,7 @@ TEST(LineModel, CutsAtLineFeedsAndAtNothingElse) {
 }
 
 TEST(LineModel, JoiningIsTheInverseOfSplitting) {
-    Oracle::Texts texts(U"a\n\n\r", 10);
+    tests::AlphabetTexts texts(U"a\n\n\r", 10);
     for (int i = 0; i < 20'000; ++i) {
         const std::string text = texts.next();
         const auto lines = LineModel::split(text);

@@ -1,15 +1,11 @@
 #include "Engine/LineTransforms.h"
-#include "Engine/Support/LineModel.h"
 #include "Engine/TextTransform.h"
-#include "tests/engine/oracles/Oracle.h"
-
-#include <unicode/normalizer2.h>
-#include <unicode/uchar.h>
-#include <unicode/unistr.h>
+#include "tests/engine/oracles/PlainLines.h"
+#include "tests/engine/texts/AlphabetTexts.h"
 
 #include <cstdlib>
-#include <set>
 #include <utility>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -20,44 +16,12 @@ using namespace TextTransforms;
 
 using Vectors = std::vector<std::pair<std::string_view, std::string_view>>;
 
-// --- The plain versions ----------------------------------------------------------------------------------------------
-
-std::vector<std::string> linesOf(std::string_view text) {
-    std::vector<std::string> lines = {""};
-    for (const char byte : text) {
-        if (byte == '\n')
-            lines.emplace_back();
-        else
-            lines.back() += byte;
-    }
-    return lines;
-}
-
-std::string joined(const std::vector<std::string>& lines, std::string_view separator = "\n") {
-    std::string text;
-    for (std::size_t i = 0; i < lines.size(); ++i) {
-        if (i > 0) text += separator;
-        text += lines[i];
-    }
-    return text;
-}
-
-std::string trimmed(std::string_view text) {
-    std::vector<char32_t> scalars = Oracle::scalars(text);
-    const auto isBlank = [](char32_t c) {
-        return c == U'\t' || u_charType(static_cast<UChar32>(c)) == U_SPACE_SEPARATOR;
-    };
-    while (!scalars.empty() && isBlank(scalars.back())) scalars.pop_back();
-    while (!scalars.empty() && isBlank(scalars.front())) scalars.erase(scalars.begin());
-    return Oracle::utf8(scalars);
-}
-
 constexpr std::u32string_view kLineAlphabet = U"aaB1\n\n\n\n\t \r\u00a0\u3000\u0301\u2028é\u200b";
 
 /// Compares a transform with its plain version over random texts.
 template <typename Transform, typename Plain>
 void expectSame(Transform transform, Plain plain) {
-    Oracle::Texts texts(kLineAlphabet, 24);
+    tests::AlphabetTexts texts(kLineAlphabet, 24);
     for (int i = 0; i < 50'000; ++i) {
         const std::string text = texts.next();
         ASSERT_EQ(transform(text), plain(text)) << testing::PrintToString(text);
@@ -99,21 +63,12 @@ TEST(Listify, WritesNumbersInPlainDecimal) {
 TEST(Listify, IsThatOfThePlainVersionInRandomTexts) {
     for (const bool numbered : {true, false}) {
         expectSame([&](const std::string& text) { return listify(text, numbered); },
-                   [&](const std::string& text) {
-                       std::vector<std::string> lines = linesOf(text);
-                       int counter = 0;
-                       for (std::string& line : lines) {
-                           line = trimmed(line);
-                           if (line.empty()) continue;
-                           line = (numbered ? std::to_string(++counter) + ". " : "- ") + line;
-                       }
-                       return joined(lines);
-                   });
+                   [&](const std::string& text) { return tests::plainListify(text, numbered); });
     }
 }
 
 TEST(Listify, NumberedListAndNumberLinesAreTheSame) {
-    Oracle::Texts texts(kLineAlphabet, 24);
+    tests::AlphabetTexts texts(kLineAlphabet, 24);
     for (int i = 0; i < 2'000; ++i) {
         const std::string text = texts.next();
         EXPECT_EQ(TextTransform(TextTransform::numberedList).apply(text),
@@ -184,16 +139,7 @@ TEST(ShuffleLines, TwiceDoesNotGiveTheTextBack) {
 }
 
 TEST(ShuffleLines, IsThatOfThePlainVersionInRandomTexts) {
-    expectSame(shuffleLines, [](const std::string& text) {
-        std::vector<std::string> lines = linesOf(text);
-        std::uint64_t state = 11400714819323198485U;
-        for (std::size_t i = lines.size(); i >= 2; --i) {
-            state = state * 6364136223846793005U + 1442695040888963407U;
-            const std::size_t j = state % i;
-            if (j != i - 1) std::swap(lines[i - 1], lines[j]);
-        }
-        return joined(lines);
-    });
+    expectSame(shuffleLines, tests::plainShuffleLines);
 }
 
 // --- Fewer lines -----------------------------------------------------------------------------------------------------
@@ -218,23 +164,11 @@ TEST(RemoveDuplicateLines, KeepsTheFirstOfEach) {
 }
 
 TEST(RemoveDuplicateLines, IsThatOfThePlainVersionInRandomTexts) {
-    UErrorCode status = U_ZERO_ERROR;
-    const icu::Normalizer2* const nfc = icu::Normalizer2::getNFCInstance(status);
-    const auto plain = [&](const std::string& text) {
-        std::set<std::string> seen;
-        std::vector<std::string> kept;
-        for (const std::string& line : linesOf(text)) {
-            std::string key;
-            nfc->normalize(icu::UnicodeString::fromUTF8(line), status).toUTF8String(key);
-            if (seen.insert(key).second) kept.push_back(line);
-        }
-        return joined(kept);
-    };
-    expectSame(removeDuplicateLines, plain);
-    Oracle::Texts texts(U"\n\n\n\ne\u0301é\u0323\u0345\u212bA\u030a\u1100\u1161\uac00", 40);
+    expectSame(removeDuplicateLines, tests::plainRemoveDuplicateLines);
+    tests::AlphabetTexts texts(U"\n\n\n\ne\u0301é\u0323\u0345\u212bA\u030a\u1100\u1161\uac00", 40);
     for (int i = 0; i < 50'000; ++i) {
         const std::string text = texts.next();
-        ASSERT_EQ(removeDuplicateLines(text), plain(text)) << testing::PrintToString(text);
+        ASSERT_EQ(removeDuplicateLines(text), tests::plainRemoveDuplicateLines(text)) << testing::PrintToString(text);
     }
 }
 
@@ -248,12 +182,7 @@ TEST(RemoveEmptyLines, DropsBlankLinesAndTouchesNoOther) {
         {"\u200b\n\u3000", "\u200b"},
     };
     for (const auto& [text, expected] : vectors) EXPECT_EQ(removeEmptyLines(text), expected);
-    expectSame(removeEmptyLines, [](const std::string& text) {
-        std::vector<std::string> kept;
-        for (const std::string& line : linesOf(text))
-            if (!trimmed(line).empty()) kept.push_back(line);
-        return joined(kept);
-    });
+    expectSame(removeEmptyLines, tests::plainRemoveEmptyLines);
 }
 
 // --- Every line ------------------------------------------------------------------------------------------------------
@@ -267,11 +196,7 @@ TEST(TrimEachLine, RemovesBlanksAtBothEnds) {
         {"\u200b x", "\u200b x"},
     };
     for (const auto& [text, expected] : vectors) EXPECT_EQ(trimEachLine(text), expected);
-    expectSame(trimEachLine, [](const std::string& text) {
-        std::vector<std::string> lines = linesOf(text);
-        for (std::string& line : lines) line = trimmed(line);
-        return joined(lines);
-    });
+    expectSame(trimEachLine, tests::plainTrimEachLine);
 }
 
 TEST(JoinLines, PutsOneSpaceBetweenLinesThatAreNotBlank) {
@@ -280,12 +205,7 @@ TEST(JoinLines, PutsOneSpaceBetweenLinesThatAreNotBlank) {
         {" \n\t\n", ""},
     };
     for (const auto& [text, expected] : vectors) EXPECT_EQ(joinLines(text), expected);
-    expectSame(joinLines, [](const std::string& text) {
-        std::vector<std::string> kept;
-        for (const std::string& line : linesOf(text))
-            if (!trimmed(line).empty()) kept.push_back(trimmed(line));
-        return joined(kept, " ");
-    });
+    expectSame(joinLines, tests::plainJoinLines);
 }
 
 TEST(QuoteLines, MarksEveryLine) {
@@ -293,11 +213,7 @@ TEST(QuoteLines, MarksEveryLine) {
         {"", ">"}, {"a\n\n b", "> a\n>\n>  b"}, {"a\n", "> a\n>"}, {"  ", ">   "}, {"a\r\n\r\nb", "> a\r\n> \r\n> b"},
     };
     for (const auto& [text, expected] : vectors) EXPECT_EQ(quoteLines(text), expected);
-    expectSame(quoteLines, [](const std::string& text) {
-        std::vector<std::string> lines = linesOf(text);
-        for (std::string& line : lines) line = line.empty() ? ">" : "> " + line;
-        return joined(lines);
-    });
+    expectSame(quoteLines, tests::plainQuoteLines);
 }
 
 }  // namespace

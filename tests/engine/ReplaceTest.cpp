@@ -1,5 +1,6 @@
 #include "Engine/Support/Replace.h"
 #include "tests/engine/oracles/Oracle.h"
+#include "tests/engine/texts/AlphabetTexts.h"
 
 #include <gtest/gtest.h>
 
@@ -41,7 +42,7 @@ TEST(Replace, LeavesCharactersAloneThatOnlyBeginOrEndLikeTheLiteral) {
 }
 
 TEST(Replace, IsThatOfThePlainVersionInRandomTexts) {
-    Oracle::Texts texts(U"--..\r\n\u2014\u2013\u0301\u0600\u200d\U0001f1e6\U0001f468\u0915\u094da&", 10);
+    tests::AlphabetTexts texts(U"--..\r\n\u2014\u2013\u0301\u0600\u200d\U0001f1e6\U0001f468\u0915\u094da&", 10);
     for (int i = 0; i < 100'000; ++i) {
         const std::string text = texts.next();
         for (const std::string_view from :
@@ -54,7 +55,7 @@ TEST(Replace, IsThatOfThePlainVersionInRandomTexts) {
 TEST(Replace, OfATableIsTheSameAsStepByStep) {
     static constexpr Replace::Table table(
         std::to_array<Replace::Literal>({{"-", "+++"}, {"\u2014", "-"}, {"&", "\u2014"}, {"x", "&"}, {"y", ""}}));
-    Oracle::Texts texts(U"-\u2014&xy\u0301\u0600\r\n", 10);
+    tests::AlphabetTexts texts(U"-\u2014&xy\u0301\u0600\r\n", 10);
     for (int i = 0; i < 50'000; ++i) {
         const std::string text = texts.next();
         std::string expected = text;

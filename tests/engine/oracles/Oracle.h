@@ -1,14 +1,13 @@
 #pragma once
 
-#include <cstdint>
-#include <random>
+#include "tests/engine/texts/AlphabetTexts.h"
+
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
-/// Slow and plain versions of what the engine does quickly, built on ICU's own services, and random texts to compare
-/// the two with. Every random text comes from a fixed seed, so a failure shows itself again.
+/// Slow and plain versions of what the engine does quickly, built on ICU's own services.
 namespace ravlin::Oracle {
 
 /// The user-perceived characters of `text`, by ICU's root character iterator.
@@ -19,6 +18,16 @@ std::vector<char32_t> scalars(std::string_view text);
 
 std::string utf8(std::span<const char32_t> scalars);
 std::string utf8(char32_t scalar);
+
+/// Passes every code point that a text can hold to `check`, with its UTF-8.
+template <typename Check>
+void forEveryScalar(Check check) {
+    constexpr char32_t kLastScalar = 0x10FFFF;
+    for (char32_t scalar = 0; scalar <= kLastScalar; ++scalar) {
+        const bool isSurrogate = scalar >= 0xD800 && scalar <= 0xDFFF;
+        if (!isSurrogate) check(scalar, utf8(scalar));
+    }
+}
 
 /// Whole-text case mapping by ICU.
 std::string lowerCased(std::string_view text);
@@ -31,24 +40,8 @@ std::string titleCased(char32_t scalar);
 /// point between CR and LF counts as such an end.
 std::string replaceAll(std::string_view text, std::string_view from, std::string_view to);
 
-/// Random well-formed texts of up to `maxLength` code points from an alphabet.
-class Texts {
-public:
-    Texts(std::u32string_view alphabet, std::size_t maxLength, std::uint32_t seed = 1)
-        : alphabet_(alphabet), maxLength_(maxLength), random_(seed) {}
-
-    std::string next();
-
-private:
-    std::u32string alphabet_;
-    std::size_t maxLength_;
-    std::mt19937 random_;
-};
-
-/// Code points from every class that the rules of user-perceived characters tell apart, and from their borders.
-extern const std::u32string_view kClusterAlphabet;
-
-/// The same and letters, digits, white space, quotes and punctuation that text functions look at.
-extern const std::u32string_view kTextAlphabet;
+using Texts = tests::AlphabetTexts;
+using tests::kClusterAlphabet;
+using tests::kTextAlphabet;
 
 }  // namespace ravlin::Oracle

@@ -8,6 +8,7 @@
 
 #include <charconv>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <stdexcept>
 #include <utility>
@@ -414,6 +415,12 @@ std::string markdownToHTML(std::string_view text) {
     }
     converter.closeLists();
     return converter.html();
+}
+
+std::function<std::string(std::string_view)> replacing(const char* pattern, const char* replacement) {
+    return [rule = std::make_shared<Rule>(pattern, replacement)](std::string_view text) {
+        return utf8(rule->apply(utf16(text)));
+    };
 }
 
 }  // namespace ravlin::PatternOracle

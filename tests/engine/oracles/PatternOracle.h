@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -17,5 +18,8 @@ std::string markdownToHTML(std::string_view text);
 /// The HTML pipelines, with all their expressions compiled for this one call: what the plainest product would do.
 std::string stripHTMLFromScratch(std::string_view text);
 std::string htmlToMarkdownFromScratch(std::string_view text);
+
+/// A function that puts `replacement` in the place of every match of `pattern`; "$1" in it is the first group.
+std::function<std::string(std::string_view)> replacing(const char* pattern, const char* replacement);
 
 }  // namespace ravlin::PatternOracle

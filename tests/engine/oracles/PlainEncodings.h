@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Engine/Support/Characters/Unicode.h"
+#include "tests/engine/oracles/Oracle.h"
 
 #include <algorithm>
 #include <cctype>
@@ -121,6 +122,23 @@ inline std::string plainBase64Decode(std::string_view text) {
     const std::string digits(Unicode::trimWhitespacesAndNewlines(text));
     const std::string bytes = plainBase64Bytes(digits, isValid);
     return isValid && !digits.empty() ? textOr(bytes, text) : std::string(text);
+}
+
+/// Pluses in whole characters first, then escapes, then the check.
+inline std::string plainURLDecode(const std::string& text) {
+    const std::string spaced = Oracle::replaceAll(text, "+", " ");
+    std::string bytes;
+    for (std::size_t at = 0; at < spaced.size(); ++at) {
+        if (spaced[at] != '%') {
+            bytes += spaced[at];
+            continue;
+        }
+        const std::string digits = spaced.substr(at + 1, 2);
+        if (digits.size() != 2 || digits.find_first_not_of("0123456789abcdefABCDEF") != std::string::npos) return text;
+        bytes += static_cast<char>(std::stoi(digits, nullptr, 16));
+        at += 2;
+    }
+    return textOr(bytes, text);
 }
 
 }  // namespace ravlin::tests
