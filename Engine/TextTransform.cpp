@@ -18,7 +18,7 @@ struct Row {
     TransformCategory::Case category;
 };
 
-// The whole catalogue. The panel shows the rows in this order.
+// The whole catalogue, in the order of the panel's rows.
 constexpr auto kCatalogue = std::to_array<Row>({
     {TextTransform::stripTracking, "stripTracking", "Clean URL", "Remove utm_*, fbclid, gclid… (100+ params)",
      TransformCategory::clean},
@@ -124,37 +124,44 @@ consteval auto makeTransforms() {
 
 constexpr auto kTransforms = makeTransforms();
 
-consteval bool rowsStandAtTheirOwnCase() {
+/// The name of a case as the sources have it, which the compilers give away; empty where there is no such case.
+template <TextTransform::Case kCase>
+consteval std::string_view nameOf() {
+    constexpr std::string_view kBefore = "kCase = ravlin::TextTransform::";
+    const std::string_view function = __PRETTY_FUNCTION__;
+    const std::size_t at = function.find(kBefore);
+    if (at == std::string_view::npos) return {};
+    const std::string_view name = function.substr(at + kBefore.size());
+    return name.substr(0, name.find_first_of(";]"));
+}
+
+consteval bool rowsAreInTheOrderOfTheCases() {
     for (std::size_t i = 0; i < kCatalogue.size(); ++i)
         if (kCatalogue[i].transform != i) return false;
     return true;
 }
 
-consteval bool rawValuesAreUnique() {
-    for (std::size_t i = 0; i < kCatalogue.size(); ++i)
-        for (std::size_t k = i + 1; k < kCatalogue.size(); ++k)
-            if (kCatalogue[i].rawValue == kCatalogue[k].rawValue) return false;
-    return true;
+consteval bool identifiersAreTheNamesOfTheCases() {
+    return []<std::size_t... i>(std::index_sequence<i...>) {
+        return ((nameOf<kCatalogue[i].transform>() == kCatalogue[i].rawValue) && ...);
+    }
+    (std::make_index_sequence<kCatalogue.size()>());
 }
 
-consteval bool categoriesAreContiguousAndInMenuOrder() {
+consteval bool categoriesAreTogetherAndInMenuOrder() {
     return std::is_sorted(kCatalogue.begin(), kCatalogue.end(),
                           [](const Row& a, const Row& b) { return a.category < b.category; });
 }
 
-consteval std::ptrdiff_t rowsIn(TransformCategory::Case category) {
-    return std::count_if(kCatalogue.begin(), kCatalogue.end(),
-                         [category](const Row& row) { return row.category == category; });
-}
-
-static_assert(kCatalogue.size() == 54);
-static_assert(TextTransform::rot13 + 1 == 54);
-static_assert(rowsStandAtTheirOwnCase());
-static_assert(rawValuesAreUnique());
-static_assert(categoriesAreContiguousAndInMenuOrder());
-static_assert(rowsIn(TransformCategory::clean) == 4 && rowsIn(TransformCategory::convert) == 4);
-static_assert(rowsIn(TransformCategory::caseGroup) == 11 && rowsIn(TransformCategory::lines) == 12);
-static_assert(rowsIn(TransformCategory::spacing) == 8 && rowsIn(TransformCategory::encode) == 15);
+static_assert(rowsAreInTheOrderOfTheCases(),
+              "kCatalogue: put the rows in the order of TextTransform's cases, one for each of them");
+static_assert(nameOf<TextTransform::Case{kCatalogue.size()}>().empty(),
+              "kCatalogue: add a row for the last case of TextTransform");
+static_assert(identifiersAreTheNamesOfTheCases(), "kCatalogue: a row's identifier is the name of its case");
+static_assert(categoriesAreTogetherAndInMenuOrder(),
+              "TextTransform: a new case goes to the others of its category, and so does its row in kCatalogue");
+static_assert(kCatalogue.back().category == kCategories.back(),
+              "kCategoryTitles and kCategories: add the category that the last rows of kCatalogue are in");
 
 const Row& rowOf(TextTransform transform) noexcept {
     return kCatalogue[static_cast<std::size_t>(TextTransform::Case(transform))];

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -31,8 +33,8 @@ private:
     Case case_;
 };
 
-/// One of the 54 transforms of the catalogue, in catalogue order. It behaves like its `Case`: it compares and switches
-/// like one, so `switch (transform)` without a `default` is checked for completeness by the compiler.
+/// One of the transforms of the catalogue, in catalogue order. It behaves like its `Case`: it compares and switches
+/// like one, so a `switch (transform)` without a `default` that forgets a case is an error.
 class TextTransform {
 public:
     enum Case : std::uint8_t {
@@ -95,7 +97,7 @@ public:
     constexpr TextTransform(Case value) noexcept : case_(value) {}  // NOLINT(google-explicit-constructor)
     constexpr operator Case() const noexcept { return case_; }      // NOLINT(google-explicit-constructor)
 
-    /// All 54 transforms in catalogue order, which is the order of the panel's rows within a category.
+    /// All transforms in catalogue order, which is the order of the panel's rows within a category.
     static std::span<const TextTransform> allCases() noexcept;
 
     /// The transform whose identifier equals `rawValue` byte for byte, or nothing: "md5" is one, "MD5" and " md5" are
@@ -123,3 +125,13 @@ private:
 };
 
 }  // namespace ravlin
+
+template <>
+struct std::hash<ravlin::TransformCategory> {
+    std::size_t operator()(ravlin::TransformCategory category) const noexcept { return category; }
+};
+
+template <>
+struct std::hash<ravlin::TextTransform> {
+    std::size_t operator()(ravlin::TextTransform transform) const noexcept { return transform; }
+};

@@ -36,8 +36,8 @@ TEST(GroupedTransforms, AnEmptyQueryListsAllSixCategoriesInMenuOrder) {
                 ElementsAre("Clean", "Convert", "Case", "Lines", "Spacing", "Encode / Dev"));
     std::map<std::string_view, std::size_t> sizes;
     for (const TransformGroup& group : groupedTransforms("")) sizes[group.category.title()] = group.items.size();
-    const std::map<std::string_view, std::size_t> expected = {{"Clean", 4},  {"Convert", 4}, {"Case", 11},
-                                                              {"Lines", 12}, {"Spacing", 8}, {"Encode / Dev", 15}};
+    std::map<std::string_view, std::size_t> expected;
+    for (const TextTransform transform : TextTransform::allCases()) ++expected[transform.category().title()];
     EXPECT_EQ(sizes, expected);
 }
 
@@ -53,7 +53,7 @@ TEST(GroupedTransforms, EveryTransformIsListedUnderItsOwnCategory) {
 }
 
 TEST(GroupedTransforms, BlanksAloneFilterNothing) {
-    for (const char* const blanks : {" ", "   ", "\t", " \t "}) EXPECT_EQ(found(blanks).size(), 54U);
+    for (const char* const blanks : {" ", "   ", "\t", " \t "}) EXPECT_EQ(found(blanks), found(""));
 }
 
 TEST(GroupedTransforms, BlanksAroundTheQueryAndItsLetterCaseDoNotCount) {
