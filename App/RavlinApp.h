@@ -1,5 +1,6 @@
 #pragma once
 
+#include "App/Launch.h"
 #include "App/PanelPresenter.h"
 #include "App/QuitSignals.h"
 #include "App/SingleInstance.h"

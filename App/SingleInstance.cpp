@@ -16,10 +16,6 @@ constexpr int kAnswerLimit = 2500;  // ms
 
 }  // namespace
 
-Launch Launch::fromEnvironment() {
-    return {qEnvironmentVariable("XDG_ACTIVATION_TOKEN"), qgetenv("DESKTOP_STARTUP_ID")};
-}
-
 SingleInstance::SingleInstance() : bus_(QDBusConnection::sessionBus()) {}
 
 SingleInstance::~SingleInstance() {

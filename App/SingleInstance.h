@@ -1,25 +1,15 @@
 #pragma once
 
-#include <QByteArray>
+#include "App/Launch.h"
+
 #include <QDBusConnection>
 #include <QObject>
-#include <QString>
 #include <QStringList>
 #include <QVariantMap>
 
 #include <cstdint>
 
 namespace ravlin {
-
-/// What a desktop hands over when it starts a program or asks a running one for a window: the rights to take the focus,
-/// and the "starting" feedback to be ended. Both may be empty.
-struct Launch {
-    QString activationToken;  // Wayland
-    QByteArray startupId;     // X11
-
-    /// How this process was started.
-    static Launch fromEnvironment();
-};
 
 /// This program's name on the session bus, which only one process can hold, and the interface behind it through which
 /// desktops and later starts ask for the panel: `org.freedesktop.Application`, whose methods these are.
