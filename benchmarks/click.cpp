@@ -1,6 +1,6 @@
 // click [BYTES]: how long a click takes in the program itself, on the clipboard of this desktop: reading a text that
 // another process has just copied, transforming it, and taking the clipboard over with the result. Prints the least and
-// the median in microseconds. `benchmarks/clicks` runs it on private desktops.
+// the median in microseconds. `benchmarks/measure-clicks` runs it on private desktops.
 
 #include "Engine/PasteboardService.h"
 #include "Platform/Clipboard/PasteboardFactory.h"
