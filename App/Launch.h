@@ -6,7 +6,7 @@
 namespace ravlin {
 
 /// What a desktop hands over when it starts a program or asks a running one for a window: the rights to take the focus,
-/// and the "starting" feedback to be ended. Both may be empty.
+/// and the "starting" feedback to end. Both may be empty.
 struct Launch {
     QString activationToken;  // Wayland
     QByteArray startupId;     // X11

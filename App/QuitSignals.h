@@ -12,7 +12,7 @@ class QuitSignals final : public QObject {
     Q_OBJECT
 
 public:
-    /// From here on the three signals end the program no longer by themselves.
+    /// From here on the three signals no longer end the program themselves.
     QuitSignals();
     ~QuitSignals() override;
 

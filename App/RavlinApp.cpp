@@ -19,8 +19,8 @@ namespace {
 /// starts together with Ravlin at login, short enough for a user who waits for something to happen.
 constexpr std::chrono::seconds kTrayLimit{2};
 
-/// Lets the memory of a large text go back to the system at once when the text goes. By itself glibc would learn from
-/// the first one to keep tens of megabytes for the next.
+/// Returns the memory of a large text to the system as soon as the text is gone. By default the first such text teaches
+/// glibc to keep tens of megabytes for the next.
 void giveLargeMemoryBack() {
 #ifdef __GLIBC__
     constexpr int kLarge = 1 << 20;
@@ -30,7 +30,7 @@ void giveLargeMemoryBack() {
 }
 
 void describeApplication() {
-    // Nothing of the user's belongs into a log, and nobody reads one that is full of a toolkit's remarks.
+    // Nothing of the user's belongs in a log, and one full of a toolkit's remarks is not read.
     QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false\n*.info=false\n*.warning=false"));
     QCoreApplication::setApplicationName(QStringLiteral("ravlin"));
     QCoreApplication::setApplicationVersion(QStringLiteral(RAVLIN_VERSION));
@@ -42,7 +42,7 @@ void describeApplication() {
 }  // namespace
 
 int RavlinApp::main(int argc, char** argv) {
-    // A reader of the clipboard that goes away in the middle must not take this program with it.
+    // A program that stops reading the clipboard halfway must not take this one down.
     std::signal(SIGPIPE, SIG_IGN);  // NOLINT(cert-err33-c): cannot fail for this signal
     giveLargeMemoryBack();
     const Launch launch = Launch::fromEnvironment();
@@ -77,7 +77,7 @@ RavlinApp::RavlinApp(SingleInstance& instance, const Launch& launch) : statusIte
     connect(&panel_, &PanelPresenter::opening, &clipboard_, &SystemClipboard::ensureOpen);
     connect(&panel_, &PanelPresenter::quitRequested, this, &RavlinApp::quit);
     connect(&quitSignals_, &QuitSignals::received, this, &RavlinApp::quit);
-    // Queued, so that whoever asks is answered before the panel is built.
+    // Queued, so that the caller gets its answer before the panel is built.
     connect(&instance, &SingleInstance::activated, this, &RavlinApp::activate, Qt::QueuedConnection);
     waitForTray(launch);
 }

@@ -31,7 +31,7 @@ public:
     /// Takes the clipboard away, for what the program does last.
     std::unique_ptr<SystemPasteboard> releasePasteboard() { return clipboard_.release(); }
 
-    /// The file that is to be started in this program's stead; empty unless an update has put a new one in place.
+    /// The file to start in place of this program; empty unless an update has put a new one there.
     const QString& successor() const { return successor_; }
 
 private:

@@ -25,11 +25,11 @@ SingleInstance::~SingleInstance() {
 
 SingleInstance::Role SingleInstance::claim(const Launch& launch) {
     if (!bus_.isConnected()) return Role::first;
-    // Before the name: whoever waits for the name calls as soon as it is taken.
+    // Before the name: programs that wait for the name call as soon as it is taken.
     bus_.registerObject(kPath, this, QDBusConnection::ExportScriptableContents);
     if (takeName()) return Role::first;
     if (activateOther(launch)) return Role::second;
-    // The other process ended meanwhile; or it is busy, and has the message for later.
+    // The other process has ended meanwhile, or it is busy and will read the message later.
     return takeName() ? Role::first : Role::second;
 }
 

@@ -42,7 +42,7 @@ std::unique_ptr<SystemPasteboard> SystemClipboard::release() {
     return std::move(pasteboard_);
 }
 
-/// A broken connection is left alone until the panel opens again: one that breaks at once each time must not keep the
+/// A broken connection is left alone until the panel opens again: one that breaks again at once must not keep the
 /// program busy.
 void SystemClipboard::processEvents() {
     pasteboard_->processEvents();

@@ -29,7 +29,7 @@ public:
 Q_SIGNALS:
     void canCheckForUpdatesChanged();
 
-    /// A new version is in place: the program is to end, and `file` to be started in its stead.
+    /// A new version is in place: the program is to quit, and `file` to be started instead.
     void relaunchRequested(const QString& file);
 
 private:

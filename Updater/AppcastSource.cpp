@@ -12,7 +12,8 @@
 namespace ravlin {
 namespace {
 
-/// Verifies what was fetched and puts it in place; what is verified is what is written, since both are in memory.
+/// Verifies what was fetched and puts it in place. Both work on the same bytes in memory, so what is written is what
+/// was verified.
 std::optional<UpdateFailure> verifyAndReplace(const QString& file, const QByteArray& contents,
                                               const Enclosure& expected, const std::vector<PublicKey>& keys) {
     const bool isGenuine =

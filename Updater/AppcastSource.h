@@ -22,7 +22,7 @@ class AppcastSource final : public UpdateSource {
     Q_OBJECT
 
 public:
-    /// How long servers are waited for.
+    /// How long to wait for servers.
     struct Patience {
         std::chrono::milliseconds idle = std::chrono::seconds(30);
         std::chrono::milliseconds feed = std::chrono::seconds(60);

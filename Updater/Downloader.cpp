@@ -27,9 +27,9 @@ Downloader::~Downloader() {
 QNetworkRequest Downloader::requestFor(const QUrl& url) const {
     QNetworkRequest request(url);
     request.setRawHeader("User-Agent", userAgent_);
-    // Said explicitly, nothing is unpacked: no small answer becomes a huge one.
+    // Set explicitly, this keeps Qt from unpacking: no small answer becomes a huge one.
     request.setRawHeader("Accept-Encoding", "identity");
-    request.setRawHeader("Accept-Language", "en");  // the user's own would tell who it is
+    request.setRawHeader("Accept-Language", "en");  // the user's own would help to identify them
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
     request.setAttribute(QNetworkRequest::CacheLoadControlAttribute, QNetworkRequest::AlwaysNetwork);
     request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
@@ -47,7 +47,7 @@ void Downloader::start(const QUrl& url, const DownloadLimits& limits) {
     body_.clear();
     const bool isSafe = Address::isSafe(url);
     deadlineCause_ = isSafe ? QStringLiteral("it took too long") : QStringLiteral("its address is not safe");
-    // The idle limit starts anew with each byte, so that a drip needs another one.
+    // The idle limit starts anew with each byte, so a drip needs a limit of its own.
     deadline_.start(isSafe ? limits.total : std::chrono::milliseconds(0));
     if (isSafe) request(url);
 }

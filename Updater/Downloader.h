@@ -12,7 +12,7 @@
 
 namespace ravlin {
 
-/// How much of a server's answer is taken, and for how long it is waited for.
+/// How much of a server's answer is accepted, and how long to wait for it.
 struct DownloadLimits {
     qint64 byteSize = 0;
     std::chrono::milliseconds idle = std::chrono::seconds(30);  // without a byte
@@ -20,7 +20,7 @@ struct DownloadLimits {
 };
 
 /// Fetches one thing at a time into memory, from safe addresses only, also where a server sends it on to another. It
-/// tells the server nothing of the user: no cookies, no language, no compression, and "Ravlin/1.0.0" as its name.
+/// tells the server nothing about the user: no cookies, no language, no compression, and "Ravlin/1.0.0" as its name.
 class Downloader final : public QObject {
     Q_OBJECT
 
@@ -29,7 +29,7 @@ public:
     explicit Downloader(const QString& version, QObject* parent = nullptr);
     ~Downloader() override;
 
-    /// Fetches what is at `url`. Either `finished` or `failed` follows, later; what was being fetched is given up.
+    /// Fetches what is at `url`; either `finished` or `failed` follows later. Gives up what was being fetched.
     void start(const QUrl& url, const DownloadLimits& limits);
 
     /// Gives up. Nothing is emitted any more.
@@ -38,7 +38,7 @@ public:
 Q_SIGNALS:
     void progressed(qint64 receivedBytes);
 
-    /// All of it is there. An answer that is not plainly "200 OK", or larger than the limit, fails.
+    /// All of it has arrived. An answer that is not plainly "200 OK", or larger than the limit, fails.
     void finished(const QByteArray& body);
 
     /// Why it failed, in words for developers.

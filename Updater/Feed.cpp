@@ -16,7 +16,7 @@ QDateTime parseDate(const QString& text) {
     return QDateTime::fromString(text.trimmed(), Qt::RFC2822Date).toUTC();
 }
 
-/// Reads one feed. What it does not know it passes over.
+/// Reads one feed and skips elements that it does not know.
 class FeedReader {
 public:
     explicit FeedReader(QByteArrayView xml) : xml_(xml.toByteArray()) {}
@@ -104,7 +104,7 @@ void FeedReader::readItemPart(FeedItem& item) {
     } else if (is(kSparkle, QLatin1String("shortVersionString"))) {
         item.displayVersion = text();
     } else if (is(kSparkle, QLatin1String("minimumSystemVersion"))) {
-        // Without knowing which system a release needs it is for none.
+        // A release for an unknown system is for none.
         item.minimumSystem = Version::parse(text());
         isProper_ = isProper_ && item.minimumSystem.has_value();
     } else if (is(kSparkle, QLatin1String("criticalUpdate"))) {
@@ -153,7 +153,7 @@ std::optional<QByteArrayView> Feed::genuinePart(QByteArrayView document, const s
     const qsizetype signatureEnd = trailer.indexOf(kTrailerMiddle);
     if (signatureEnd < kTrailerStart.size()) return std::nullopt;
     const QByteArrayView signature = trailer.sliced(kTrailerStart.size(), signatureEnd - kTrailerStart.size());
-    // The one way to write it: then nothing can hide in the trailer, which no signature covers.
+    // No signature covers the trailer, so there is one way to write it, and nothing can hide in it.
     QByteArray expected = kTrailerStart.toByteArray();
     expected.append(signature).append(kTrailerMiddle).append(QByteArray::number(size)).append(kTrailerEnd);
     if (trailer != expected || !Signature::isGenuine(content, signature, keys)) return std::nullopt;

@@ -23,7 +23,7 @@ struct Enclosure {
     QString installationType;
 };
 
-/// A release as the feed tells of it.
+/// A release as the feed describes it.
 struct FeedItem {
     Version version;
     QString displayVersion;                // what people call it
@@ -42,12 +42,11 @@ struct Feed {
     std::optional<QDateTime> expires;
     std::vector<FeedItem> items;
 
-    /// Largest enclosure that is believed.
+    /// The largest plausible enclosure.
     static constexpr qint64 kMaxEnclosureSize = qint64{512} << 20;
 
-    /// Reads a feed whose signature by one of `keys`, in a comment at its very end, is that of all that stands before
-    /// it. Nothing else of `document` is looked at before its signature has been verified. Nothing where it is not
-    /// genuine, or is no feed.
+    /// Reads a feed that ends with a comment: a signature, by one of `keys`, of everything before it. No other part of
+    /// `document` is looked at before that is verified. Returns nothing if it is not genuine or not a feed.
     static std::optional<Feed> read(QByteArrayView document, const std::vector<PublicKey>& keys);
 
     /// The part of `document` that is signed by one of `keys`.

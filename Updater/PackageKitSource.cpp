@@ -44,7 +44,7 @@ bool PackageKitSource::isOwn(const QString& identifier) const {
 }
 
 void PackageKitSource::run(const char* method, const QVariantList& arguments, Handler handler) {
-    // The one before may be the very one that has just ended.
+    // The previous transaction may be the one that has just ended.
     if (transaction_ != nullptr) transaction_.release()->deleteLater();
     transaction_ = std::make_unique<PackageKitTransaction>(QDBusConnection::systemBus());
     connect(transaction_.get(), &PackageKitTransaction::finished, this, handler);
@@ -79,7 +79,7 @@ void PackageKitSource::handleUpdates(const Result& result) {
     }
 }
 
-/// A copy that did not come as a package has no update, but is not up to date either.
+/// A copy that is not a package has no update, but is not up to date either.
 void PackageKitSource::handleInstalled(const Result& result) {
     const bool isPackage =
         result.hasWorked && std::ranges::any_of(result.packages, [this](const QString& each) { return isOwn(each); });

@@ -11,9 +11,9 @@
 
 namespace ravlin {
 
-/// Updates of a copy that the system's package manager has installed. PackageKit is asked where it is there and knows
-/// the package; it verifies, asks for the right to install, and installs. There is no other way: without it the user is
-/// told who updates this copy.
+/// Updates of a copy that the system's package manager has installed. PackageKit is asked where it is present and
+/// knows the package; it verifies, asks for the right to install, and installs. There is no other way: without it the
+/// user is told who updates this copy.
 class PackageKitSource final : public UpdateSource {
     Q_OBJECT
 

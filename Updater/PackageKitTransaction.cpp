@@ -20,7 +20,7 @@ const QString& transactionInterface() {
 
 // PackageKit's numbers.
 constexpr uint kSuccess = 1;         // of an exit
-constexpr uint kBlockedPackage = 9;  // of a package: nobody can update it now
+constexpr uint kBlockedPackage = 9;  // of a package: it cannot be updated now
 constexpr uint kInstalling = 9;      // of a status
 constexpr uint kUpdating = 10;
 
@@ -36,7 +36,7 @@ QDBusMessage messageTo(const QString& path, const QString& interface, const QStr
 PackageKitTransaction::PackageKitTransaction(QDBusConnection bus, QObject* parent)
     : QObject(parent), bus_(std::move(bus)) {
     auto* const watcher = new QDBusServiceWatcher(service(), bus_, QDBusServiceWatcher::WatchForUnregistration, this);
-    // PackageKit ends when nobody needs it, perhaps at this very moment, and is started again by the next call.
+    // PackageKit quits when it is idle, perhaps at this very moment, and the next call starts it again.
     connect(watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this] {
         if (!path_.isEmpty()) end(result_);
     });

@@ -14,8 +14,7 @@
 
 namespace ravlin {
 
-/// One question to PackageKit, or one thing that it is to do. It ends with `finished`, also where PackageKit ends
-/// first.
+/// One question to PackageKit, or one job for it. It ends with `finished`, even if PackageKit quits first.
 class PackageKitTransaction final : public QObject {
     Q_OBJECT
 
@@ -46,7 +45,7 @@ public:
     void cancel();
 
 Q_SIGNALS:
-    /// What was to be fetched is there, and is installed now.
+    /// Everything has been fetched, and is now being installed.
     void installing();
     void finished(const ravlin::PackageKitTransaction::Result& result);
 

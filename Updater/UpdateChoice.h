@@ -12,15 +12,15 @@
 
 namespace ravlin {
 
-/// What decides, besides the feed, whether there is an update.
+/// What decides, together with the feed, whether there is an update.
 struct UpdateCircumstances {
     Version current;
     Version system;        // of the C library
     QString architecture;  // for example "x86_64"
     QDateTime now;
-    QDateTime newestFeed;           // the newest date that a feed had so far; invalid before the first one
-    QString skippedVersion;         // which the user does not want to be told of again
-    bool isAskedForByUser = false;  // then a skipped version is told of all the same
+    QDateTime newestFeed;           // the newest date of any feed so far; invalid before the first one
+    QString skippedVersion;         // the user does not want to hear of it again
+    bool isAskedForByUser = false;  // a skipped version counts, too
 };
 
 /// A release that is newer than this one. Without an enclosure it cannot be installed, only read about.

@@ -12,7 +12,7 @@
 
 namespace ravlin {
 
-/// When a single-file copy looks for updates by itself.
+/// When a single-file copy looks for updates on its own.
 class UpdateSchedule final : public QObject {
     Q_OBJECT
 
@@ -31,7 +31,7 @@ public:
     /// this returns true: at the second launch, when people know what the program is, and later until they answer.
     bool launch();
 
-    /// Whether a scheduled check is due. A last check in the future is that of a clock that was wrong.
+    /// Whether a scheduled check is due. If the last check lies in the future, the clock was wrong.
     bool isDue() const;
 
     void noteCheck() { state_.setLastCheck(clock_()); }

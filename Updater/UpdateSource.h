@@ -27,24 +27,24 @@ class UpdateSource : public QObject {
 public:
     using QObject::QObject;
 
-    /// Looks for an update; `checked` follows, later.
+    /// Looks for an update; `checked` follows later.
     virtual void check(bool isAskedForByUser) = 0;
 
     /// Installs what the last check has found: `progressed`, `installing` and `installed` follow, or `failed`,
     /// which may come at once.
     virtual void install() = 0;
 
-    /// Does not tell of what the last check has found again, unless the user asks for a check.
+    /// Does not offer what the last check found again, unless the user asks for a check.
     virtual void skip() = 0;
 
-    /// Gives up what is being done, unless it is installing. No signal follows.
+    /// Gives up, unless it is installing already. No signal follows.
     virtual void cancel() = 0;
 
 Q_SIGNALS:
     void checked(const ravlin::CheckResult& result);
     void progressed(qint64 receivedBytes, qint64 totalBytes);
 
-    /// The update is there, and is put in place now.
+    /// The update has arrived, and is now being put in place.
     void installing();
 
     /// The new version is in place, and is started through `file`.

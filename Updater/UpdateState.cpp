@@ -67,7 +67,7 @@ QDateTime UpdateState::time(QLatin1String name) const {
 
 void UpdateState::set(QLatin1String name, const QVariant& value) {
     file_.setValue(name, value);
-    file_.sync();  // a program that is killed at log-out has remembered it all the same
+    file_.sync();  // so that it survives a kill at log-out
 }
 
 }  // namespace ravlin

@@ -19,7 +19,7 @@ public:
     bool hasLaunchedBefore() const;
     void setLaunchedBefore();
 
-    /// What the user answered to whether Ravlin may look for updates by itself; nothing before that.
+    /// Whether the user lets Ravlin look for updates on its own; nothing before they have answered.
     std::optional<bool> automaticChecks() const;
     void setAutomaticChecks(bool isAutomatic);
 
@@ -27,11 +27,11 @@ public:
     QDateTime lastCheck() const;
     void setLastCheck(const QDateTime& time);
 
-    /// The version that the user does not want to be told of again, or empty.
+    /// The version that the user does not want to hear of again, or empty.
     QString skippedVersion() const;
     void setSkippedVersion(const QString& version);
 
-    /// The newest date of a feed that was believed; invalid before the first one.
+    /// The newest date of a feed that was accepted; invalid before the first one.
     QDateTime newestFeed() const;
     void setNewestFeed(const QDateTime& date);
 

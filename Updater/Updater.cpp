@@ -93,13 +93,13 @@ void Updater::cancel() {
 void Updater::handleResult(const CheckResult& result) {
     if (const auto* const update = std::get_if<FoundUpdate>(&result)) return offer(*update);
     setState(State::idle);
-    // Nobody waits for the result of a scheduled check, and the next one may have a better one.
+    // The user does not wait for a scheduled check, and the next one may succeed.
     if (isAskedForByUser_) tell(result);
 }
 
 void Updater::tell(const CheckResult& result) {
     std::visit(Overloaded{
-                   [](const FoundUpdate&) {},  // is offered, not told
+                   [](const FoundUpdate&) {},  // is offered instead
                    [this](const UpToDate&) { user_.showUpToDate(version_); },
                    [this](const SystemTooOld& tooOld) { user_.showSystemTooOld(tooOld.newVersion); },
                    [this](const ComesWithSystem& system) { user_.showUpdatesComeWithSystem(system.provider); },

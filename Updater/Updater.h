@@ -11,8 +11,8 @@
 
 namespace ravlin {
 
-/// One session after the other: looks for an update when the user or the schedule asks for it, offers it, and installs
-/// it where the user wants that. Windows that only tell a result belong to no session.
+/// One session after another: looks for an update when the user or the schedule asks, offers it, and installs it if the
+/// user wants that. Windows that only show a result belong to no session.
 class Updater final : public QObject {
     Q_OBJECT
 
@@ -28,7 +28,7 @@ public:
 
     State state() const { return state_; }
 
-    /// Whether the user may ask for a check now: while one runs, or an update is being installed, nobody may.
+    /// Whether the user may ask for a check now: not while one runs or an update is being installed.
     bool canCheckForUpdates() const;
 
     /// A check the user asks for. Where a window waits for an answer, it comes to the front instead.
@@ -37,7 +37,7 @@ public:
 Q_SIGNALS:
     void canCheckForUpdatesChanged();
 
-    /// The new version is in place: the program is to end, and `file` to be started in its stead.
+    /// The new version is in place: the program is to quit, and `file` to be started instead.
     void relaunchRequested(const QString& file);
 
 private:

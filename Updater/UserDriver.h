@@ -9,7 +9,7 @@
 
 namespace ravlin {
 
-/// A newer version, as the user is told of it.
+/// A newer version, as it is shown to the user.
 struct FoundUpdate {
     QString version;
     QString currentVersion;
@@ -24,13 +24,13 @@ struct FoundUpdate {
 /// What the user wants done about a newer version.
 enum class UpdateAnswer : std::uint8_t { install, later, skip };
 
-/// Why a check or an installation came to nothing.
+/// Why a check or an installation failed.
 enum class UpdateError : std::uint8_t {
     notFetched,          // the server or the system's updater could not be asked
-    notGenuine,          // what the server told was not written by Ravlin's makers
-    olderThanBefore,     // ... or was written before what it told last time
-    outOfDate,           // ... or is not meant to be believed any more
-    notDownloaded,       // the update could not be had
+    notGenuine,          // what the server sent was not written by Ravlin's makers
+    olderThanBefore,     // ... or was written before what it sent last time
+    outOfDate,           // ... or has expired
+    notDownloaded,       // the update could not be fetched
     signatureIsWrong,    // the update was not made by Ravlin's makers
     notInstalled,        // the update could not be put in place
     mayNotReplace,       // the file that Ravlin was started from is not the user's to change
@@ -59,32 +59,32 @@ public:
     /// Asks whether Ravlin should look for updates by itself. Closing the window answers nothing at all.
     virtual void askForPermission(std::function<void(std::optional<bool> isAutomatic)> answer) = 0;
 
-    /// Tells that the check the user asked for runs.
+    /// Shows that the check the user asked for is running.
     virtual void showChecking(Reply cancel) = 0;
 
     /// Offers an update. It does not take the keyboard away from the user unless `wasAskedFor`.
     virtual void showFound(const FoundUpdate& update, bool wasAskedFor, std::function<void(UpdateAnswer)> answer) = 0;
 
-    /// Tells that the update is fetched.
+    /// Shows that the update is being fetched.
     virtual void showDownloading(Reply cancel) = 0;
 
-    /// How much of the update has come, in bytes. `totalBytes` of 0 means that nobody knows.
+    /// How much of the update has arrived, in bytes. A `totalBytes` of 0 means that the size is unknown.
     virtual void showProgress(qint64 receivedBytes, qint64 totalBytes) = 0;
 
-    /// Tells that the update is put in place, which cannot be cancelled.
+    /// Shows that the update is being put in place, which cannot be cancelled.
     virtual void showInstalling() = 0;
 
-    /// Tells that there is nothing newer than `currentVersion`.
+    /// Shows that there is nothing newer than `currentVersion`.
     virtual void showUpToDate(const QString& currentVersion) = 0;
 
-    /// Tells that there is a newer version, which this system is too old for.
+    /// Shows that there is a newer version, for which this system is too old.
     virtual void showSystemTooOld(const QString& newVersion) = 0;
 
-    /// Tells that this copy is updated by the system's own software updater; `provider` is where it comes from, for
-    /// example "Debian", or empty. Called again while the window is open, the window comes to the front.
+    /// Shows that the system's own software updater updates this copy; `provider` is where it comes from, for example
+    /// "Debian", or empty. Called again while the window is open, it brings that to the front.
     virtual void showUpdatesComeWithSystem(const QString& provider) = 0;
 
-    /// Tells that it went wrong.
+    /// Shows what went wrong.
     virtual void showFailure(const UpdateFailure& failure) = 0;
 
     /// Brings the window that waits for the user to the front.

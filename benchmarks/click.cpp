@@ -47,7 +47,7 @@ std::unique_ptr<SystemPasteboard> openClipboard() {
     _exit(0);
 }
 
-/// Nobody clicks in the millisecond after a copy, whose order X servers cannot tell.
+/// People do not click within a millisecond of a copy, and X servers could not tell which came first.
 void waitAsAUserDoes() {
     constexpr std::chrono::milliseconds kWait(3);
     for (const auto end = Clock::now() + kWait; Clock::now() < end;) continue;

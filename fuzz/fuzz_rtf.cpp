@@ -1,4 +1,4 @@
-// The first byte says how to read the rest: as rich text, as what stands within such a document, or as numbers of
+// The first byte says how to read the rest: as rich text, as the inside of such a document, or as numbers of
 // tokens. Its text is valid, and the same however its tokens are spelled.
 
 #include "Engine/Support/RichText/RTFTokenizer.h"

@@ -33,7 +33,7 @@ void checkCharacters(std::string_view text) {
         expect(end > at && end <= text.size(), "a character lies within the text");
         expect(Unicode::isCharacterBoundary(text, at), "a character starts at a boundary");
         for (std::size_t inside = at + Unicode::decode(text, at).byteSize; inside < end;) {
-            expect(!Unicode::isCharacterBoundary(text, inside), "no boundary stands within a character");
+            expect(!Unicode::isCharacterBoundary(text, inside), "no boundary is within a character");
             inside += Unicode::decode(text, inside).byteSize;
         }
         expect(Unicode::characterCount(text.substr(at, end - at)) == 1, "a character counts as one");

@@ -1,5 +1,5 @@
-# Sourced by the checks of what is shipped: a Debian with nothing in it, made for the occasion and gone with it. They set
-# $work, a folder of their own.
+# Sourced by the checks of what is shipped: a bare Debian, made for the occasion and removed after it. They set $work, a
+# folder of their own.
 # shellcheck shell=bash disable=SC2154 # $work
 
 readonly kSkipped=77 # what ctest's SKIP_RETURN_CODE is in this project
@@ -35,7 +35,7 @@ make_chroot() {
         <"$folder.sources" >"$folder.log" 2>&1 || { tail -n 5 "$folder.log" >&2; skip "mmdebstrap failed"; }
     cp /etc/hosts "$folder/etc/hosts"
     mkdir -p "$folder/mnt/project" "$folder/mnt/scratch"
-    chmod 755 "$work" # apt and the user in the chroot are nobody special
+    chmod 755 "$work" # for apt and the user in the chroot, who are ordinary users
     chroot "$folder" useradd --create-home tester
 }
 

@@ -1,5 +1,5 @@
 // transform IDENTIFIER < in > out: runs one transform from standard input to standard output.
-// transform --table: writes the catalogue as the table that stands in README.md.
+// transform --table: writes the catalogue as the tables of README.md.
 
 #include "Engine/TextTransform.h"
 

@@ -673,7 +673,7 @@ class Quit(DesktopTest):
         self.assertEqual(desktop.clipboard(), "HELLO")
         eventually(lambda: desktop.tray_icon() is None, "the icon is gone")
         self.assertIsNone(desktop.panel_window())
-        self.assertEqual(self.ravlin.output(), LOG)  # and nobody holds the output open
+        self.assertEqual(self.ravlin.output(), LOG)  # and no process keeps the output open
         self.assertEqual(len(self.ravlin.lingering_children()), 1)
         self.copy("something else")
         eventually(lambda: not self.ravlin.lingering_children(), "the lingering process has ended")

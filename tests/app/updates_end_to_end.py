@@ -299,7 +299,7 @@ class Updates(UpdatesTest):
     def test_what_a_kill_has_left_is_gone_after_the_next_start(self):
         (self.folder / ".Ravlin.AppImage.update").write_bytes(b"half")
         self.start()
-        eventually(lambda: self.left_over() == ["Ravlin.AppImage"], "the old file stands alone")
+        eventually(lambda: self.left_over() == ["Ravlin.AppImage"], "only the old file is left")
 
     def test_a_check_can_be_cancelled(self):
         self.publish(VERSION, program=PROGRAM)

@@ -1,4 +1,4 @@
-// The documents that stand on this machine: the scanners do with them what the patterns say.
+// The documents on this machine: the scanners convert them as the patterns say.
 
 #include "Engine/HTMLTransforms.h"
 #include "Engine/MarkdownTransforms.h"

@@ -1,5 +1,5 @@
 // Texts of more than one and of more than four GiB, where sizes and positions need more than 32 bits. They need 14 GB
-// of memory, and are run where RAVLIN_HUGE_TEXTS is set.
+// of memory, and run only if RAVLIN_HUGE_TEXTS is set.
 
 #include "Engine/LineTransforms.h"
 #include "Engine/Support/Characters/Unicode.h"
@@ -19,7 +19,7 @@ constexpr std::size_t kGiB = std::size_t{1} << 30U;
 class HugeTexts : public testing::Test {
 protected:
     void SetUp() override {
-        // NOLINTNEXTLINE(concurrency-mt-unsafe): nobody sets it
+        // NOLINTNEXTLINE(concurrency-mt-unsafe): nothing sets it
         if (std::getenv("RAVLIN_HUGE_TEXTS") == nullptr) GTEST_SKIP() << "RAVLIN_HUGE_TEXTS is not set";
     }
 };

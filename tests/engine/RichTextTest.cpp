@@ -20,7 +20,7 @@ struct Vector {
     std::optional<std::string> text;
 };
 
-/// What stands in a document between its beginning and its end.
+/// The inside of a document.
 struct Body {
     std::string rtf;
     std::string text;

@@ -203,7 +203,7 @@ INSTANTIATE_TEST_SUITE_P(Catalogue, EveryTransform,
                          [](const auto& row) { return std::string(row.param.rawValue()); });
 
 // Two that look as if they belonged here do not. constantCase: a letter may have no upper case in one code point, and
-// then starts a word the next time, as in "1\u01F0". slugify: a vowel sign that stood alone joins the "-" before it.
+// then starts a word the next time, as in "1\u01F0". slugify: a lone vowel sign joins the "-" before it.
 TEST(Idempotence, OfTransformsThatCleanOrOrder) {
     const TextTransform transforms[] = {
         TextTransform::stripFormatting,  TextTransform::upperCase,           TextTransform::lowerCase,

@@ -54,7 +54,7 @@ TEST(UTF8, IllFormedSequencesAreOneReplacementCharacterPerLongestBeginning) {
     }
 }
 
-TEST(UTF8, ValidityHoldsWhereverTheFaultStands) {
+TEST(UTF8, FaultsAreFoundWhereverTheyAre) {
     for (std::size_t position = 0; position < 40; ++position) {
         std::string text(40, 'x');
         EXPECT_TRUE(Unicode::isValidUTF8(text));

@@ -114,7 +114,7 @@ def press_key(*names):
 
 @contextlib.contextmanager
 def wayland_keyboard():
-    """A keyboard that stays plugged in: without one a compositor gives nobody the focus."""
+    """A keyboard that stays plugged in: without one a compositor gives no window the focus."""
     keyboard = subprocess.Popen(["wtype", "-s", "3600000", "x"])
     try:
         yield keyboard
@@ -197,7 +197,7 @@ class Background:
 
 @contextlib.contextmanager
 def copied_with_the_keyboard(text):
-    """`copied` where a program must have the keyboard for that, which nobody else may take before it is done. Orphans
+    """`copied` where a program must have the keyboard for that, which no other window may take until it is done. Orphans
     have been adopted."""
     before = children_named("wl-copy")
     subprocess.run(["wl-copy"], input=text.encode(), check=True, timeout=DEADLINE_SECONDS, stdout=subprocess.DEVNULL,
@@ -354,7 +354,7 @@ def search_field(has_keyboard=False):
 
 
 def text_of(accessible):
-    """What stands in a field; None where there is no such field."""
+    """The text of a field; None if there is no such field."""
     return None if accessible is None else Atspi.Text.get_text(accessible, 0, -1)
 
 

@@ -1,4 +1,4 @@
-"""The commands of README.md, for the tests that execute them as they stand there."""
+"""The commands of README.md, for the tests that execute them word for word."""
 import pathlib
 import re
 
@@ -12,11 +12,11 @@ def section(heading):
 
 
 def headings_with_commands():
-    """The headings below which a shell's commands stand."""
+    """The headings that have shell commands below them."""
     headings = re.findall(r"^#+ (.*)$", README.read_text(), flags=re.M)
     return [heading for heading in headings if "```" in section(heading)]
 
 
 def scripts(heading):
-    """The shell's commands below a heading, a text for each block of them."""
+    """The shell commands below a heading, a text for each block."""
     return re.findall(r"^```sh\n(.*?)^```$", section(heading), flags=re.M | re.S)

@@ -161,7 +161,7 @@ TEST_F(SingleFileInstallerTest, WithoutAFileThereIsNothingToReplace) {
 }
 
 TEST_F(SingleFileInstallerTest, OthersFilesAreNotTheUsersToChange) {
-    // Nobody but the administrator can give a file away, so that an administrator's file stands in for ordinary users.
+    // Only the administrator can give a file away, so that an administrator's file stands in for ordinary users.
     Surroundings surroundings = usual();
     if (geteuid() == 0) {
         ASSERT_EQ(chown(qPrintable(surroundings.appImage), 65534, 65534), 0);

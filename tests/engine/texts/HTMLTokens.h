@@ -3,8 +3,8 @@
 #include <array>
 #include <string_view>
 
-/// The alphabets of random HTML and Markdown: what the rules look for, what is almost that, and what may stand beside
-/// it. Tokens that stand several times come more often.
+/// The alphabets of random HTML and Markdown: what the rules look for, what comes close, and what may be next to it.
+/// Tokens that are listed several times come up more often.
 namespace ravlin::tests {
 
 // clang-format off
