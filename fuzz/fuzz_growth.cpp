@@ -72,14 +72,16 @@ double secondsFor(TextTransform transform, const std::string& text) {
     return now() - start;
 }
 
+/// How much longer the large text takes, in the best of several rounds. The first round that is good enough ends them.
 double growthOf(TextTransform transform, const std::string& small, const std::string& large) {
     double smallSeconds = std::numeric_limits<double>::infinity();
     double largeSeconds = smallSeconds;
     for (int round = 0; round < kRounds; ++round) {
         smallSeconds = std::min(smallSeconds, secondsFor(transform, small));
         largeSeconds = std::min(largeSeconds, secondsFor(transform, large));
+        if (largeSeconds < kMostSeconds || largeSeconds <= kMostGrowth * smallSeconds) return 0;
     }
-    return largeSeconds < kMostSeconds ? 0 : largeSeconds / smallSeconds;
+    return largeSeconds / smallSeconds;
 }
 
 }  // namespace
