@@ -1,16 +1,17 @@
 #include "Updater/SingleFileInstaller.h"
 
+#include "Updater/OpenedFolder.h"
+#include "Updater/StagedFile.h"
+
 #include <QCoreApplication>
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
-#include <QStorageInfo>
 
 #include <array>
-#include <cstdio>
+#include <cerrno>
 
 #include <linux/close_range.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace ravlin {
@@ -24,26 +25,26 @@ bool isInside(const QString& file, const QString& folder) {
     return !file.isEmpty() && !folder.isEmpty() && file.startsWith(folder + QLatin1Char('/'));
 }
 
-/// Where the new file stands before it takes the place of `file`: a name that nobody else gives to anything, so that
-/// what a kill has left there may be removed.
-QString stagedName(const QString& file) {
-    return QLatin1Char('.') + QFileInfo(file).fileName() + QStringLiteral(".update");
+UpdateFailure folderIsShared(const QString& folder) {
+    return {
+        .error = UpdateError::notInstalled,
+        .detail = QStringLiteral("other users may write to the folder \u201C%1\u201D; move Ravlin to one of your own")
+                      .arg(folder)};
 }
 
-/// Whether `name` is what QSaveFile writes `staged` as where a file cannot be without a name.
-bool isTemporaryNameOf(const QString& staged, const QString& name) {
-    constexpr int kSuffixSize = 7;  // a full stop and six letters
-    return name.size() == staged.size() + kSuffixSize && name.startsWith(staged + QLatin1Char('.'));
-}
-
-bool moveOver(const QString& file, const QString& staged) {
-    return std::rename(QFile::encodeName(staged).constData(), QFile::encodeName(file).constData()) == 0;
-}
-
-QString causeOfFailure(const QString& folder, qsizetype size) {
-    const QStorageInfo disk(folder);
-    if (disk.isValid() && disk.bytesAvailable() < size) return QStringLiteral("there is not enough free space");
+QString causeOfFailure(int error) {
+    if (error == ENOSPC || error == EDQUOT) return QStringLiteral("there is not enough free space");
     return QStringLiteral("the file could not be written");
+}
+
+bool isFileOfOurs(const std::optional<struct stat>& status) {
+    return status && S_ISREG(status->st_mode) && status->st_uid == geteuid();
+}
+
+/// Nobody else may write to the new file, whatever the old one allowed.
+mode_t modeAfter(mode_t old) {
+    constexpr mode_t kOthersWrite = S_IWGRP | S_IWOTH;
+    return (old & ACCESSPERMS & ~kOthersWrite) | S_IXUSR;
 }
 
 }  // namespace
@@ -60,31 +61,30 @@ std::variant<QString, UpdateFailure> SingleFileInstaller::target(const Surroundi
     if (!isInside(QFileInfo(surroundings.executable).canonicalFilePath(), folder)) return notFromASingleFile();
     const QFileInfo file(QFileInfo(surroundings.appImage).canonicalFilePath());
     if (!file.isFile()) return notFromASingleFile();
-    const bool isOwn = file.ownerId() == geteuid() && QFileInfo(file.path()).isWritable();
+    const std::optional<OpenedFolder> place = OpenedFolder::open(file.path());
+    const bool isOwn = place && place->isWritable() && isFileOfOurs(place->status(QFile::encodeName(file.fileName())));
     if (!isOwn) return UpdateFailure{.error = UpdateError::mayNotReplace, .detail = file.filePath()};
+    if (place->isShared()) return folderIsShared(file.path());
     return file.filePath();
 }
 
 std::optional<QString> SingleFileInstaller::replace(const QString& file, const QByteArray& contents) {
-    removeRemains(file);
-    const QString staged = QFileInfo(file).dir().filePath(stagedName(file));
-    QSaveFile saved(staged);
-    saved.setDirectWriteFallback(false);  // it is to be on the disk before it has a name
-    const QFile::Permissions permissions = QFile::permissions(file) | QFile::ExeOwner | QFile::ExeUser;
-    const bool isReplaced = saved.open(QIODevice::WriteOnly) && saved.write(contents) == contents.size() &&
-                            saved.setPermissions(permissions) && saved.commit() && moveOver(file, staged);
-    if (isReplaced) return std::nullopt;
-    saved.cancelWriting();
-    removeRemains(file);
-    return causeOfFailure(QFileInfo(file).path(), contents.size());
+    const QFileInfo path(file);
+    const QByteArray name = QFile::encodeName(path.fileName());
+    const std::optional<OpenedFolder> folder = OpenedFolder::open(path.path());
+    if (!folder) return causeOfFailure(errno);
+    if (folder->isShared()) return folderIsShared(path.path()).detail;
+    const auto old = folder->status(name);
+    if (!isFileOfOurs(old)) return causeOfFailure(EACCES);
+    StagedFile::removeRemains(*folder);
+    StagedFile staged(*folder);
+    if (staged.write(contents, modeAfter(old->st_mode)) && staged.replace(name)) return std::nullopt;
+    return causeOfFailure(errno);
 }
 
 void SingleFileInstaller::removeRemains(const QString& file) {
-    QDir folder = QFileInfo(file).dir();
-    const QString staged = stagedName(file);
-    for (const QString& name : folder.entryList(QDir::Files | QDir::Hidden)) {
-        if (name == staged || isTemporaryNameOf(staged, name)) folder.remove(name);
-    }
+    const std::optional<OpenedFolder> folder = OpenedFolder::open(QFileInfo(file).path());
+    if (folder && !folder->isShared()) StagedFile::removeRemains(*folder);
 }
 
 void SingleFileInstaller::relaunch(const QString& file) {

@@ -5,6 +5,7 @@
 """
 import base64
 import configparser
+import datetime
 import http.server
 import os
 import pathlib
@@ -258,6 +259,80 @@ class Updates(UpdatesTest):
         self.assertEqual(self.file.read_bytes(), old)
         self.assertNotIn("/Ravlin.AppImage", self.server.requests)
 
+    def assert_not_installed(self, cause):
+        wait_for_text(f"The update could not be installed. Ravlin is unchanged. ({cause})")
+        self.assertEqual(self.file.read_bytes(), self.old)
+        self.assertEqual(self.left_over(), ["Ravlin.AppImage"])
+
+    def test_in_a_folder_that_others_may_write_to_nothing_is_fetched(self):
+        self.publish(NEXT_VERSION)
+        self.old = self.file.read_bytes()
+        self.start()
+        self.folder.chmod(0o1777)
+        self.check()
+        desktop.press("Install Update")
+        self.look_for("Update Error", "shared-folder")
+        self.assert_not_installed(f"other users may write to the folder “{self.folder}”; move Ravlin to one of your own")
+        self.assertNotIn("/Ravlin.AppImage", self.server.requests)
+
+    def in_the_middle_of_a_download(self, happens):
+        self.publish(NEXT_VERSION)
+        self.old = self.file.read_bytes()
+        self.start()
+        self.check()
+        rest = self.server.hold("/Ravlin.AppImage")
+        desktop.press("Install Update")
+        wait_for_text("Downloading update…")
+        happens()
+        rest.set()
+
+    @unittest.skipIf(os.getuid() == 0, "an administrator may write to every folder")
+    def test_a_folder_that_becomes_read_only_in_the_middle_keeps_the_old_file(self):
+        self.addCleanup(self.folder.chmod, 0o755)
+        self.in_the_middle_of_a_download(lambda: self.folder.chmod(0o555))
+        self.assert_not_installed("the file could not be written")
+
+    def test_a_folder_that_others_get_access_to_in_the_middle_keeps_the_old_file(self):
+        self.in_the_middle_of_a_download(lambda: self.folder.chmod(0o777))
+        self.assert_not_installed(f"other users may write to the folder “{self.folder}”; move Ravlin to one of your own")
+
+    def test_replayed_and_mixed_feeds_install_nothing(self):
+        older, newer = "9.0", NEXT_VERSION
+        now = datetime.datetime.now(datetime.timezone.utc).replace(microsecond=0)
+        dates = [(now - datetime.timedelta(days=days)).isoformat() for days in (2, 1)]
+        self.publish(older, "--date", dates[0], program=PROGRAM)
+        old_pages = dict(self.server.pages)
+        self.publish(newer, "--date", dates[1])
+        new_pages = dict(self.server.pages)
+        old = self.file.read_bytes()
+        self.start()
+        self.check()
+        wait_for_text(FOUND)
+        desktop.press("Remind Me Later")
+        self.wait_until_closed()
+        # The genuine feed of last time.
+        self.server.pages["/appcast.xml"] = old_pages["/appcast.xml"]
+        self.check()
+        self.look_for("The server offered older update information than it did before. It was not used.", "replayed")
+        # A release of last time as that of today.
+        self.server.pages.update({"/appcast.xml": new_pages["/appcast.xml"],
+                                  "/Ravlin.AppImage": old_pages["/Ravlin.AppImage"]})
+        self.check()
+        desktop.press("Install Update")
+        eventually(lambda: desktop.find_accessible(lambda each: (each.get_name() or "").startswith(
+            ("The update is not signed", "The update could not be downloaded"))), "the file is refused")
+        # The items of one feed, and what signs another.
+        end = b"<!-- sparkle-signatures:"
+        for items, signature in ((old_pages, new_pages), (new_pages, old_pages)):
+            self.server.pages["/appcast.xml"] = (items["/appcast.xml"].split(end)[0] + end +
+                                                 signature["/appcast.xml"].split(end)[1])
+            self.check()
+            wait_for_text("The update information is not genuine or is damaged, and was not used.")
+            desktop.press("OK")
+            self.wait_until_closed()
+        self.assertEqual(self.file.read_bytes(), old)
+        self.assertEqual(self.left_over(), ["Ravlin.AppImage"])
+
     def test_an_update_can_be_put_off_skipped_and_cancelled(self):
         self.publish(NEXT_VERSION)
         old = self.file.read_bytes()
@@ -297,7 +372,7 @@ class Updates(UpdatesTest):
         self.assertEqual(self.server.requests, ["/appcast.xml"])
 
     def test_what_a_kill_has_left_is_gone_after_the_next_start(self):
-        (self.folder / ".Ravlin.AppImage.update").write_bytes(b"half")
+        (self.folder / ".ravlin-update-0123456789abcdef0123456789abcdef").write_bytes(b"half")
         self.start()
         eventually(lambda: self.left_over() == ["Ravlin.AppImage"], "only the old file is left")
 

@@ -5,27 +5,40 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 
+#include <algorithm>
+#include <cerrno>
 #include <csignal>
+#include <cstdarg>
+#include <fstream>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include <fcntl.h>
+#include <gmock/gmock.h>
+#include <grp.h>
 #include <gtest/gtest.h>
 #include <sched.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 namespace {
 
 /// Where the process that these tests fork off is killed, if anywhere.
-enum class Step { none, written, unnamed, named };
+enum class Step { none, written, unnamed, named, replaced };
 Step killedAt = Step::none;
+
+/// Whether files can be without a name, which not every file system knows.
+bool knowsUnnamedFiles = true;
 
 }  // namespace
 
-// These stand in for the C library's own, which come after the bytes have been written and when they are given a name.
+// These stand in for the C library's own, which make the file, come after its bytes have been written, give it a name,
+// and put it in the old one's place.
 extern "C" int fdatasync(int descriptor) {
     if (killedAt == Step::written) kill(getpid(), SIGKILL);
     return fsync(descriptor);
@@ -38,12 +51,32 @@ extern "C" int linkat(int fromFolder, const char* from, int toFolder, const char
     return status;
 }
 
+extern "C" int openat(int folder, const char* name, int flags, ...) {
+    if (!knowsUnnamedFiles && (flags & O_TMPFILE) == O_TMPFILE) {
+        errno = EOPNOTSUPP;
+        return -1;
+    }
+    va_list arguments;
+    va_start(arguments, flags);
+    const mode_t mode = (flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE ? va_arg(arguments, mode_t) : 0;
+    va_end(arguments);
+    return static_cast<int>(syscall(SYS_openat, folder, name, flags, mode));
+}
+
+extern "C" int renameat(int fromFolder, const char* from, int toFolder, const char* to) {
+    const int status = static_cast<int>(syscall(SYS_renameat2, fromFolder, from, toFolder, to, 0));
+    if (killedAt == Step::replaced) kill(getpid(), SIGKILL);
+    return status;
+}
+
 namespace ravlin {
 namespace {
 
 using SingleFileInstaller::Surroundings;
+using testing::MatchesRegex;
 
 constexpr int kMegabyte = 1 << 20;
+constexpr const char* kRemain = ".ravlin-update-0123456789abcdef0123456789abcdef";
 
 class SingleFileInstallerTest : public testing::Test {
 protected:
@@ -103,6 +136,17 @@ protected:
                tell("gid_map", "0 " + group + " 1\n");
     }
 
+    /// The wait status of a process that is killed at `step` of replacing the file by "new".
+    int killedReplacing(Step step) const {
+        return inAnotherProcess([&] {
+            killedAt = step;
+            return !SingleFileInstaller::replace(path("Ravlin.AppImage"), "new");
+        });
+    }
+    static int signalOf(int status) { return WIFSIGNALED(status) ? WTERMSIG(status) : 0; }
+
+    void TearDown() override { knowsUnnamedFiles = true; }
+
     QTemporaryDir folder;
 };
 
@@ -112,6 +156,8 @@ std::string told(const Surroundings& surroundings) {
     if (const auto* const file = std::get_if<QString>(&target)) return QFileInfo(*file).fileName().toStdString();
     const auto& failure = std::get<UpdateFailure>(target);
     if (failure.error == UpdateError::notFromASingleFile) return "not from a single file";
+    if (failure.error == UpdateError::notInstalled)
+        return "shared " + failure.detail.section(QChar(0x201C), 1).section(QChar(0x201D), 0, 0).toStdString();
     return "may not replace " + QFileInfo(failure.detail).fileName().toStdString();
 }
 
@@ -208,7 +254,7 @@ TEST_F(SingleFileInstallerTest, AFullDiskLeavesTheOldFile) {
     const QByteArray disk = QFile::encodeName(path("unpacked"));
     const int status = inAnotherProcess([&] {
         const bool isMounted = getMountsOfItsOwn() && mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-                               mount("tmpfs", disk, "tmpfs", 0, "size=64k") == 0;
+                               mount("tmpfs", disk, "tmpfs", 0, "size=64k,mode=700") == 0;
         if (!isMounted) _exit(kCannotMount);
         write(path("unpacked/small"), "old");
         const auto cause = SingleFileInstaller::replace(path("unpacked/small"), QByteArray(kMegabyte, 'x'));
@@ -240,47 +286,224 @@ TEST_F(SingleFileInstallerTest, KilledWhileWritingItLeavesTheOldFile) {
 
 TEST_F(SingleFileInstallerTest, KilledAfterWritingItLeavesTheOldFile) {
     for (const Step step : {Step::written, Step::unnamed}) {
-        const int status = inAnotherProcess([&] {
-            killedAt = step;
-            return !SingleFileInstaller::replace(path("Ravlin.AppImage"), QByteArray(3 * kMegabyte, 'x'));
-        });
-        ASSERT_TRUE(WIFSIGNALED(status));
-        EXPECT_EQ(WTERMSIG(status), SIGKILL);
+        EXPECT_EQ(signalOf(killedReplacing(step)), SIGKILL);
         EXPECT_EQ(appImage(), "old");
         EXPECT_EQ(names(), "Ravlin.AppImage unpacked");
     }
 }
 
 TEST_F(SingleFileInstallerTest, KilledBeforeItTakesTheOldOnesPlaceItsRemainsCanBeRemoved) {
-    const int status = inAnotherProcess([this] {
-        killedAt = Step::named;
-        return !SingleFileInstaller::replace(path("Ravlin.AppImage"), "new");
-    });
-    ASSERT_TRUE(WIFSIGNALED(status));
+    EXPECT_EQ(signalOf(killedReplacing(Step::named)), SIGKILL);
     EXPECT_EQ(appImage(), "old");
-    EXPECT_EQ(names(), ".Ravlin.AppImage.update Ravlin.AppImage unpacked");
+    EXPECT_THAT(names(), MatchesRegex("\\.ravlin-update-[0-9a-f]+ Ravlin\\.AppImage unpacked"));
     SingleFileInstaller::removeRemains(path("Ravlin.AppImage"));
     EXPECT_EQ(appImage(), "old");
     EXPECT_EQ(names(), "Ravlin.AppImage unpacked");
 }
 
+TEST_F(SingleFileInstallerTest, KilledAfterItTookTheOldOnesPlaceTheNewFileIsThere) {
+    EXPECT_EQ(signalOf(killedReplacing(Step::replaced)), SIGKILL);
+    EXPECT_EQ(appImage(), "new");
+    EXPECT_EQ(names(), "Ravlin.AppImage unpacked");
+}
+
+TEST_F(SingleFileInstallerTest, WhereFilesNeedANameTheRemainsOfEveryKillCanBeRemoved) {
+    knowsUnnamedFiles = false;
+    EXPECT_EQ(SingleFileInstaller::replace(path("Ravlin.AppImage"), "newer"), std::nullopt);
+    EXPECT_EQ(appImage(), "newer");
+    EXPECT_EQ(names(), "Ravlin.AppImage unpacked");
+    EXPECT_EQ(signalOf(killedReplacing(Step::written)), SIGKILL);
+    EXPECT_EQ(appImage(), "newer");
+    EXPECT_THAT(names(), MatchesRegex("\\.ravlin-update-[0-9a-f]+ Ravlin\\.AppImage unpacked"));
+    SingleFileInstaller::removeRemains(path("Ravlin.AppImage"));
+    EXPECT_EQ(names(), "Ravlin.AppImage unpacked");
+    const int status = inAnotherProcess([this] {
+        std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit = {kMegabyte, kMegabyte};
+        setrlimit(RLIMIT_FSIZE, &limit);
+        return SingleFileInstaller::replace(path("Ravlin.AppImage"), QByteArray(3 * kMegabyte, 'x')).has_value();
+    });
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(names(), "Ravlin.AppImage unpacked");
+}
+
 TEST_F(SingleFileInstallerTest, RemainsOfAnEarlierUpdateAreNotInTheWay) {
-    write(path(".Ravlin.AppImage.update"), "half");
-    write(path(".Ravlin.AppImage.update.aBcDeF"), "half");
+    write(path(kRemain), "half");
     EXPECT_EQ(SingleFileInstaller::replace(path("Ravlin.AppImage"), "new"), std::nullopt);
     EXPECT_EQ(appImage(), "new");
     EXPECT_EQ(names(), "Ravlin.AppImage unpacked");
 }
 
 TEST_F(SingleFileInstallerTest, OnlyItsOwnRemainsAreRemoved) {
-    for (const char* const name : {"Ravlin.AppImage.backup", "Ravlin.AppImage.update", ".Ravlin.AppImage.updates",
-                                   ".Ravlin.AppImage.update.old", ".ravlin.appimage.update", ".Other.AppImage.update"})
+    for (const char* const name :
+         {"Ravlin.AppImage.backup", ".Ravlin.AppImage.update", ".ravlin-update-", ".ravlin-update-0123456789abcdef",
+          ".ravlin-update-0123456789abcdef0123456789abcdeF", ".ravlin-update-0123456789abcdef0123456789abcdef0",
+          ".ravlin-update-0123456789abcdef0123456789abcdef.txt", "ravlin-update-0123456789abcdef0123456789abcdef"})
         write(path(name), "kept");
+    // Whatever has such a name without being a plain file that has no other.
+    ASSERT_TRUE(QFile::link(path("unpacked/usr/bin/ravlin"), path(".ravlin-update-00000000000000000000000000000001")));
+    ASSERT_EQ(
+        link(qPrintable(path("Ravlin.AppImage")), qPrintable(path(".ravlin-update-00000000000000000000000000000002"))),
+        0);
+    ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral(".ravlin-update-00000000000000000000000000000003")));
+    ASSERT_EQ(mkfifo(qPrintable(path(".ravlin-update-00000000000000000000000000000004")), 0600), 0);
+    if (geteuid() == 0) {
+        write(path(".ravlin-update-00000000000000000000000000000005"), "another's");
+        ASSERT_EQ(chown(qPrintable(path(".ravlin-update-00000000000000000000000000000005")), 65534, 65534), 0);
+    }
     const std::string before = names();
     SingleFileInstaller::removeRemains(path("Ravlin.AppImage"));
     EXPECT_EQ(names(), before);
-    SingleFileInstaller::removeRemains(path("*.AppImage"));
+    EXPECT_EQ(SingleFileInstaller::replace(path("Ravlin.AppImage"), "new"), std::nullopt);
     EXPECT_EQ(names(), before);
+    EXPECT_EQ(appImage(), "new");
+    EXPECT_EQ(read(path("unpacked/usr/bin/ravlin")), "program");
+}
+
+TEST_F(SingleFileInstallerTest, InASharedFolderNothingIsTakenForRemains) {
+    write(path(kRemain), "half");
+    ASSERT_EQ(chmod(qPrintable(folder.path()), 0777), 0);
+    SingleFileInstaller::removeRemains(path("Ravlin.AppImage"));
+    EXPECT_TRUE(QFile::exists(path(kRemain)));
+}
+
+// Several copies may run, each on a desktop of its own, and all of one file.
+TEST_F(SingleFileInstallerTest, CopiesThatUpdateAtOnceDoNotDisturbEachOther) {
+    constexpr int kCopies = 4;
+    constexpr int kRounds = 50;
+    std::vector<pid_t> copies;
+    for (int copy = 0; copy < kCopies; ++copy) {
+        const QByteArray contents(kMegabyte / 4, static_cast<char>('a' + copy));
+        const pid_t child = fork();
+        if (child != 0) {
+            copies.push_back(child);
+            continue;
+        }
+        for (int round = 0; round < kRounds; ++round)
+            if (SingleFileInstaller::replace(path("Ravlin.AppImage"), contents)) _exit(1);
+        _exit(0);
+    }
+    for (const pid_t child : copies) {
+        int status = -1;
+        waitpid(child, &status, 0);
+        EXPECT_EQ(status, 0);
+    }
+    const std::string last = appImage();
+    EXPECT_EQ(last, std::string(kMegabyte / 4, last[0]));
+    EXPECT_EQ(names(), "Ravlin.AppImage unpacked");
+}
+
+// Who else may write beside it
+
+TEST_F(SingleFileInstallerTest, ALinkThatSomebodyPlantedLeadsNowhere) {
+    if (geteuid() != 0) GTEST_SKIP() << "there is no second user to play";
+    // Another user's link, in a folder where nobody can remove what others have put there.
+    constexpr uid_t kVictim = 65534;
+    const QString victim = path("unpacked/profile");
+    write(victim, "the user's own");
+    for (const QString& own : {victim, path("Ravlin.AppImage")}) ASSERT_EQ(chown(qPrintable(own), kVictim, kVictim), 0);
+    ASSERT_TRUE(QFile::link(victim, path(".Ravlin.AppImage.update")));
+    ASSERT_EQ(chmod(qPrintable(folder.path()), 01777), 0);
+    const int status = inAnotherProcess([this] {
+        if (setgroups(0, nullptr) != 0 || setgid(kVictim) != 0 || setuid(kVictim) != 0) return false;
+        const auto cause = SingleFileInstaller::replace(path("Ravlin.AppImage"), "new");
+        return cause && cause->startsWith(QStringLiteral("other users may write to the folder"));
+    });
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(read(victim), "the user's own");
+    EXPECT_EQ(appImage(), "old");
+}
+
+TEST_F(SingleFileInstallerTest, AFolderOfThatNameIsNotInTheWay) {
+    ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral(".Ravlin.AppImage.update")));
+    EXPECT_EQ(SingleFileInstaller::replace(path("Ravlin.AppImage"), "new"), std::nullopt);
+    EXPECT_EQ(appImage(), "new");
+}
+
+TEST_F(SingleFileInstallerTest, AFolderThatEverybodyMayWriteToIsRefused) {
+    for (const mode_t mode : {0777U, 01777U, 0702U}) {
+        ASSERT_EQ(chmod(qPrintable(folder.path()), mode), 0);
+        EXPECT_EQ(told(usual()), "shared " + folder.path().toStdString());
+        EXPECT_TRUE(SingleFileInstaller::replace(path("Ravlin.AppImage"), "new").has_value());
+        EXPECT_EQ(appImage(), "old");
+    }
+    for (const mode_t mode : {0700U, 0755U, 02755U, 01755U}) {
+        ASSERT_EQ(chmod(qPrintable(folder.path()), mode), 0);
+        EXPECT_EQ(told(usual()), "Ravlin.AppImage");
+    }
+}
+
+/// Whether /etc/passwd and /etc/group show somebody else in this group, or the group under a name of its own.
+bool isListedAsShared(gid_t group, const std::string& user) {
+    const auto fieldsOf = [](const std::string& line) {
+        std::vector<std::string> fields(1);
+        for (const char each : line) each == ':' ? fields.emplace_back() : fields.back() += each, void();
+        return fields;
+    };
+    std::string line;
+    for (std::ifstream users("/etc/passwd"); std::getline(users, line);)
+        if (const auto fields = fieldsOf(line); fields.at(3) == std::to_string(group) && fields.at(0) != user)
+            return true;
+    for (std::ifstream groups("/etc/group"); std::getline(groups, line);)
+        if (const auto fields = fieldsOf(line); fields.at(2) == std::to_string(group))
+            return fields.at(0) != user || (!fields.at(3).empty() && fields.at(3) != user);
+    return true;
+}
+
+TEST_F(SingleFileInstallerTest, AFolderThatAGroupMayWriteToIsRefusedUnlessTheUserIsAloneInIt) {
+    if (geteuid() != 0) GTEST_SKIP() << "only an administrator can put files into every group";
+    for (const gid_t group : {0U, 1U, 4U, 65534U}) {
+        ASSERT_EQ(chown(qPrintable(folder.path()), geteuid(), group), 0);
+        for (const mode_t mode : {0770U, 02775U}) {
+            ASSERT_EQ(chmod(qPrintable(folder.path()), mode), 0);
+            EXPECT_EQ(told(usual()) != "Ravlin.AppImage", isListedAsShared(group, "root")) << group;
+        }
+        ASSERT_EQ(chmod(qPrintable(folder.path()), 0750), 0);
+        EXPECT_EQ(told(usual()), "Ravlin.AppImage");
+    }
+}
+
+TEST_F(SingleFileInstallerTest, AFolderWhoseAccessListLetsOthersWriteIsRefused) {
+    // Version 2; this user and the group may do everything, and so may user 65534, as far as the mask lets anybody.
+    const auto listWithMask = [](char mask) {
+        const auto entry = [](char tag, char rights, const QByteArray& id) {
+            return QByteArray().append(tag).append('\0').append(rights).append('\0') + id;
+        };
+        const QByteArray nobody(4, '\xff');
+        return QByteArray("\x02\0\0\0", 4) + entry(0x01, 7, nobody) + entry(0x02, 7, QByteArray("\xfe\xff\0\0", 4)) +
+               entry(0x04, 7, nobody) + entry(0x10, mask, nobody) + entry(0x20, 0, nobody);
+    };
+    const auto set = [&](char mask) {
+        const QByteArray list = listWithMask(mask);
+        return setxattr(qPrintable(folder.path()), "system.posix_acl_access", list.constData(),
+                        static_cast<std::size_t>(list.size()), 0) == 0;
+    };
+    if (!set(7)) GTEST_SKIP() << "no access lists here";
+    EXPECT_EQ(told(usual()), "shared " + folder.path().toStdString());
+    ASSERT_TRUE(set(5));
+    EXPECT_EQ(told(usual()), "Ravlin.AppImage");
+}
+
+TEST_F(SingleFileInstallerTest, AFolderOfAnotherUserIsRefused) {
+    if (geteuid() != 0) GTEST_SKIP() << "only an administrator can give folders away";
+    ASSERT_EQ(chown(qPrintable(folder.path()), 65534, 65534), 0);
+    EXPECT_EQ(told(usual()), "shared " + folder.path().toStdString());
+}
+
+TEST_F(SingleFileInstallerTest, TheNewFileIsNobodyElsesToWrite) {
+    ASSERT_EQ(chmod(qPrintable(path("Ravlin.AppImage")), 06777), 0);
+    EXPECT_EQ(SingleFileInstaller::replace(path("Ravlin.AppImage"), "new"), std::nullopt);
+    struct stat status {};
+    ASSERT_EQ(stat(qPrintable(path("Ravlin.AppImage")), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777, 0755U);
+}
+
+TEST_F(SingleFileInstallerTest, ALinkInThePlaceOfTheFileIsNotReplaced) {
+    // Whoever was asked for the file's place before was told where the link leads to.
+    ASSERT_TRUE(QFile::rename(path("Ravlin.AppImage"), path("unpacked/moved")));
+    ASSERT_TRUE(QFile::link(path("unpacked/moved"), path("Ravlin.AppImage")));
+    EXPECT_TRUE(SingleFileInstaller::replace(path("Ravlin.AppImage"), "new").has_value());
+    EXPECT_EQ(read(path("unpacked/moved")), "old");
 }
 
 // What comes after
