@@ -24,6 +24,37 @@ std::optional<QByteArray> decode(QByteArrayView base64, qsizetype size) {
     return decoded.decoded;
 }
 
+/// Fills the bytes between the first and the last.
+consteval PublicKey withEnds(unsigned char first, unsigned char middle, unsigned char last) {
+    PublicKey key{};
+    key.fill(middle);
+    key.front() = first;
+    key.back() = last;
+    return key;
+}
+
+constexpr unsigned char kSignOfX = 0x80;  // in the last byte
+
+/// The y of the eight points whose multiples are nobody's secret, as they may be written: 0, 1 and -1, the first two
+/// also as themselves plus the prime 2^255 - 19, and the two y of the points of order eight: d y^4 + 2 y^2 = 1 (from
+/// the doubling of RFC 8032, section 5.1.4, whose result has y = 0 then).
+constexpr std::array<PublicKey, 7> kSmallOrder = {
+    withEnds(0, 0, 0),
+    withEnds(1, 0, 0),
+    withEnds(0xEC, 0xFF, 0x7F),  // -1
+    withEnds(0xED, 0xFF, 0x7F),  // 0
+    withEnds(0xEE, 0xFF, 0x7F),  // 1
+    PublicKey{0x26, 0xE8, 0x95, 0x8F, 0xC2, 0xB2, 0x27, 0xB0, 0x45, 0xC3, 0xF4, 0x89, 0xF2, 0xEF, 0x98, 0xF0,
+              0xD5, 0xDF, 0xAC, 0x05, 0xD3, 0xC6, 0x33, 0x39, 0xB1, 0x38, 0x02, 0x88, 0x6D, 0x53, 0xFC, 0x05},
+    PublicKey{0xC7, 0x17, 0x6A, 0x70, 0x3D, 0x4D, 0xD8, 0x4F, 0xBA, 0x3C, 0x0B, 0x76, 0x0D, 0x10, 0x67, 0x0F,
+              0x2A, 0x20, 0x53, 0xFA, 0x2C, 0x39, 0xCC, 0xC6, 0x4E, 0xC7, 0xFD, 0x77, 0x92, 0xAC, 0x03, 0x7A},
+};
+
+bool isOfSmallOrder(PublicKey key) {
+    key.back() &= static_cast<unsigned char>(~kSignOfX);
+    return std::ranges::find(kSmallOrder, key) != kSmallOrder.end();
+}
+
 bool isSignedBy(const PublicKey& key, QByteArrayView message, QByteArrayView signature) {
     const std::unique_ptr<EVP_PKEY, decltype(&EVP_PKEY_free)> publicKey(
         EVP_PKEY_new_raw_public_key(EVP_PKEY_ED25519, nullptr, key.data(), key.size()), &EVP_PKEY_free);
@@ -42,7 +73,7 @@ std::optional<PublicKey> Signature::parsePublicKey(QByteArrayView base64) {
     const std::optional<QByteArray> bytes = decode(base64, static_cast<qsizetype>(key.size()));
     if (!bytes) return std::nullopt;
     std::ranges::copy(*bytes, key.begin());
-    return key;
+    return isOfSmallOrder(key) ? std::nullopt : std::optional(key);
 }
 
 bool Signature::isGenuine(QByteArrayView message, QByteArrayView base64, const std::vector<PublicKey>& keys) {

@@ -1,6 +1,11 @@
 #include "Updater/Signature.h"
 #include "tests/updater/SigningKey.h"
 
+#include <openssl/bn.h>
+
+#include <algorithm>
+#include <memory>
+
 #include <gtest/gtest.h>
 
 namespace ravlin {
@@ -80,6 +85,104 @@ TEST(Signature, AKeyIsExactly32BytesOfBase64) {
     for (const QByteArray& other : {QByteArray(), bytes, bytes.toHex(), QByteArray(31, 'k').toBase64(),
                                     QByteArray(33, 'k').toBase64(), bytes.toBase64() + " "}) {
         EXPECT_FALSE(Signature::parsePublicKey(other).has_value()) << other.toStdString();
+    }
+}
+
+// Arithmetic modulo the prime of Curve25519, to find out which points the rejected keys are.
+class Field {
+public:
+    using Number = std::unique_ptr<BIGNUM, decltype(&BN_free)>;
+
+    Field() {
+        BN_set_bit(prime_.get(), 255);
+        BN_sub_word(prime_.get(), 19);
+    }
+    static Number make(BN_ULONG value) {
+        Number number(BN_new(), &BN_free);
+        BN_set_word(number.get(), value);
+        return number;
+    }
+    static Number read(const PublicKey& littleEndian) {
+        Number number(BN_lebin2bn(littleEndian.data(), static_cast<int>(littleEndian.size()), nullptr), &BN_free);
+        BN_clear_bit(number.get(), 255);  // the sign of x
+        return number;
+    }
+    Number times(const Number& a, const Number& b) const {
+        Number result = make(0);
+        BN_mod_mul(result.get(), a.get(), b.get(), prime_.get(), context_.get());
+        return result;
+    }
+    Number plus(const Number& a, const Number& b) const {
+        Number result = make(0);
+        BN_mod_add(result.get(), a.get(), b.get(), prime_.get(), context_.get());
+        return result;
+    }
+    /// d = -121665 / 121666.
+    Number d() const {
+        const Number inverse(BN_mod_inverse(nullptr, make(121666).get(), prime_.get(), context_.get()), &BN_free);
+        Number result = times(make(121665), inverse);
+        BN_sub(result.get(), prime_.get(), result.get());
+        return result;
+    }
+    bool isZero(const Number& number) const {
+        Number rest = make(0);
+        BN_nnmod(rest.get(), number.get(), prime_.get(), context_.get());
+        return BN_is_zero(rest.get());
+    }
+    Number minusOne() const {
+        Number result(BN_dup(prime_.get()), &BN_free);
+        BN_sub_word(result.get(), 1);
+        return result;
+    }
+
+private:
+    std::unique_ptr<BN_CTX, decltype(&BN_CTX_free)> context_{BN_CTX_new(), &BN_CTX_free};
+    Number prime_ = make(0);
+};
+
+/// Whether eight times a point with this y is the neutral one: y (y^2 - 1) (d y^4 + 2 y^2 - 1) = 0.
+bool hasSmallOrder(const PublicKey& key) {
+    const Field field;
+    const Field::Number y = Field::read(key);
+    const Field::Number square = field.times(y, y);
+    const Field::Number quartic = field.plus(field.times(field.times(field.d(), square), square),
+                                             field.plus(field.times(Field::make(2), square), field.minusOne()));
+    return field.isZero(field.times(field.times(y, field.plus(square, field.minusOne())), quartic));
+}
+
+const char* const kSmallOrder[] = {
+    "0000000000000000000000000000000000000000000000000000000000000000",
+    "0100000000000000000000000000000000000000000000000000000000000000",
+    "26e8958fc2b227b045c3f489f2ef98f0d5dfac05d3c63339b13802886d53fc05",
+    "c7176a703d4dd84fba3c0b760d10670f2a2053fa2c39ccc64ec7fd7792ac037a",
+    "ecffffffffffffffffffffffffffffffffffffffffffffffffffffffffffff7f",
+    "edffffffffffffffffffffffffffffffffffffffffffffffffffffffffffff7f",
+    "eeffffffffffffffffffffffffffffffffffffffffffffffffffffffffffff7f",
+};
+
+TEST(Signature, PointsOfSmallOrderAreNoKeys) {
+    for (const char* const hex : kSmallOrder) {
+        for (const int sign : {0, 0x80}) {
+            QByteArray bytes = QByteArray::fromHex(hex);
+            bytes.back() = static_cast<char>(bytes.back() | sign);
+            PublicKey key{};
+            std::ranges::copy(bytes, key.begin());
+            EXPECT_TRUE(hasSmallOrder(key)) << hex;
+            EXPECT_FALSE(Signature::parsePublicKey(bytes.toBase64()).has_value()) << hex;
+        }
+    }
+}
+
+TEST(Signature, TheirNeighboursAreKeys) {
+    for (const char* const hex : kSmallOrder) {
+        for (const int index : {1, 16, 30}) {
+            QByteArray bytes = QByteArray::fromHex(hex);
+            bytes[index] = static_cast<char>(bytes[index] ^ 1);
+            PublicKey key{};
+            std::ranges::copy(bytes, key.begin());
+            EXPECT_FALSE(hasSmallOrder(key)) << hex;
+            EXPECT_TRUE(Signature::parsePublicKey(bytes.toBase64()).has_value()) << hex;
+        }
     }
 }
 

@@ -100,6 +100,9 @@ TEST_F(UpdateSettingsTest, WhatCannotBeUsedIsAProblem) {
         "[Update]\nInstallKind=appimage\nFeedURL=https://ravlin.example/\nPublicEDKey=AAAA\n",
         "[Update]\nInstallKind=appimage\nFeedURL=https://ravlin.example/\nPublicEDKey=" +
             SigningKey(1).publicKeyText() + ",AAAA\n",
+        // A key that anybody can "sign" with.
+        "[Update]\nInstallKind=appimage\nFeedURL=https://ravlin.example/\nPublicEDKey=" +
+            SigningKey(1).publicKeyText() + "," + QByteArray(32, '\0').toBase64() + "\n",
     };
     for (const QByteArray& text : bad) EXPECT_FALSE(read(text).problem.isEmpty()) << text.toStdString();
 }

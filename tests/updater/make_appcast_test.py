@@ -156,6 +156,61 @@ class MakeAppcast(unittest.TestCase):
         self.assert_refused("is not an Ed25519 key", key="other.pem")
         self.assert_refused("is not a private key", key="Ravlin.AppImage")
 
+    def test_a_file_with_a_key_that_anybody_can_sign_with_is_refused(self):
+        encodings = small_order_encodings()
+        self.assertEqual(len(encodings), 14)
+        for each in encodings:
+            self.make_file([self.public_key("key.pem"), base64.b64encode(each).decode()])
+            self.assert_refused("has a key that anybody can sign with")
+
+    def test_a_file_with_a_key_that_is_none_is_refused(self):
+        for other in ("AAAA", "", "no Base64", base64.b64encode(bytes(33)).decode()):
+            self.make_file([self.public_key("key.pem"), other])
+            self.assert_refused("has a key that is none")
+
+
+# Curve25519 in the coordinates of RFC 8032, section 5.1, as plainly as can be.
+
+PRIME = 2**255 - 19
+D = -121665 * pow(121666, -1, PRIME) % PRIME
+ORDER = 2**252 + 27742317777372353535851937790883648493  # of the base point; all points are eight times as many
+
+
+def add(first, second):
+    (x1, y1), (x2, y2) = first, second
+    product = D * x1 * x2 * y1 * y2
+    return ((x1 * y2 + x2 * y1) * pow(1 + product, -1, PRIME) % PRIME,
+            (y1 * y2 + x1 * x2) * pow(1 - product, -1, PRIME) % PRIME)
+
+
+def multiply(factor, point):
+    result = (0, 1)
+    for digit in f"{factor:b}":
+        result = add(result, result)
+        if digit == "1":
+            result = add(result, point)
+    return result
+
+
+def point_with(y):
+    """A point with this y, or None."""
+    square = (y * y - 1) * pow(D * y * y + 1, -1, PRIME) % PRIME
+    root = pow(square, (PRIME + 3) // 8, PRIME)
+    for x in (root, root * pow(2, (PRIME - 1) // 4, PRIME) % PRIME):
+        if x * x % PRIME == square:
+            return (x, y)
+    return None
+
+
+def small_order_encodings():
+    """Every 32 bytes that may be read as a point of order 1, 2, 4 or 8."""
+    parts = (multiply(ORDER, point) for point in map(point_with, range(2, 100)) if point)
+    generator = next(part for part in parts if multiply(4, part) != (0, 1))
+    points = [multiply(factor, generator) for factor in range(8)]
+    assert len(set(points)) == 8 and multiply(8, generator) == (0, 1)
+    return {(y + more + sign).to_bytes(32, "little") for _, y in points for more in (0, PRIME) for sign in (0, 2**255)
+            if y + more < 2**255}
+
 
 if __name__ == "__main__":
     unittest.main()
