@@ -11,10 +11,11 @@ struct Launch {
     QString activationToken;  // Wayland
     QByteArray startupId;     // X11
 
+    /// What came from elsewhere, empty where it is longer than any desktop makes it.
+    static Launch of(const QString& activationToken, const QByteArray& startupId);
+
     /// How this process was started.
-    static Launch fromEnvironment() {
-        return {qEnvironmentVariable("XDG_ACTIVATION_TOKEN"), qgetenv("DESKTOP_STARTUP_ID")};
-    }
+    static Launch fromEnvironment();
 };
 
 }  // namespace ravlin

@@ -1,5 +1,7 @@
 #include "App/SingleInstance.h"
 
+#include "Platform/Desktop/DBusLimits.h"
+
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 
@@ -13,6 +15,12 @@ constexpr QLatin1String kStartupId("desktop-startup-id");
 
 /// The first instance answers at once unless it is waiting for a hung clipboard, and that wait has this limit as well.
 constexpr int kAnswerLimit = 2500;  // ms
+
+/// The text of this name; "" where there is none, or something else.
+QString textIn(const QVariantMap& platformData, QLatin1String name) {
+    const QVariant value = platformData.value(name);
+    return value.userType() == QMetaType::QString ? DBusLimits::accept(value.toString()) : QString();
+}
 
 }  // namespace
 
@@ -49,8 +57,7 @@ bool SingleInstance::activateOther(const Launch& launch) {
 }
 
 void SingleInstance::Activate(const QVariantMap& platformData) {
-    Q_EMIT activated(
-        {platformData.value(kActivationToken).toString(), platformData.value(kStartupId).toString().toLatin1()});
+    Q_EMIT activated(Launch::of(textIn(platformData, kActivationToken), textIn(platformData, kStartupId).toLatin1()));
 }
 
 void SingleInstance::Open(const QStringList& /*uris*/, const QVariantMap& platformData) {

@@ -24,6 +24,16 @@ constexpr uint kBlockedPackage = 9;  // of a package: it cannot be updated now
 constexpr uint kInstalling = 9;      // of a status
 constexpr uint kUpdating = 10;
 
+// Of what PackageKit says: more than any system has honest reasons for.
+constexpr qsizetype kMaxPackages = 100'000;
+constexpr qsizetype kMaxIdentifierSize = 1024;  // UTF-16 units
+constexpr qsizetype kMaxDetailSize = 200;       // which a window can show
+
+QString detailOf(const QString& text) {
+    const QString start = text.left(4 * kMaxDetailSize).simplified();
+    return start.size() <= kMaxDetailSize ? start : start.left(kMaxDetailSize - 1) + QChar(0x2026);
+}
+
 QDBusMessage messageTo(const QString& path, const QString& interface, const QString& method,
                        const QVariantList& arguments) {
     QDBusMessage message = QDBusMessage::createMethodCall(service(), path, interface, method);
@@ -67,7 +77,7 @@ void PackageKitTransaction::handleCreated(const QDBusPendingCallWatcher& created
     QDBusPendingCallWatcher* const started = call(messageTo(path_, transactionInterface(), method, arguments));
     connect(started, &QDBusPendingCallWatcher::finished, this, [this, started] {
         if (!started->isError()) return;
-        result_.detail = started->error().message();
+        result_.detail = detailOf(started->error().message());
         end(result_);
     });
 }
@@ -91,12 +101,13 @@ void PackageKitTransaction::cancel() {
 }
 
 void PackageKitTransaction::addPackage(uint info, const QString& identifier, const QString& /*summary*/) {
-    if (info != kBlockedPackage) result_.packages.append(identifier);
+    const bool isAcceptable = identifier.size() <= kMaxIdentifierSize && result_.packages.size() < kMaxPackages;
+    if (info != kBlockedPackage && isAcceptable) result_.packages.append(identifier);
 }
 
 void PackageKitTransaction::noteError(uint code, const QString& details) {
     result_.error = static_cast<Error>(code);
-    result_.detail = details.simplified();
+    result_.detail = detailOf(details);
 }
 
 void PackageKitTransaction::noteProperties(const QString& /*interface*/, const QVariantMap& changed,

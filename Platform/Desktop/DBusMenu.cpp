@@ -1,9 +1,12 @@
 #include "Platform/Desktop/DBusMenu.h"
 
+#include "Platform/Desktop/DBusLimits.h"
+
 #include <QDBusError>
 #include <QDBusMetaType>
 #include <QGuiApplication>
 
+#include <algorithm>
 #include <utility>
 
 namespace ravlin {
@@ -62,8 +65,16 @@ void DBusMenu::refuse(int id) {
     if (calledFromDBus()) sendErrorReply(QDBusError::InvalidArgs, QStringLiteral("No menu entry %1").arg(id));
 }
 
+/// Refuses a call with a longer list than any host has reason to send; else answers false.
+bool DBusMenu::refuseTooMany(qsizetype count) {
+    if (count <= DBusLimits::kMaxListSize) return false;
+    if (calledFromDBus()) sendErrorReply(QDBusError::LimitsExceeded, QStringLiteral("Too many at once"));
+    return true;
+}
+
 uint DBusMenu::GetLayout(int parentId, int recursionDepth, const QStringList& propertyNames,
                          DBusMenuLayoutItem& layout) {
+    if (refuseTooMany(propertyNames.size())) return 0;
     if (!knows(parentId)) {
         refuse(parentId);
         return 0;
@@ -78,6 +89,7 @@ uint DBusMenu::GetLayout(int parentId, int recursionDepth, const QStringList& pr
 
 QList<DBusMenuItem> DBusMenu::GetGroupProperties(const QList<int>& ids, const QStringList& propertyNames) {
     QList<DBusMenuItem> items;
+    if (refuseTooMany(std::max(ids.size(), propertyNames.size()))) return items;
     for (int id = 0; id <= entries_.size(); ++id)
         if (ids.isEmpty() || ids.contains(id)) items.append({id, properties(id, propertyNames)});
     return items;
@@ -90,7 +102,7 @@ QDBusVariant DBusMenu::GetProperty(int id, const QString& name) {
 }
 
 bool DBusMenu::handle(int id, const QString& eventId) {
-    if (!knows(id)) return false;
+    if (!knows(id) || eventId.size() > DBusLimits::kMaxStringSize) return false;
     if (id != kMenuId && eventId == QLatin1String("clicked")) entries_[id - 1]->trigger();
     return true;
 }
@@ -101,6 +113,7 @@ void DBusMenu::Event(int id, const QString& eventId, const QDBusVariant& /*data*
 
 QList<int> DBusMenu::EventGroup(const QList<DBusMenuEvent>& events) {
     QList<int> unknown;
+    if (refuseTooMany(events.size())) return unknown;
     for (const DBusMenuEvent& event : events)
         if (!handle(event.id, event.eventId)) unknown.append(event.id);
     return unknown;
@@ -112,6 +125,7 @@ bool DBusMenu::AboutToShow(int id) {
 }
 
 QList<int> DBusMenu::AboutToShowGroup(const QList<int>& ids, QList<int>& idErrors) {
+    if (refuseTooMany(ids.size())) return {};
     for (const int id : ids)
         if (!knows(id)) idErrors.append(id);
     return {};

@@ -115,6 +115,7 @@ private:
     bool knows(int id) const { return id >= 0 && id <= entries_.size(); }
     QVariantMap properties(int id, const QStringList& names = {}) const;
     void refuse(int id);
+    bool refuseTooMany(qsizetype count);
     bool handle(int id, const QString& eventId);
     void announceChange(int id);
 

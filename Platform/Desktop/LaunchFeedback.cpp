@@ -21,11 +21,25 @@ xcb_window_t rootWindow(xcb_connection_t* connection) {
     return xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
 }
 
-xcb_atom_t atom(xcb_connection_t* connection, std::string_view name) {
-    const auto cookie = xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
+/// What the first message is called, and what each further one.
+struct MessageTypes {
+    xcb_atom_t begin;
+    xcb_atom_t next;
+};
+
+xcb_atom_t atomOf(xcb_connection_t* connection, xcb_intern_atom_cookie_t question) {
     const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> reply(
-        xcb_intern_atom_reply(connection, cookie, nullptr), &std::free);
+        xcb_intern_atom_reply(connection, question, nullptr), &std::free);
     return reply == nullptr ? xcb_atom_t{XCB_ATOM_NONE} : reply->atom;
+}
+
+MessageTypes messageTypes(xcb_connection_t* connection) {
+    const auto ask = [&](std::string_view name) {
+        return xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
+    };
+    const auto begin = ask("_NET_STARTUP_INFO_BEGIN");
+    const auto next = ask("_NET_STARTUP_INFO");
+    return {atomOf(connection, begin), atomOf(connection, next)};
 }
 
 /// Sends a text to every program of the desktop, in messages of 20 bytes that belong together by their window. The
@@ -35,20 +49,22 @@ void broadcast(xcb_connection_t* connection, xcb_window_t sender, const QByteArr
     message.response_type = XCB_CLIENT_MESSAGE;
     message.format = 8;
     message.window = sender;
-    message.type = atom(connection, "_NET_STARTUP_INFO_BEGIN");
+    const MessageTypes types = messageTypes(connection);
+    message.type = types.begin;
     for (qsizetype sent = 0; sent <= text.size(); sent += qsizetype(sizeof(message.data.data8))) {
         std::ranges::fill(message.data.data8, std::uint8_t{0});
         std::ranges::copy(text.mid(sent, qsizetype(sizeof(message.data.data8))), message.data.data8);
         xcb_send_event(connection, 0, rootWindow(connection), XCB_EVENT_MASK_PROPERTY_CHANGE,
                        reinterpret_cast<const char*>(&message));
-        message.type = atom(connection, "_NET_STARTUP_INFO");
+        message.type = types.next;
     }
 }
 
 }  // namespace
 
 void finish(const QByteArray& startupId) {
-    xcb_connection_t* const x11 = startupId.isEmpty() ? nullptr : connection();
+    const bool isId = !startupId.isEmpty() && startupId.size() <= kMaxIdSize;
+    xcb_connection_t* const x11 = isId ? connection() : nullptr;
     if (x11 == nullptr) return;
     QByteArray quoted = startupId;
     quoted.replace('\\', "\\\\").replace('"', "\\\"");

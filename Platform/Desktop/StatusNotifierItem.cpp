@@ -1,5 +1,6 @@
 #include "Platform/Desktop/StatusNotifierItem.h"
 
+#include "Platform/Desktop/DBusLimits.h"
 #include "Platform/Desktop/DBusMenu.h"
 #include "Platform/Desktop/StatusIcon.h"
 
@@ -144,7 +145,7 @@ void StatusNotifierItem::ContextMenu(int x, int y) {
 void StatusNotifierItem::Scroll(int /*delta*/, const QString& /*orientation*/) {}
 
 void StatusNotifierItem::ProvideXdgActivationToken(const QString& token) {
-    activationToken_ = token;
+    activationToken_ = DBusLimits::accept(token);
 }
 
 }  // namespace ravlin

@@ -71,6 +71,31 @@ TEST(LaunchFeedback, EscapesQuotes) {
     EXPECT_EQ(listener.launchMessage(), R"(remove: ID="a\"b\\c")");
 }
 
+/// How many requests this process has sent to the X server.
+unsigned requests() {
+    xcb_connection_t* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>()->connection();
+    const auto cookie = xcb_get_input_focus(x11);
+    std::free(xcb_get_input_focus_reply(x11, cookie, nullptr));
+    return cookie.sequence;
+}
+
+TEST(LaunchFeedback, ALongIdIsNoLongerToSendThanItsMessages) {
+    const Listener listener;
+    const QByteArray id(LaunchFeedback::kMaxIdSize, 'x');
+    const unsigned before = requests();
+    LaunchFeedback::finish(id);
+    const unsigned messages = unsigned(listener.launchMessage().size()) / 20 + 1;
+    EXPECT_LT(requests() - before, messages + 8);
+}
+
+TEST(LaunchFeedback, AnIdThatNoLauncherMakesIsNotSent) {
+    const Listener listener;
+    LaunchFeedback::finish(QByteArray(LaunchFeedback::kMaxIdSize + 1, 'x'));
+    LaunchFeedback::finish(QByteArray(1 << 20, 'x'));
+    LaunchFeedback::finish("next");
+    EXPECT_EQ(listener.launchMessage(), "remove: ID=\"next\"");
+}
+
 TEST(LaunchFeedback, SaysNothingWithoutAnId) {
     const Listener listener;
     LaunchFeedback::finish({});

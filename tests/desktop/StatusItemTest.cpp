@@ -191,6 +191,19 @@ TEST(StatusItemActivation, CarriesTheHostsTokenOnce) {
     EXPECT_EQ(activated[1][1].toString(), QString());
 }
 
+TEST(StatusItemActivation, ATokenThatNoDesktopMakesIsForgotten) {
+    const Desktop desktop;
+    QSignalSpy activated(&desktop.item, &StatusItem::activated);
+    for (const int size : {1024, 1025, 1 << 24}) {
+        desktop.askItem("ProvideXdgActivationToken", {QString(size, QLatin1Char('x'))});
+        desktop.askItem("Activate", {900, 12});
+    }
+    ASSERT_EQ(activated.size(), 3);
+    EXPECT_EQ(activated[0][1].toString().size(), 1024);
+    EXPECT_EQ(activated[1][1].toString(), QString());
+    EXPECT_EQ(activated[2][1].toString(), QString());
+}
+
 TEST(StatusItemActivation, IgnoresTheWheel) {
     const Desktop desktop;
     QSignalSpy activated(&desktop.item, &StatusItem::activated);
@@ -293,6 +306,30 @@ TEST(StatusItemMenu, ShowsOffWhileNoCheckForUpdatesCanStart) {
     desktop.item.setCanCheckForUpdates(true);
     EXPECT_TRUE(eventually([&] { return updated.messages().size() == 2; }));
     EXPECT_EQ(entries(layout(desktop, 0, -1))[1], "2 Check for Updates\u2026");
+}
+
+TEST(StatusItemMenu, RefusesMoreThanAHostHasReasonToSend) {
+    const Desktop desktop;
+    QSignalSpy open(&desktop.item, &StatusItem::openRequested);
+    const QStringList names(1001, QStringLiteral("label"));
+    const QList<int> ids(1001, 1);
+    const QList<DBusMenuEvent> events(1001, {1, QStringLiteral("clicked"), QDBusVariant(0), 0});
+    const QString longEvent(1025, QLatin1Char('x'));
+    const std::vector<std::pair<const char*, QVariantList>> calls = {
+        {"GetLayout", {0, -1, names}},
+        {"GetGroupProperties", {QVariant::fromValue(ids), QStringList()}},
+        {"GetGroupProperties", {QVariant::fromValue(QList<int>()), names}},
+        {"GetProperty", {1, QString(1 << 24, QLatin1Char('x'))}},
+        {"Event", {1, longEvent, QVariant::fromValue(QDBusVariant(0)), 0U}},
+        {"EventGroup", {QVariant::fromValue(events)}},
+        {"AboutToShowGroup", {QVariant::fromValue(ids)}},
+    };
+    for (const auto& [method, arguments] : calls)
+        EXPECT_EQ(desktop.askMenu(method, arguments).type(), QDBusMessage::ErrorMessage) << method;
+    EXPECT_TRUE(open.isEmpty());
+    const QDBusMessage most =
+        desktop.askMenu("GetGroupProperties", {QVariant::fromValue(ids.first(1000)), names.first(1000)});
+    EXPECT_EQ(most.type(), QDBusMessage::ReplyMessage);
 }
 
 TEST(StatusItemMenu, RefusesUnknownEntries) {

@@ -180,5 +180,21 @@ TEST_F(PackageKitSourceTest, CancellingIsPassedOn) {
     EXPECT_EQ(packageKit().transaction.calls.back(), "Cancel 0 ");
 }
 
+TEST_F(PackageKitSourceTest, WhatIsTooLongToBeTrueIsNotTaken) {
+    offer(("ravlin;" + std::string(1024, '9') + ";amd64;stable").c_str());
+    packageKit().transaction.onResolve = [this] {
+        service->package(kInstalled, "ravlin;1.0.0-1;amd64;installed");
+        service->finished(kSuccess);
+    };
+    EXPECT_EQ(check(), "up to date 1.0.0");
+    offer("ravlin;1.1.0-1;amd64;stable");
+    EXPECT_EQ(check(), "found 1.1.0-1");
+    packageKit().transaction.onUpdate = [this] {
+        service->errorCode(8, std::string(1 << 20, 'x').c_str());
+        service->finished(kFailed);
+    };
+    EXPECT_EQ(install(), "not installed: " + std::string(199, 'x') + "\u2026");
+}
+
 }  // namespace
 }  // namespace ravlin
