@@ -1,5 +1,6 @@
 #include "App/RavlinApp.h"
 
+#include "App/SessionBus.h"
 #include "Platform/Desktop/LaunchFeedback.h"
 #include "Platform/Desktop/LayerShell.h"
 #include "Updater/SingleFileInstaller.h"
@@ -9,6 +10,8 @@
 
 #include <chrono>
 #include <csignal>
+#include <cstdlib>
+#include <iostream>
 
 #include <malloc.h>
 
@@ -39,21 +42,45 @@ void describeApplication() {
     QGuiApplication::setQuitOnLastWindowClosed(false);
 }
 
+const char* textOf(const char* variable) {
+    const char* const value = std::getenv(variable);
+    return value == nullptr ? "not set" : value;
+}
+
+/// Stands in for Qt's own handling of messages while the application is made: Qt knows nothing else than to abort where
+/// there is no display.
+void endWithoutDisplay(QtMsgType type, const QMessageLogContext& /*context*/, const QString& /*message*/) {
+    if (type != QtFatalMsg) return;
+    std::cerr << "ravlin: no display can be opened (WAYLAND_DISPLAY is " << textOf("WAYLAND_DISPLAY")
+              << ", DISPLAY is " << textOf("DISPLAY") << ")\n";
+    std::_Exit(EXIT_FAILURE);
+}
+
+/// What a start comes to that has found another Ravlin.
+int statusOf(SingleInstance::Role role) {
+    if (role == SingleInstance::Role::second) return EXIT_SUCCESS;
+    std::cerr << "ravlin: it runs already, but does not answer; was it stopped?\n";
+    return EXIT_FAILURE;
+}
+
 }  // namespace
 
 int RavlinApp::main(int argc, char** argv) {
     // A program that stops reading the clipboard halfway must not take this one down.
     std::signal(SIGPIPE, SIG_IGN);  // NOLINT(cert-err33-c): cannot fail for this signal
     giveLargeMemoryBack();
+    SessionBus::avoidIfSilent();
     const Launch launch = Launch::fromEnvironment();
     std::unique_ptr<SystemPasteboard> pasteboard;
     QString successor;
     {
         SingleInstance instance;
-        if (instance.claim(launch) == SingleInstance::Role::second) return 0;
+        if (const auto role = instance.claim(launch); role != SingleInstance::Role::first) return statusOf(role);
         describeApplication();
         LayerShell::prepare();
+        qInstallMessageHandler(&endWithoutDisplay);
         const QApplication application(argc, argv);
+        qInstallMessageHandler(nullptr);
         RavlinApp ravlin(instance, launch);
         QApplication::exec();
         pasteboard = ravlin.releasePasteboard();

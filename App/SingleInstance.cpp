@@ -37,8 +37,8 @@ SingleInstance::Role SingleInstance::claim(const Launch& launch) {
     bus_.registerObject(kPath, this, QDBusConnection::ExportScriptableContents);
     if (takeName()) return Role::first;
     if (activateOther(launch)) return Role::second;
-    // The other process has ended meanwhile, or it is busy and will read the message later.
-    return takeName() ? Role::first : Role::second;
+    // The other process may have ended meanwhile.
+    return takeName() ? Role::first : Role::silent;
 }
 
 bool SingleInstance::takeName() {

@@ -21,6 +21,7 @@ public:
     enum class Role : std::uint8_t {
         first,   // this process is the program, with or without a session bus
         second,  // another one is, and has been asked to show its panel
+        silent,  // another one is, and does not answer: it has been stopped, or is busy and will show its panel later
     };
 
     SingleInstance();

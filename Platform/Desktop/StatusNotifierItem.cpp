@@ -4,7 +4,6 @@
 #include "Platform/Desktop/DBusMenu.h"
 #include "Platform/Desktop/StatusIcon.h"
 
-#include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QDBusPendingCallWatcher>
@@ -25,6 +24,16 @@ QDBusMessage watcherCall(const QString& interface, const QString& method, const 
     call.setAutoStartService(false);  // a desktop without a tray shall not get one from us
     call.setArguments(arguments);
     return call;
+}
+
+/// Waits for the bus, but not for one that has been stopped.
+bool isWatcherThere(const QDBusConnection& bus) {
+    constexpr int kAnswerLimit = 1000;  // ms
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+                                       QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameHasOwner"));
+    call << QString(kWatcherService);
+    return bus.call(call, QDBus::Block, kAnswerLimit).arguments().value(0).toBool();
 }
 
 StatusNotifierPixmap travelling(const QImage& image) {
@@ -63,7 +72,7 @@ void StatusNotifierItem::start() {
 }
 
 bool StatusNotifierItem::hasMetWatcher() {
-    if (!hasMetWatcher_ && bus_.isConnected()) hasMetWatcher_ = bus_.interface()->isServiceRegistered(kWatcherService);
+    if (!hasMetWatcher_ && bus_.isConnected()) hasMetWatcher_ = isWatcherThere(bus_);
     return hasMetWatcher_;
 }
 
