@@ -7,7 +7,10 @@
 #include <QCursor>
 #include <QEvent>
 #include <QGuiApplication>
+#include <QScreen>
 #include <QWindow>
+
+#include <optional>
 
 namespace ravlin {
 namespace {
@@ -16,8 +19,15 @@ namespace {
 /// the button is released, and through another process.
 constexpr qint64 kClickDuration = 500;  // ms
 
+/// How thick the bars of a desktop may be, all together, that does not tell.
+constexpr int kBarAllowance = 64;  // device-independent pixels
+
 bool isWayland() {
     return QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+}
+
+QRect pointer() {
+    return {QCursor::pos(), QSize(1, 1)};
 }
 
 }  // namespace
@@ -36,12 +46,12 @@ void PanelPresenter::toggle(const QRect& icon, const QString& activationToken) {
     if (isOpen()) {
         panel_->hide();
     } else if (!wasClosedByThisClick()) {
-        openAt(icon.isNull() ? QRect(QCursor::pos(), QSize(1, 1)) : icon, activationToken);
+        openAt(icon.isEmpty() ? pointer() : icon, activationToken);
     }
 }
 
 void PanelPresenter::open(const QString& activationToken) {
-    openAt(isOpen() ? anchor_ : QRect(QCursor::pos(), QSize(1, 1)), activationToken);
+    openAt(pointer(), activationToken);
 }
 
 bool PanelPresenter::isOpen() const {
@@ -64,7 +74,9 @@ MenuView& PanelPresenter::panel() {
             panel_->installEventFilter(this);
             connect(layerShell_.get(), &LayerShell::closed, panel_.get(), &MenuView::hide);
         }
-        connect(panel_.get(), &MenuView::resized, this, &PanelPresenter::place);
+        connect(panel_.get(), &MenuView::resized, this, [this] {
+            if (layerShell_ != nullptr) layerShell_->resize(panel_->size());
+        });
         connect(panel_.get(), &MenuView::quitRequested, this, &PanelPresenter::quitRequested);
         connect(panel_.get(), &MenuView::dismissedByFocusLoss, this, [this] { sinceDismissal_.start(); });
     }
@@ -76,32 +88,42 @@ void PanelPresenter::openAt(const QRect& anchor, const QString& activationToken)
     if (isWayland() && !activationToken.isEmpty()) qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
     sinceDismissal_.invalidate();
     Q_EMIT opening();
-    anchor_ = anchor;
-    panel();
-    leaveLayer();
-    panel().adjustSize();
-    place();
-    if (layerShell_ != nullptr) showInLayer();
+    if (!isOpen()) place(anchor);
     panel().show();
     panel().raise();
     panel().activateWindow();
 }
 
-void PanelPresenter::place() {
-    if (layerShell_ != nullptr) layerShell_->resize(panel_->size());
-    if (isWayland()) return;  // the compositor does
-    panel_->move(PanelPlacement::position(panel_->size(), anchor_, PanelPlacement::currentScreens()));
+/// Chooses where the panel opens. There it stays: what its content needs later, it finds below or does without, so that
+/// nothing moves away under the pointer.
+void PanelPresenter::place(const QRect& anchor) {
+    panel();
+    leaveLayer();
+    if (placeInLayer()) return;
+    if (isWayland()) {  // the compositor chooses, and does not say how much room its bars have left
+        panel_->setRoom(panel_->screen()->availableGeometry().height() - kBarAllowance);
+        return;
+    }
+    const QSize full(panel_->width(), panel_->fullHeight());
+    const PanelPlacement::Place place = PanelPlacement::place(full, anchor, PanelPlacement::currentScreens());
+    panel_->setRoom(place.room);
+    panel_->move(place.topLeft);
 }
 
 /// Gives the panel, which is about to be shown, its corner of the screen. Where that fails it becomes an ordinary
 /// window.
-void PanelPresenter::showInLayer() {
-    if (panel_->isVisible()) return;
+bool PanelPresenter::placeInLayer() {
+    if (layerShell_ == nullptr) return false;
     panel_->winId();  // makes the window that the corner is for
-    if (layerShell_->attach(*panel_->windowHandle(), panel_->size())) return;
+    if (const std::optional<int> room = layerShell_->attach(*panel_->windowHandle(), panel_->width())) {
+        panel_->setRoom(*room);
+        layerShell_->resize(panel_->size());
+        return true;
+    }
     panel_->removeEventFilter(this);
     layerShell_.reset();
     panel_->setWindowFlag(Qt::BypassWindowManagerHint, false);
+    return false;
 }
 
 bool PanelPresenter::eventFilter(QObject* watched, QEvent* event) {

@@ -46,15 +46,14 @@ private:
     bool isOpen() const;
     bool wasClosedByThisClick();
     void openAt(const QRect& anchor, const QString& activationToken);
-    void place();
-    void showInLayer();
+    void place(const QRect& anchor);
+    bool placeInLayer();
     bool eventFilter(QObject* watched, QEvent* event) override;
     void leaveLayer();
 
     UpdaterController& updater_;
     std::unique_ptr<LayerShell> layerShell_;  // where the compositor has one
     std::unique_ptr<MenuView> panel_;
-    QRect anchor_;
     QElapsedTimer sinceDismissal_;
     QTimer leaving_;
 };

@@ -30,6 +30,10 @@ std::vector<TextTransform> matchesIn(TransformCategory category, std::string_vie
 
 }  // namespace
 
+bool isSearch(std::string_view query) {
+    return !Unicode::trimWhitespaces(query).empty();
+}
+
 std::vector<TransformGroup> groupedTransforms(std::string_view query) {
     const std::string needle = searchForm(Unicode::trimWhitespaces(query));
     std::vector<TransformGroup> groups;

@@ -14,6 +14,9 @@ struct TransformGroup {
     friend bool operator==(const TransformGroup&, const TransformGroup&) = default;
 };
 
+/// Whether `query` (UTF-8, as typed) searches for anything: blanks alone do not.
+bool isSearch(std::string_view query);
+
 /// The catalogue as the panel lists it for the search text `query` (UTF-8, as typed): the categories in menu order, in
 /// each the transforms whose title or subtitle contains the query in any letter case, in catalogue order. White space
 /// at the query's two ends does not count, canonically equivalent spellings match each other, and a category without

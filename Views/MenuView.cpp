@@ -78,6 +78,7 @@ MenuView::MenuView(UpdaterController& updater, QWidget* parent)
     connect(searchField_, &SearchField::queryChanged, this, &MenuView::showMatches);
     connect(list_, &TransformList::triggered, this, &MenuView::apply);
     connect(&updater_, &UpdaterController::canCheckForUpdatesChanged, this, &MenuView::refresh);
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget* /*old*/, QWidget* now) { followFocus(now); });
     showMatches();
     showStatus();
 }
@@ -144,12 +145,28 @@ void MenuView::changeEvent(QEvent* event) {
     if (event->type() != QEvent::FontChange || layout() == nullptr) return;
     // The parts have adopted the new font by now, but the layout of a panel that was never shown has not heard of it.
     layout()->invalidate();
-    layout()->activate();
+    refresh();
 }
 
 // What has to be true whenever the panel is seen.
 void MenuView::refresh() {
     footer_->setCanCheckForUpdates(updater_.canCheckForUpdates());
+    list_->setRoom(room_ - heightBesideTheList());
+    layout()->activate();
+}
+
+int MenuView::heightBesideTheList() const {
+    return layout()->totalSizeHint().height() - list_->height();
+}
+
+int MenuView::fullHeight() const {
+    return heightBesideTheList() + Metrics::kListMaxHeight;
+}
+
+void MenuView::setRoom(int height) {
+    room_ = height;
+    refresh();
+    list_->takeRoom();
     layout()->activate();
 }
 
@@ -177,6 +194,15 @@ void MenuView::showEvent(QShowEvent* event) {
     refresh();
     searchField_->line().setFocus();
     searchField_->line().selectAll();
+    list_->markFirstMatch();
+}
+
+// What Return would do is what stands out: a button that has the focus, the chosen row, or the first match.
+void MenuView::followFocus(QWidget* now) {
+    if (now == nullptr || !isAncestorOf(now)) return;
+    if (now == &searchField_->line()) return list_->markFirstMatch();
+    const auto* const row = qobject_cast<TransformRow*>(now);
+    list_->mark(row != nullptr ? std::optional(row->transform()) : std::nullopt);
 }
 
 void MenuView::resizeEvent(QResizeEvent* event) {
@@ -197,7 +223,7 @@ void MenuView::keyPressEvent(QKeyEvent* event) {
         case Qt::Key_Return:
         case Qt::Key_Enter:
             // Holding the key down runs a transform once, not until it is released.
-            if (!event->isAutoRepeat()) runChosenOrFirst();
+            if (!event->isAutoRepeat()) runMarked();
             return;
         case Qt::Key_Escape: return clearOrClose();
         default: break;
@@ -213,11 +239,11 @@ bool MenuView::chooseRow(int key) {
     return true;
 }
 
-void MenuView::runChosenOrFirst() {
+void MenuView::runMarked() {
     if (auto* const button = qobject_cast<QAbstractButton*>(focusWidget())) {
         button->click();
-    } else if (const std::optional<TextTransform> first = list_->firstMatch()) {
-        apply(*first);
+    } else if (const std::optional<TextTransform> marked = list_->marked()) {
+        apply(*marked);
     }
 }
 

@@ -20,8 +20,8 @@ class UpdaterController;
 /// application's business. What was searched for and the last run's status stay while it is hidden.
 ///
 /// Keys, wherever the focus is: typing searches; Up, Down, Page Up and Page Down choose a row, Home and End too once
-/// one is chosen; Return runs the chosen row, or else the first match; Esc empties the search, and then closes; Tab
-/// leads on through the list to the footer.
+/// one is chosen; Return runs the marked row, which is the chosen one or else the first match of a search; Esc empties
+/// the search, and then closes; Tab leads on through the list to the footer.
 class MenuView final : public QWidget {
     Q_OBJECT
 
@@ -40,6 +40,13 @@ public:
 
     /// Whether the last run succeeded; true before the first one.
     bool feedbackOK() const { return feedbackOK_; }
+
+    /// How high the panel is with the whole list and the status that it has now: its place is chosen for that, so that
+    /// it does not depend on what was searched for before.
+    int fullHeight() const;
+
+    /// Lets the panel, which is about to be shown, be at most `height` high. What does not fit is taken from the list.
+    void setRoom(int height);
 
     void setVisible(bool visible) override;
 
@@ -69,12 +76,14 @@ private:
     Footer* footer();
 
     void refresh();
+    int heightBesideTheList() const;
     void showMatches();
     void showStatus();
     void dismissForFocusLoss();
 
     bool chooseRow(int key);
-    void runChosenOrFirst();
+    void runMarked();
+    void followFocus(QWidget* now);
     void clearOrClose();
     bool typeIntoSearch(const QKeyEvent& event);
     bool focusStop(int stop);
@@ -87,6 +96,7 @@ private:
     TransformList* list_ = nullptr;
     StatusLine* statusLine_ = nullptr;
     Footer* footer_ = nullptr;
+    int room_ = QWIDGETSIZE_MAX;
     bool isHiding_ = false;
 };
 

@@ -27,6 +27,7 @@ inline constexpr int kLineEditMarginY = 1;     // ... and over and under it
 inline constexpr int kSymbolButtonMargin = 2;  // around the pictogram, for the focus ring and for the finger
 
 inline constexpr int kListMaxHeight = 380;
+inline constexpr int kListMinHeight = 64;  // on a screen that has no room for more
 inline constexpr int kListSpacing = 6;
 inline constexpr int kListPaddingBottom = 4;
 inline constexpr int kEmptyPaddingY = 8;
@@ -41,6 +42,7 @@ inline constexpr int kRowPaddingY = 5;
 inline constexpr int kRowSpacing = 10;
 inline constexpr int kRowTextSpacing = 1;
 inline constexpr qreal kRowRadius = 6;
+inline constexpr qreal kMarkBarWidth = 3;
 inline constexpr qreal kFocusRingWidth = 1.5;
 
 // The windows beside the panel.

@@ -8,6 +8,7 @@
 
 #include <QEvent>
 #include <QKeyEvent>
+#include <QWheelEvent>
 
 #include <algorithm>
 
@@ -43,6 +44,11 @@ TransformRow* TransformList::transformRow(TextTransform transform) {
     auto* const row = new TransformRow(transform, content_);
     if (QWidget* const next = firstWidgetAfter(transform)) row->stackUnder(next);
     connect(row, &QAbstractButton::clicked, this, [this, transform] { Q_EMIT triggered(transform); });
+    connect(row, &TransformRow::pointedAt, this, [this, transform] { pointAt(transform); });
+    connect(row, &TransformRow::pointerLeft, this, [this, transform] {
+        if (hovered_ == transform) hover(std::nullopt);
+    });
+    row->setMark(transform == marked_ ? TransformRow::Mark::marked : TransformRow::Mark::none);
     rows_.emplace(transform, row);
     return row;
 }
@@ -56,7 +62,14 @@ QWidget* TransformList::firstWidgetAfter(TextTransform transform) const {
 }
 
 void TransformList::showGroups(const std::vector<TransformGroup>& groups, const QString& query) {
-    if (groups == groups_ && !groups.empty()) return;
+    isSearch_ = isSearch(query.toStdString());
+    const bool isSame = groups == groups_ && !groups.empty();
+    if (!isSame) list(groups, query);
+    markFirstMatch();
+}
+
+void TransformList::list(const std::vector<TransformGroup>& groups, const QString& query) {
+    mark(std::nullopt);
     groups_ = groups;
     lastHighlighted_.reset();
     emptyText_->setText(QStringLiteral("No transforms match “") + query + QStringLiteral("”."));
@@ -76,7 +89,22 @@ void TransformList::layOut() {
                            ? emptyText_->geometry().bottom() + 1 + Metrics::kEmptyPaddingY + Metrics::kListPaddingBottom
                            : geometry_.height();
     content_->resize(Metrics::kContentWidth, height);
-    setFixedHeight(std::min(height, Metrics::kListMaxHeight));
+    takeRoom();
+}
+
+void TransformList::setRoom(int height) {
+    room_ = std::clamp(height, Metrics::kListMinHeight, Metrics::kListMaxHeight);
+    fitIntoRoom();
+}
+
+void TransformList::takeRoom() {
+    limit_ = Metrics::kListMaxHeight;
+    fitIntoRoom();
+}
+
+void TransformList::fitIntoRoom() {
+    limit_ = std::min(limit_, room_);
+    setFixedHeight(std::min(content_->height(), limit_));
 }
 
 void TransformList::placeHeaders() {
@@ -123,9 +151,57 @@ void TransformList::updatePinnedHeader() {
     pinnedHeader_->setGeometry(0, pinned->offset, Metrics::kContentWidth, pinnedHeader_->sizeHint().height());
 }
 
-std::optional<TextTransform> TransformList::firstMatch() const {
-    if (geometry_.rows().empty()) return std::nullopt;
-    return geometry_.rows().front().transform;
+void TransformList::markFirstMatch() {
+    const bool hasMatch = isSearch_ && !geometry_.rows().empty();
+    mark(hasMatch ? std::optional(geometry_.rows().front().transform) : std::nullopt);
+}
+
+void TransformList::mark(std::optional<TextTransform> transform) {
+    showMark(hovered_, TransformRow::Mark::none);
+    showMark(marked_, TransformRow::Mark::none);
+    hovered_.reset();
+    marked_ = transform;
+    showMark(marked_, TransformRow::Mark::marked);
+}
+
+void TransformList::hover(std::optional<TextTransform> transform) {
+    showMark(hovered_, TransformRow::Mark::none);
+    hovered_ = transform;
+    showMark(hovered_, TransformRow::Mark::hovered);
+}
+
+void TransformList::showMark(std::optional<TextTransform> transform, TransformRow::Mark mark) {
+    if (!transform) return;
+    if (const auto made = rows_.find(*transform); made != rows_.end()) made->second->setMark(mark);
+}
+
+void TransformList::pointAt(TextTransform transform) {
+    if (highlighted()) {
+        transformRow(transform)->setFocus(Qt::MouseFocusReason);
+        lastHighlighted_ = transform;
+    }
+    if (marked_) {
+        mark(transform);
+    } else {
+        hover(transform);
+    }
+}
+
+/// The row at a point of the view, less what the pinned header covers.
+TransformRow* TransformList::rowAt(const QPoint& inView) const {
+    const bool isCovered = pinnedHeader_->isVisible() && pinnedHeader_->geometry().contains(inView);
+    if (isCovered || !viewport()->rect().contains(inView)) return nullptr;
+    return qobject_cast<TransformRow*>(content_->childAt(content_->mapFrom(viewport(), inView)));
+}
+
+// Rows that have been scrolled under a still pointer are pointed at as if it had moved.
+void TransformList::wheelEvent(QWheelEvent* event) {
+    QScrollArea::wheelEvent(event);
+    if (const auto* const row = rowAt(viewport()->mapFromGlobal(event->globalPosition().toPoint()))) {
+        pointAt(row->transform());
+    } else {
+        hover(std::nullopt);
+    }
 }
 
 std::optional<TextTransform> TransformList::highlighted() const {
@@ -133,9 +209,8 @@ std::optional<TextTransform> TransformList::highlighted() const {
     return row != nullptr && row->hasFocus() ? std::optional(row->transform()) : std::nullopt;
 }
 
-std::optional<std::size_t> TransformList::highlightedIndex() const {
-    const std::optional<TextTransform> transform = highlighted();
-    return transform ? geometry_.indexOf(*transform) : std::nullopt;
+std::optional<std::size_t> TransformList::markedIndex() const {
+    return marked_ ? geometry_.indexOf(*marked_) : std::nullopt;
 }
 
 bool TransformList::moveHighlight(Move move) {
@@ -146,7 +221,7 @@ bool TransformList::moveHighlight(Move move) {
 
 std::optional<std::size_t> TransformList::targetOf(Move move) const {
     if (geometry_.rows().empty()) return std::nullopt;
-    const std::optional<std::size_t> current = highlightedIndex();
+    const std::optional<std::size_t> current = markedIndex();
     const std::size_t last = geometry_.rows().size() - 1;
     const bool isAbove = current.value_or(0) == 0;
     switch (move) {
@@ -165,6 +240,7 @@ void TransformList::highlight(std::size_t index) {
     showWhatIsInView();
     const TextTransform transform = geometry_.rows()[index].transform;
     transformRow(transform)->setFocus();
+    mark(transform);
     lastHighlighted_ = transform;
 }
 
@@ -199,6 +275,15 @@ void TransformList::keyPressEvent(QKeyEvent* event) {
 void TransformList::resizeEvent(QResizeEvent* event) {
     QScrollArea::resizeEvent(event);
     showWhatIsInView();
+    keepHighlightInView();
+}
+
+// A status that takes its room from the list may cover the row that the keyboard chose. Nothing moves under the
+// pointer.
+void TransformList::keepHighlightInView() {
+    const std::optional<std::size_t> index = markedIndex();
+    if (index && highlighted() && !underMouse())
+        verticalScrollBar()->setValue(geometry_.scrollToShow(*index, scrollPosition(), height()));
 }
 
 void TransformList::scrollContentsBy(int dx, int dy) {

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "Views/ListGeometry.h"
+#include "Views/Metrics.h"
+#include "Views/TransformRow.h"
 
 #include <QScrollArea>
 
@@ -13,10 +15,13 @@ namespace ravlin {
 
 class SectionHeader;
 class TextLabel;
-class TransformRow;
 
 /// The scrolling list of transforms in their sections. Rows are made when they first come into view, so that the panel
-/// opens at once. The row that the keyboard chose, the highlighted one, is the row with the keyboard focus.
+/// opens at once.
+///
+/// At most one row stands out, the one that the pointer or the keyboard chose, whichever moved last. While there is a
+/// marked row, which is what Return runs, the pointer moves the mark; else it only hovers. The row that the keyboard
+/// chose, the highlighted one, is marked and has the keyboard focus.
 class TransformList final : public QScrollArea {
     Q_OBJECT
 
@@ -28,8 +33,14 @@ public:
     /// Lists `groups` from the top; without any, says that nothing matches `query` (as typed).
     void showGroups(const std::vector<TransformGroup>& groups, const QString& query);
 
-    /// The first listed transform, or nothing.
-    std::optional<TextTransform> firstMatch() const;
+    /// What Return runs, or nothing.
+    std::optional<TextTransform> marked() const { return marked_; }
+
+    /// Marks what Return runs while the keyboard is in the search field: the first match, and nothing without a search.
+    void markFirstMatch();
+
+    /// Marks the row of `transform`, or none.
+    void mark(std::optional<TextTransform> transform);
 
     /// The highlighted transform, or nothing.
     std::optional<TextTransform> highlighted() const;
@@ -41,6 +52,13 @@ public:
     /// Highlights the row that was highlighted last, or else the first one in view. False where nothing is listed.
     bool enter();
 
+    /// Lets the list be at most `height` high. A list that is lowered while it is shown gets higher again with its next
+    /// content only: at its end, rows would move down for that.
+    void setRoom(int height);
+
+    /// Lets it be as high as its room allows.
+    void takeRoom();
+
     /// How many rows have been made so far.
     std::size_t madeRowCount() const { return rows_.size(); }
 
@@ -51,6 +69,7 @@ Q_SIGNALS:
 protected:
     void changeEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void scrollContentsBy(int dx, int dy) override;
     bool focusNextPrevChild(bool next) override;
@@ -60,14 +79,21 @@ private:
     TransformRow* transformRow(TextTransform transform);
     QWidget* firstWidgetAfter(TextTransform transform) const;
 
+    void list(const std::vector<TransformGroup>& groups, const QString& query);
     void layOut();
+    void fitIntoRoom();
     void placeHeaders();
     void placeRows();
     void placeEmptyText();
     void showWhatIsInView();
+    void keepHighlightInView();
     void updatePinnedHeader();
 
-    std::optional<std::size_t> highlightedIndex() const;
+    void pointAt(TextTransform transform);
+    void hover(std::optional<TextTransform> transform);
+    TransformRow* rowAt(const QPoint& inView) const;
+    void showMark(std::optional<TextTransform> transform, TransformRow::Mark mark);
+    std::optional<std::size_t> markedIndex() const;
     std::optional<std::size_t> targetOf(Move move) const;
     void highlight(std::size_t index);
     int scrollPosition() const;
@@ -79,7 +105,12 @@ private:
     SectionHeader* pinnedHeader_ = nullptr;
     std::map<TransformCategory::Case, SectionHeader*> headers_;
     std::map<TextTransform::Case, TransformRow*> rows_;
+    bool isSearch_ = false;
+    std::optional<TextTransform> marked_;
+    std::optional<TextTransform> hovered_;
     std::optional<TextTransform> lastHighlighted_;
+    int room_ = Metrics::kListMaxHeight;
+    int limit_ = Metrics::kListMaxHeight;  // of the height: the least room since it was last taken
 };
 
 }  // namespace ravlin

@@ -32,7 +32,28 @@ TransformRow::TransformRow(TextTransform transform, QWidget* parent) : PanelButt
     setAccessibleName(toQString(transform.title()));
     setAccessibleDescription(toQString(transform.subtitle()));
     setFocusPolicy(Qt::TabFocus);
-    setAttribute(Qt::WA_Hover);
+    setMouseTracking(true);
+}
+
+void TransformRow::setMark(Mark mark) {
+    if (mark == mark_) return;
+    mark_ = mark;
+    update();
+}
+
+void TransformRow::mouseMoveEvent(QMouseEvent* event) {
+    Q_EMIT pointedAt();
+    PanelButton::mouseMoveEvent(event);
+}
+
+void TransformRow::mousePressEvent(QMouseEvent* event) {
+    Q_EMIT pointedAt();
+    PanelButton::mousePressEvent(event);
+}
+
+void TransformRow::leaveEvent(QEvent* event) {
+    Q_EMIT pointerLeft();
+    PanelButton::leaveEvent(event);
 }
 
 int TransformRow::heightFor(TextTransform transform, int width, const QFont& base) {
@@ -68,14 +89,24 @@ void TransformRow::paintEvent(QPaintEvent* /*event*/) {
 }
 
 void TransformRow::paintGround(QPainter& painter, const PanelColors& colors) const {
-    if (!isDown() && !hasFocus() && !underMouse()) return;
+    if (!isDown() && mark_ == Mark::none) return;
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(hasFocus() ? QPen(colors.focusRing, Metrics::kFocusRingWidth) : QPen(Qt::NoPen));
-    painter.setBrush(isDown() ? colors.pressed : hasFocus() ? colors.highlight : colors.hover);
+    painter.setBrush(isDown() ? colors.pressed : mark_ == Mark::marked ? colors.highlight : colors.hover);
     const qreal inset = hasFocus() ? Metrics::kFocusRingWidth / 2 : 0;
     painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), Metrics::kRowRadius,
                             Metrics::kRowRadius);
+    if (mark_ == Mark::marked && !hasFocus()) paintBar(painter, colors);
     painter.setRenderHint(QPainter::Antialiasing, false);
+}
+
+/// What says that Return runs this row though the focus is elsewhere, for eyes that see no difference in the ground.
+void TransformRow::paintBar(QPainter& painter, const PanelColors& colors) const {
+    constexpr qreal kRadius = Metrics::kMarkBarWidth / 2;
+    const QRectF bar(1, Metrics::kRowRadius, Metrics::kMarkBarWidth, height() - 2 * Metrics::kRowRadius);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(colors.focusRing);
+    painter.drawRoundedRect(bar, kRadius, kRadius);
 }
 
 // Pointing at a subtitle that has no room shows it whole.

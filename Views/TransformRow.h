@@ -7,6 +7,8 @@
 
 #include <QAbstractButton>
 
+#include <cstdint>
+
 namespace ravlin {
 
 /// One transform in the list: its title over its subtitle, and an arrow. All of it is one button.
@@ -16,7 +18,14 @@ class TransformRow final : public PanelButton<QAbstractButton> {
 public:
     explicit TransformRow(TextTransform transform, QWidget* parent = nullptr);
 
+    /// How the row stands out: the pointer is on it, or it is what Return runs. The list sees to it that at most one
+    /// row does.
+    enum class Mark : std::uint8_t { none, hovered, marked };
+
     TextTransform transform() const { return transform_; }
+
+    Mark mark() const { return mark_; }
+    void setMark(Mark mark);
 
     /// The height of the row for `transform` in a list of `width`, known without making the row. A title too wide for
     /// one line takes two.
@@ -28,14 +37,25 @@ public:
 
     QSize sizeHint() const override;
 
+Q_SIGNALS:
+    /// The pointer has moved on the row, or pressed it. One that the row has come under does not count.
+    void pointedAt();
+
+    void pointerLeft();
+
 protected:
     bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void leaveEvent(QEvent* event) override;
 
 private:
     void paintGround(QPainter& painter, const PanelColors& colors) const;
+    void paintBar(QPainter& painter, const PanelColors& colors) const;
 
     TextTransform transform_;
+    Mark mark_ = Mark::none;
 };
 
 }  // namespace ravlin

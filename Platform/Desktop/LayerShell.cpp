@@ -5,6 +5,7 @@
 #include <QAbstractEventDispatcher>
 #include <QGuiApplication>
 #include <QWindow>
+#include <QtGui/private/qhighdpiscaling_p.h>
 #include <qpa/qplatformnativeinterface.h>
 
 #include <wayland-client-protocol.h>
@@ -40,6 +41,7 @@ constexpr std::uint32_t kDestroy = 7;
 // The protocol's numbers.
 constexpr std::uint32_t kOverlayLayer = 3;
 constexpr std::uint32_t kAnchorTop = 1;
+constexpr std::uint32_t kAnchorBottom = 2;
 constexpr std::uint32_t kAnchorRight = 8;
 constexpr std::uint32_t kKeyboardExclusive = 1;
 constexpr std::uint32_t kKeyboardOnDemand = 2;
@@ -138,34 +140,37 @@ LayerShell::~LayerShell() {
     }
 }
 
-bool LayerShell::attach(QWindow& window, QSize size) {
+std::optional<int> LayerShell::attach(QWindow& window, int width) {
     detach();
     window.create();
     surface_ =
         static_cast<wl_proxy*>(QGuiApplication::platformNativeInterface()->nativeResourceForWindow("surface", &window));
-    if (surface_ == nullptr || connection_->isLost()) return false;
+    if (surface_ == nullptr || connection_->isLost()) return std::nullopt;
+    window_ = &window;
     wl_proxy* const anyOutput = nullptr;
     place_ = create(shell_, kShellGetLayerSurface, protocol().surface(), surface_, anyOutput, kOverlayLayer, "ravlin");
     static const std::array kListener = {handler(&LayerShell::onConfigure), handler(&LayerShell::onClosed)};
     listen(place_, kListener, this);
-    requestSize(size);
-    send(place_, kSetAnchor, kAnchorTop | kAnchorRight);
     send(place_, kSetMargin, kMargin, kMargin, kMargin, kMargin);
     send(place_, kSetKeyboard, version_ >= kKeyboardOnDemandSince ? kKeyboardOnDemand : kKeyboardExclusive);
-    wl_surface_commit(reinterpret_cast<wl_surface*>(surface_));
-    isConfigured_ = false;
-    return connection_->synchronise() && isConfigured_;
+    // What holds on to the top and to the bottom is told how much lies between them.
+    if (!request(QSize(width, 0), kAnchorTop | kAnchorBottom | kAnchorRight)) return std::nullopt;
+    return QHighDpi::fromNativePixels(*height_, window_);
 }
 
-void LayerShell::requestSize(QSize size) {
-    send(place_, kSetSize, static_cast<std::uint32_t>(size.width()), static_cast<std::uint32_t>(size.height()));
+/// Whether the compositor has answered.
+bool LayerShell::request(QSize size, std::uint32_t edges) {
+    const QSize onSurface = QHighDpi::toNativePixels(size, window_);
+    send(place_, kSetAnchor, edges);
+    send(place_, kSetSize, static_cast<std::uint32_t>(onSurface.width()),
+         static_cast<std::uint32_t>(onSurface.height()));
+    wl_surface_commit(reinterpret_cast<wl_surface*>(surface_));
+    height_.reset();
+    return connection_->synchronise() && height_;
 }
 
 void LayerShell::resize(QSize size) {
-    if (place_ == nullptr) return;
-    requestSize(size);
-    wl_surface_commit(reinterpret_cast<wl_surface*>(surface_));
-    connection_->synchronise();
+    if (place_ != nullptr) request(size, kAnchorTop | kAnchorRight);
 }
 
 void LayerShell::detach() {
@@ -173,13 +178,14 @@ void LayerShell::detach() {
     destroy(place_, kDestroy);
     place_ = nullptr;
     surface_ = nullptr;
+    window_ = nullptr;
 }
 
 // The parameters are the protocol's.
 void LayerShell::onConfigure(  // NOLINT(readability-function-size)
-    void* self, wl_proxy* proxy, std::uint32_t serial, std::uint32_t /*width*/, std::uint32_t /*height*/) {
+    void* self, wl_proxy* proxy, std::uint32_t serial, std::uint32_t /*width*/, std::uint32_t height) {
     send(proxy, kAckConfigure, serial);
-    static_cast<LayerShell*>(self)->isConfigured_ = true;
+    static_cast<LayerShell*>(self)->height_ = static_cast<int>(height);
 }
 
 void LayerShell::onClosed(void* self, wl_proxy* /*proxy*/) {

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 class QWindow;
 
@@ -33,10 +34,11 @@ public:
     ~LayerShell() override;
 
     /// Gives `window`, which has the flag Qt::BypassWindowManagerHint and is about to be shown for the first time or
-    /// again, its place. False where that fails: it would stay invisible.
-    bool attach(QWindow& window, QSize size);
+    /// again, its place; `resize` has to follow. The result is how high a window of this width may be there, or nothing
+    /// where that fails: it would stay invisible.
+    std::optional<int> attach(QWindow& window, int width);
 
-    /// The window will have another size, in device-independent pixels.
+    /// The window will have another size. Its top right corner stays where it is.
     void resize(QSize size);
 
     /// To be called when the window has been hidden: takes its place back. It has to be destroyed before it is shown
@@ -50,7 +52,7 @@ Q_SIGNALS:
 private:
     LayerShell() = default;
     bool connectTo(wl_display* display);
-    void requestSize(QSize size);
+    bool request(QSize size, std::uint32_t edges);
     static void onConfigure(void* self, wl_proxy* proxy, std::uint32_t serial, std::uint32_t width,
                             std::uint32_t height);
     static void onClosed(void* self, wl_proxy* proxy);
@@ -61,7 +63,8 @@ private:
     wl_proxy* shell_ = nullptr;
     wl_proxy* surface_ = nullptr;  // of the window; Qt's
     wl_proxy* place_ = nullptr;    // the surface's role
-    bool isConfigured_ = false;
+    QWindow* window_ = nullptr;    // while it has its place
+    std::optional<int> height_;    // what the compositor has last asked for
 };
 
 }  // namespace ravlin

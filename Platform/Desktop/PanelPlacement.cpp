@@ -13,7 +13,19 @@ namespace {
 /// hides itself.
 constexpr int kBarThickness = 64;  // device-independent pixels
 
-enum class Side { below, above, right, left };
+/// No screen reaches farther than X11's coordinates do. What hosts say beyond that is no place, and not worth an
+/// overflow.
+constexpr int kFarthest = 1 << 15;  // pixels, of the device or not
+
+enum class Side { below, above, right, left, over };
+
+QPoint bounded(QPoint point) {
+    return {std::clamp(point.x(), -kFarthest, kFarthest), std::clamp(point.y(), -kFarthest, kFarthest)};
+}
+
+QRect bounded(const QRect& rectangle) {
+    return {bounded(rectangle.topLeft()), bounded(rectangle.bottomRight())};
+}
 
 int distance(const QRect& area, QPoint point) {
     const int x = std::max({area.left() - point.x(), 0, point.x() - area.right()});
@@ -36,14 +48,23 @@ std::optional<Side> sideOfReservedBar(QPoint center, const QRect& available) {
     return std::nullopt;
 }
 
-Side sideFor(const QRect& anchor, const Screen& screen, int height) {
+/// The side for an anchor that lies in no bar: where the whole panel has room.
+Side sideOfPoint(const QRect& anchor, const QRect& available, QSize full) {
+    if (anchor.bottom() + full.height() <= available.bottom()) return Side::below;
+    if (anchor.top() - full.height() >= available.top()) return Side::above;
+    if (anchor.right() + full.width() <= available.right()) return Side::right;
+    if (anchor.left() - full.width() >= available.left()) return Side::left;
+    return Side::over;
+}
+
+Side sideFor(const QRect& anchor, const Screen& screen, QSize full) {
     const QPoint center = anchor.center();
     if (const auto side = sideOfReservedBar(center, screen.available)) return *side;
     if (center.y() - screen.geometry.top() < kBarThickness) return Side::below;
     if (screen.geometry.bottom() - center.y() < kBarThickness) return Side::above;
     if (center.x() - screen.geometry.left() < kBarThickness) return Side::right;
     if (screen.geometry.right() - center.x() < kBarThickness) return Side::left;
-    return anchor.bottom() + height <= screen.available.bottom() ? Side::below : Side::above;
+    return sideOfPoint(anchor, screen.available, full);
 }
 
 QPoint besideAnchor(QSize size, const QRect& anchor, Side side) {
@@ -53,6 +74,7 @@ QPoint besideAnchor(QSize size, const QRect& anchor, Side side) {
         case Side::above: return {centered.x(), anchor.top() - size.height()};
         case Side::right: return {anchor.right() + 1, centered.y()};
         case Side::left: return {anchor.left() - size.width(), centered.y()};
+        case Side::over: return centered;
     }
     return centered;
 }
@@ -64,13 +86,18 @@ int clampStretch(int wanted, int length, int first, int last) {
 
 }  // namespace
 
-QPoint position(QSize size, const QRect& anchor, std::span<const Screen> screens) {
-    const Screen* screen = nearestScreen(anchor.center(), screens);
-    if (screen == nullptr) return besideAnchor(size, anchor, Side::below);
-    const QPoint wanted = besideAnchor(size, anchor, sideFor(anchor, *screen, size.height()));
-    const QRect& area = screen->available;
-    return {clampStretch(wanted.x(), size.width(), area.left(), area.right()),
-            clampStretch(wanted.y(), size.height(), area.top(), area.bottom())};
+Place place(QSize full, const QRect& anchor, std::span<const Screen> screens) {
+    const QRect icon = bounded(anchor);
+    const Screen* screen = nearestScreen(icon.center(), screens);
+    if (screen == nullptr) return {besideAnchor(full, icon, Side::below), full.height()};
+    const Side side = sideFor(icon, *screen, full);
+    QRect area = screen->available;
+    if (side == Side::below) area.setTop(std::max(area.top(), icon.bottom() + 1));
+    if (side == Side::above) area.setBottom(std::min(area.bottom(), icon.top() - 1));
+    const QPoint wanted = besideAnchor(full, icon, side);
+    const QPoint topLeft(clampStretch(wanted.x(), full.width(), area.left(), area.right()),
+                         clampStretch(wanted.y(), full.height(), area.top(), area.bottom()));
+    return {topLeft, area.bottom() + 1 - topLeft.y()};
 }
 
 QPoint fromDevicePixels(QPoint point, std::span<const Screen> screens) {
@@ -79,7 +106,7 @@ QPoint fromDevicePixels(QPoint point, std::span<const Screen> screens) {
         const QRect onDevice(origin, screen.geometry.size() * screen.devicePixelRatio);
         if (onDevice.contains(point)) return origin + (QPointF(point - origin) / screen.devicePixelRatio).toPoint();
     }
-    return point;
+    return bounded(point);
 }
 
 std::vector<Screen> currentScreens() {

@@ -194,7 +194,9 @@ TEST_F(KeyboardTest, ReturnWithoutAMatchRunsNothing) {
 
 TEST_F(KeyboardTest, HoldingReturnRunsOnce) {
     pasteboard.copyTextElsewhere("hello");
+    type("upper");
     press(Qt::Key_Return);
+    EXPECT_THAT(statusText(), testing::StartsWith("UPPERCASE — ready"));
     const auto calls = pasteboard.calls().size();
     QKeyEvent repeated(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"), /*autorep=*/true);
     QApplication::sendEvent(&search(), &repeated);
