@@ -42,7 +42,7 @@ inline constexpr int kRowPaddingY = 5;
 inline constexpr int kRowSpacing = 10;
 inline constexpr int kRowTextSpacing = 1;
 inline constexpr qreal kRowRadius = 6;
-inline constexpr qreal kMarkBarWidth = 3;
+inline constexpr qreal kMarkBarWidth = 2;
 inline constexpr qreal kFocusRingWidth = 1.5;
 
 // The windows beside the panel.

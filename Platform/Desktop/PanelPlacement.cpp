@@ -4,6 +4,7 @@
 #include <QScreen>
 
 #include <algorithm>
+#include <cmath>
 #include <optional>
 
 namespace ravlin::PanelPlacement {
@@ -84,14 +85,21 @@ int clampStretch(int wanted, int length, int first, int last) {
     return std::max(first, std::min(wanted, last - length + 1));
 }
 
+/// By how much the edges of icons and screens may have been rounded.
+int rounding(const Screen& screen) {
+    return screen.devicePixelRatio == std::floor(screen.devicePixelRatio) ? 0 : 1;
+}
+
 }  // namespace
 
 Place place(QSize full, const QRect& anchor, std::span<const Screen> screens) {
-    const QRect icon = bounded(anchor);
-    const Screen* screen = nearestScreen(icon.center(), screens);
-    if (screen == nullptr) return {besideAnchor(full, icon, Side::below), full.height()};
+    const QRect given = bounded(anchor);
+    const Screen* screen = nearestScreen(given.center(), screens);
+    if (screen == nullptr) return {besideAnchor(full, given, Side::below), full.height()};
+    const int inexact = rounding(*screen);
+    const QRect icon = given.adjusted(-inexact, -inexact, inexact, inexact);
     const Side side = sideFor(icon, *screen, full);
-    QRect area = screen->available;
+    QRect area = screen->available.adjusted(0, 0, -inexact, -inexact);
     if (side == Side::below) area.setTop(std::max(area.top(), icon.bottom() + 1));
     if (side == Side::above) area.setBottom(std::min(area.bottom(), icon.top() - 1));
     const QPoint wanted = besideAnchor(full, icon, side);

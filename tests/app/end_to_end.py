@@ -271,6 +271,153 @@ class Panel(DesktopTest):
         self.assertIsNone(ravlin.process.poll())
 
 
+class Still(DesktopTest):
+    """Nothing moves under a still pointer, and everything is on the screen: on screens of any size and scale."""
+
+    SCALES = ("1", "1.25", "1.5", "2")
+    LONGEST = "Normalize dashes & ellipsis"
+
+    def setUp(self):
+        self.screen = desktop.screen_size()
+        self.scale = 1
+
+    def start_scaled(self, scale):
+        self.scale = float(scale)
+        return self.start(QT_SCALE_FACTOR=scale)
+
+    def on_screen(self, accessible):
+        """Where it is on the screen, in pixels of the device: left, top, right, bottom."""
+        area = desktop.extents_of(accessible)
+        return tuple(round(each * self.scale) for each in (area.x, area.y, area.x + area.width, area.y + area.height))
+
+    def place_of_field(self):
+        return self.on_screen(eventually(desktop.search_field, "the panel is open"))[:2]
+
+    def lower_half_of(self, name):
+        left, top, right, bottom = self.on_screen(desktop.button(name))
+        return (left + right) // 2, top + (bottom - top) * 3 // 4
+
+    def check_two_clicks(self):
+        """Two clicks with the pointer still run one transform twice; the first one brings the status line."""
+        desktop.type_text("case")
+        desktop.point_at(*self.lower_half_of("UPPERCASE"))
+        field = self.place_of_field()
+        for text in ("hello", "other"):
+            self.copy(text)
+            desktop.click_again()
+            self.assert_clipboard(text.upper())
+            self.assertEqual(self.place_of_field(), field)
+
+    def check_typing_moves_nothing(self):
+        field = self.place_of_field()
+        for letter in "jsonx":
+            desktop.type_text(letter)
+        eventually(lambda: desktop.find_accessible(lambda each: each.get_name() == "No transforms match “jsonx”."),
+                   "the search is done")
+        self.assertEqual(self.place_of_field(), field)
+        desktop.press_key("Escape")
+        desktop.button("Clean URL")
+        self.assertEqual(self.place_of_field(), field)
+
+    def check_everything_is_on_the_screen(self, beside=None):
+        """With the longest status that there is, the footer is whole, and so is the icon."""
+        self.copy("x" * 1000000)
+        desktop.search_for(self.LONGEST)
+        desktop.press(self.LONGEST)
+        desktop.search_for("")
+        status = eventually(lambda: desktop.find_accessible(lambda each: each.get_name().startswith(self.LONGEST + " — ")),
+                            "the status is shown")
+        panel = self.panel_on_screen()
+        for part in (status, desktop.button("Quit"), desktop.button("Check for Updates…")):
+            left, top, right, bottom = self.on_screen(part)
+            self.assertTrue(panel[0] <= left and right <= panel[2] and panel[1] <= top and bottom <= panel[3], part)
+        self.assertTrue(panel[0] >= 0 and panel[1] >= 0 and panel[2] <= self.screen[0] and panel[3] <= self.screen[1],
+                        panel)
+        if beside:
+            self.assertTrue(panel[3] <= beside.y or panel[1] >= beside.y + beside.height, (panel, beside))
+
+    def panel_on_screen(self):
+        panel = desktop.panel_window()
+        return panel.x, panel.y, panel.x + panel.width, panel.y + panel.height
+
+    def check_at_icon(self, edge):
+        self.show_tray(edge)
+        for scale in self.SCALES:
+            if self.screen[1] / float(scale) < 450:
+                continue
+            with self.subTest(scale=scale):
+                ravlin = self.start_scaled(scale)
+                try:
+                    self.click_icon()
+                    wait_for_panel()
+                    self.check_all(beside=desktop.tray_icon())
+                finally:
+                    ravlin.process.terminate()
+                    ravlin.wait_for_end()
+                    eventually(lambda: desktop.tray_icon() is None, "the icon is gone")
+
+    def check_all(self, beside=None):
+        self.check_typing_moves_nothing()
+        self.check_two_clicks()
+        desktop.press_key("Escape")
+        self.check_everything_is_on_the_screen(beside)
+
+    def test_at_a_bar_at_the_top(self):
+        self.check_at_icon("top")
+
+    def test_at_a_bar_at_the_bottom(self):
+        self.check_at_icon("bottom")
+
+    def test_in_the_middle(self):
+        self.show_tray()
+        desktop.point_at(self.screen[0] // 2, self.screen[1] // 2)
+        self.start_scaled("1")
+        eventually(desktop.tray_icon, "the icon is in the tray")
+        desktop.activate_by_name()
+        wait_for_panel()
+        self.check_all()
+
+
+class StillInLayer(Still):
+    """The same in the corner of a Wayland screen, where the compositor knows layers."""
+
+    SCALES = ("1", "1.5", "2")
+
+    test_at_a_bar_at_the_top = test_at_a_bar_at_the_bottom = test_in_the_middle = None
+
+    def on_screen(self, accessible):
+        left, top, right, bottom = super().on_screen(accessible)
+        x, y = self.corner()
+        return left + x, top + y, right + x, bottom + y
+
+    def corner(self):
+        margin, width = 4, 340
+        return round(self.screen[0] - (width + margin) * self.scale), round(margin * self.scale)
+
+    def panel_on_screen(self):
+        area = desktop.extents_of(eventually(lambda: desktop.find_accessible(
+            lambda each: each.get_name() == "Ravlin" and each.get_role_name() == "frame"), "the panel is there"))
+        x, y = self.corner()
+        return x, y, round(x + area.width * self.scale), round(y + area.height * self.scale)
+
+    def test_in_the_corner(self):
+        for scale in self.SCALES:
+            if self.screen[1] / float(scale) < 450:
+                continue
+            with self.subTest(scale=scale):
+                subprocess.run(["swaymsg", f"output * scale {scale}"], check=True, stdout=subprocess.DEVNULL)
+                self.scale = float(scale)
+                ravlin = self.start(QT_QPA_PLATFORM="wayland", DISPLAY="")
+                try:
+                    eventually(lambda: desktop.search_field(has_keyboard=True),
+                               "the panel is open, as there is no tray")
+                    self.check_all()
+                finally:
+                    ravlin.process.terminate()
+                    ravlin.wait_for_end()
+                    eventually(lambda: desktop.accessible_application() is None, "the program is gone")
+
+
 class NotifierTray(DesktopTest):
     def setUp(self):
         self.tray = self.show_notifier_tray()

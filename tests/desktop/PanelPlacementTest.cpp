@@ -139,6 +139,16 @@ TEST_P(PanelPosition, IsAsListed) {
 INSTANTIATE_TEST_SUITE_P(PanelPlacement, PanelPosition, testing::ValuesIn(kCases),
                          [](const auto& each) { return std::string(each.param.name); });
 
+TEST(PanelPosition, KeepsAPixelAwayFromEdgesThatWereRounded) {
+    const QRect geometry(0, 0, 1024, 640);
+    const std::vector<Screen> screens = {{geometry, geometry, 1.25}};
+    const PanelPlacement::Place above = PanelPlacement::place(kPanel, QRect(900, 622, 22, 18), screens);
+    EXPECT_EQ(above.topLeft.y() + above.room, 621);
+    const PanelPlacement::Place below = PanelPlacement::place(kPanel, QRect(1000, 1, 22, 18), screens);
+    EXPECT_EQ(coordinates(below.topLeft), std::pair(1023 - kPanel.width(), 20));
+    EXPECT_EQ(below.room, 639 - 20);
+}
+
 class PanelOnScreen : public testing::TestWithParam<QSize> {};
 
 TEST_P(PanelOnScreen, LiesInTheAvailableAreaAndCoversNoIconWhereverThatIs) {

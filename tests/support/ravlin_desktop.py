@@ -103,6 +103,15 @@ def click(x, y, button=1):
     subprocess.run(["xdotool", "mousemove", str(x), str(y), "click", str(button)], check=True)
 
 
+def point_at(x, y):
+    subprocess.run(["xdotool", "mousemove", str(x), str(y)], check=True)
+
+
+def click_again():
+    """A click with the pointer where it is."""
+    subprocess.run(["xdotool", "click", "1"], check=True)
+
+
 def type_text(text):
     subprocess.run(["wtype", text] if HAS_VIRTUAL_KEYBOARD else ["xdotool", "type", "--delay", "5", text], check=True)
 
@@ -126,6 +135,11 @@ def wayland_pixel(x, y):
     """The colour of one pixel of the screen: red, green, blue."""
     picture = subprocess.run(["grim", "-t", "ppm", "-g", f"{x},{y} 1x1", "-"], capture_output=True, check=True).stdout
     return tuple(picture[-3:])
+
+
+def screen_size():
+    """The X server's screen in pixels."""
+    return tuple(map(int, re.search(r"dimensions: +(\d+)x(\d+)", output_of("xdpyinfo")).groups()))
 
 
 def has_keyboard(window):
@@ -375,6 +389,11 @@ def click_on(name):
     """A real click of the pointer in the middle of a button."""
     area = Atspi.Component.get_extents(button(name), Atspi.CoordType.SCREEN)
     click(area.x + area.width // 2, area.y + area.height // 2)
+
+
+def extents_of(accessible):
+    """Where an accessible object is, in device-independent pixels: of the screen on X11, of its window on Wayland."""
+    return Atspi.Component.get_extents(accessible, Atspi.CoordType.SCREEN)
 
 
 def wait_for_text(text):
