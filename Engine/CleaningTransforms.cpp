@@ -13,58 +13,30 @@ namespace {
 
 // --- Tracking parameters ---------------------------------------------------------------------------------------------
 
-constexpr std::string_view kTrackingPrefix = "utm_";
-
-/// A name of a tracking parameter in lower case.
-class Key {
-public:
-    constexpr Key() = default;
-    constexpr explicit Key(std::string_view name) : size_(name.size()) {
-        if (name.size() > bytes_.size()) throw "too long";
-        std::transform(name.begin(), name.end(), bytes_.begin(), ASCII::toLower);
-    }
-
-    constexpr std::string_view text() const noexcept { return {bytes_.data(), size_}; }
-
-private:
-    std::array<char, 24> bytes_ = {};
-    std::size_t size_ = 0;
-};
-
-/// Most names differ in size, which is quickly compared.
+/// The order of names without regard to case. Most of them differ in size, which is quickly compared.
 constexpr bool isBefore(std::string_view a, std::string_view b) noexcept {
-    return a.size() != b.size() ? a.size() < b.size() : a < b;
+    if (a.size() != b.size()) return a.size() < b.size();
+    return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(),
+                                        [](char x, char y) { return ASCII::toLower(x) < ASCII::toLower(y); });
 }
 
 constexpr auto kSortedKeys = [] {
-    std::array<Key, trackingKeys.size()> keys = {};
-    std::transform(trackingKeys.begin(), trackingKeys.end(), keys.begin(),
-                   [](std::string_view key) { return Key(key); });
-    std::sort(keys.begin(), keys.end(), [](const Key& a, const Key& b) { return isBefore(a.text(), b.text()); });
+    auto keys = trackingKeys;
+    std::sort(keys.begin(), keys.end(), isBefore);
     return keys;
 }();
 
-/// Whether a parameter of this name, in lower case, is for tracking.
+/// Whether a parameter of this name is for tracking.
 bool isTrackingName(std::string_view name) noexcept {
-    if (name.starts_with(kTrackingPrefix)) return true;
-    if (name.size() > kSortedKeys.back().text().size()) return false;
-    const Key* const found =
-        std::lower_bound(kSortedKeys.begin(), kSortedKeys.end(), name,
-                         [](const Key& key, std::string_view of) { return isBefore(key.text(), of); });
-    return found != kSortedKeys.end() && found->text() == name;
+    return ASCII::hasWordAt(name, 0, "utm_") ||
+           std::binary_search(kSortedKeys.begin(), kSortedKeys.end(), name, isBefore);
 }
 
-/// Whether a parameter of this name, as it is written in a URL, is for tracking.
+/// The same for a name as it is written in a URL.
 bool isTracking(std::string_view rawName) {
-    std::array<char, kSortedKeys.back().text().size()> lower = {};
     const auto isPlain = [](char byte) { return Unicode::isASCII(byte) && byte != '%'; };
-    if (!std::all_of(rawName.begin(), rawName.end(), isPlain))
-        return isTrackingName(Unicode::lowerCased(URLQuery::decodedName(rawName)));
-    // Only the start of a longer name matters.
-    const std::string_view start = rawName.substr(0, lower.size());
-    std::transform(start.begin(), start.end(), lower.begin(), ASCII::toLower);
-    const std::string_view name(lower.data(), start.size());
-    return start.size() == rawName.size() ? isTrackingName(name) : name.starts_with(kTrackingPrefix);
+    if (std::all_of(rawName.begin(), rawName.end(), isPlain)) return isTrackingName(rawName);
+    return isTrackingName(Unicode::lowerCased(URLQuery::decodedName(rawName)));
 }
 
 /// Appends what `cleanURL` makes of `url`.
@@ -97,11 +69,10 @@ constexpr auto kSortedInvisibles = [] {
 /// The bytes that begin one of them in UTF-8.
 constexpr auto kIsLead = [] {
     std::array<bool, 256> table = {};
-    for (const char32_t scalar : invisibleScalars)
-        table[scalar < 0x800 ? 0xC0U | (scalar >> 6U) : 0xE0U | (scalar >> 12U)] = true;
+    for (const char32_t scalar : invisibleScalars) table[Unicode::leadByte(scalar)] = true;
     return table;
 }();
-static_assert(kSortedInvisibles.front() >= 0x80 && kSortedInvisibles.back() < 0x10000);
+static_assert(kSortedInvisibles.front() >= 0x80, "nextLead passes over ASCII");
 
 /// The first byte at or after `at` that may begin an invisible character.
 std::size_t nextLead(std::string_view text, std::size_t at) noexcept {

@@ -152,7 +152,8 @@ static_assert(invisibleScalars.size() == 27);
 inline constexpr std::size_t kMaxTrackingSize = 0x100000;  // UTF-8 bytes
 
 /// Removes the tracking parameters from every web link in a text; everything else stays byte for byte. Links that are
-/// written without a scheme get one: "www.a.com" becomes "http://www.a.com". Which texts are links says LinkDetector.
+/// written without a scheme get one: "www.a.com" becomes "http://www.a.com". LinkDetector decides which texts are
+/// links.
 ///     stripTracking("see https://a.test/?id=7&utm_source=mail#top")  ->  "see https://a.test/?id=7#top"
 std::string stripTracking(std::string_view text);
 

@@ -4,6 +4,7 @@
 #include "Engine/Support/Bytes.h"
 #include "Engine/Support/Characters/ASCII.h"
 #include "Engine/Support/Characters/Unicode.h"
+#include "Engine/Support/PercentEncoding.h"
 #include "Engine/Support/Replace.h"
 #include "Engine/Support/Scan.h"
 
@@ -15,65 +16,11 @@
 namespace ravlin::TextTransforms {
 namespace {
 
-// --- Percent escapes -------------------------------------------------------------------------------------------------
-
-/// The unreserved characters of RFC 3986, section 2.3.
-constexpr auto kIsUnreserved = [] {
-    std::array<bool, 256> table = {};
-    for (const char c : std::string_view("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-_.~"))
-        table[static_cast<unsigned char>(c)] = true;
-    return table;
-}();
-
-constexpr std::string_view kHexDigits = "0123456789ABCDEF";
-
-constexpr bool isUnreserved(char byte) noexcept {
-    return kIsUnreserved[static_cast<unsigned char>(byte)];
-}
-
-/// The byte that the escape at the start of `text`, which starts with "%", stands for.
-std::optional<char> unescape(std::string_view text) noexcept {
-    if (text.size() < 3) return std::nullopt;
-    const std::optional<unsigned> high = Bytes::hexValue(text[1]);
-    const std::optional<unsigned> low = Bytes::hexValue(text[2]);
-    if (!high || !low) return std::nullopt;
-    return static_cast<char>(static_cast<unsigned char>(*high * 16 + *low));
-}
-
-std::size_t plainRunEnd(std::string_view text, std::size_t from) noexcept {
-    while (from < text.size() && text[from] != '%' && text[from] != '+') ++from;
-    return from;
-}
-
-/// The bytes that `text` stands for, or nothing where an escape is broken.
-std::optional<std::string> percentDecoded(std::string_view text) {
-    std::string result;
-    result.reserve(text.size());
-    for (std::size_t at = 0; at < text.size();) {
-        if (text[at] == '+') {
-            result += Replace::isWhole(text, at, 1) ? ' ' : '+';
-            at += 1;
-        } else if (text[at] != '%') {
-            const std::size_t end = plainRunEnd(text, at);
-            result += text.substr(at, end - at);
-            at = end;
-        } else {
-            const std::optional<char> byte = unescape(text.substr(at));
-            if (!byte) return std::nullopt;
-            result += *byte;
-            at += 3;
-        }
-    }
-    return result;
-}
-
 // --- Backslash escapes -----------------------------------------------------------------------------------------------
-
-using Letters = std::array<char, 256>;
 
 /// The letter that stands for each character behind a backslash, "" for characters that are not escaped.
 constexpr auto kEscapeLetters = [] {
-    Letters letters = {};
+    std::array<char, 256> letters = {};
     letters['\\'] = '\\';
     letters['\n'] = 'n';
     letters['\t'] = 't';
@@ -141,28 +88,13 @@ std::size_t skipToHexDigit(std::string_view text, std::size_t at) noexcept {
     }
 }
 
-constexpr unsigned kNoDigit = 0xFF;
-
-constexpr auto kHexValues = [] {
-    std::array<std::uint8_t, 256> values = {};
-    for (std::size_t byte = 0; byte < values.size(); ++byte)
-        values[byte] = static_cast<std::uint8_t>(Bytes::hexValue(static_cast<char>(byte)).value_or(kNoDigit));
-    return values;
-}();
-
-/// The value of the digit at `at`, which may be the end; `kNoDigit` if there is none.
-unsigned hexValueAt(std::string_view text, std::size_t at) noexcept {
-    return kHexValues[static_cast<unsigned char>(Scan::peek(text, at))];
-}
-
 /// Appends what the pairs of digits from `at` on stand for that have nothing between them; returns where they end.
 std::size_t appendAdjacentPairs(std::string& bytes, std::string_view text, std::size_t at) {
     for (; at + 1 < text.size(); at += 2) {
-        const unsigned high = hexValueAt(text, at);
-        const unsigned low = hexValueAt(text, at + 1);
+        const std::optional<unsigned> byte = Bytes::hexByte(text[at], text[at + 1]);
         // The second digit may be the "0" of a prefix that stands within a pair.
-        if ((high | low) == kNoDigit || isHexPrefix(text, at + 1)) break;
-        bytes += static_cast<char>(high * 16 + low);
+        if (!byte || isHexPrefix(text, at + 1)) break;
+        bytes += static_cast<char>(*byte);
     }
     return at;
 }
@@ -174,11 +106,11 @@ std::optional<std::string> hexBytes(std::string_view text) {
     for (std::size_t at = 0;; ++at) {
         at = skipToHexDigit(text, appendAdjacentPairs(bytes, text, at));
         if (at == text.size()) return bytes;
-        const unsigned high = hexValueAt(text, at);
+        const char high = text[at];
         at = skipToHexDigit(text, at + 1);
-        const unsigned low = hexValueAt(text, at);
-        if (high == kNoDigit || low == kNoDigit) return std::nullopt;
-        bytes += static_cast<char>(high * 16 + low);
+        const std::optional<unsigned> byte = Bytes::hexByte(high, Scan::peek(text, at));
+        if (!byte) return std::nullopt;
+        bytes += static_cast<char>(*byte);
     }
 }
 
@@ -246,25 +178,12 @@ std::string base64Decode(std::string_view text) {
 }
 
 std::string urlEncode(std::string_view text) {
-    const auto kept = static_cast<std::size_t>(std::count_if(text.begin(), text.end(), isUnreserved));
-    std::string result;
-    result.reserve(kept + 3 * (text.size() - kept));
-    for (const char byte : text) {
-        if (isUnreserved(byte)) {
-            result += byte;
-            continue;
-        }
-        const auto bits = static_cast<unsigned char>(byte);
-        const std::array<char, 3> escape = {'%', kHexDigits[bits / 16], kHexDigits[bits % 16]};
-        result.append(escape.data(), escape.size());
-    }
-    return result;
+    return PercentEncoding::encode(text);
 }
 
 std::string urlDecode(std::string_view text) {
-    std::optional<std::string> decoded = percentDecoded(text);
-    if (!decoded || !Unicode::isValidUTF8(*decoded)) return std::string(text);
-    return *std::move(decoded);
+    std::optional<std::string> decoded = PercentEncoding::decode(text);
+    return decoded ? *std::move(decoded) : std::string(text);
 }
 
 std::string htmlEntitiesEncode(std::string_view text) {

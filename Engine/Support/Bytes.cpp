@@ -11,7 +11,7 @@ constexpr unsigned byteAt(std::string_view bytes, std::size_t at) noexcept {
     return static_cast<unsigned char>(bytes[at]);
 }
 
-/// Reckoned rather than looked up, since that can be done for many bytes at once.
+/// Computed rather than looked up, since that can be done for many bytes at once.
 constexpr char hexDigit(unsigned value) noexcept {
     return static_cast<char>(value + (value < 10 ? '0' : 'a' - 10));
 }

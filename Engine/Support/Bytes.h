@@ -1,5 +1,8 @@
 #pragma once
 
+#include "Engine/Support/Characters/ASCII.h"
+
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -12,12 +15,32 @@ namespace ravlin::Bytes {
 ///     toHex("Hi")  ->  "4869"
 std::string toHex(std::string_view bytes);
 
+namespace detail {
+/// The values of the hexadecimal digits by byte, -1 for any other byte.
+inline constexpr auto kHexValues = [] {
+    std::array<std::int16_t, 256> values = {};
+    values.fill(-1);
+    std::int16_t value = 0;
+    for (const char digit : std::string_view("0123456789abcdef")) values[static_cast<unsigned char>(digit)] = value++;
+    for (const char digit : std::string_view("ABCDEF"))
+        values[static_cast<unsigned char>(digit)] = values[static_cast<unsigned char>(ASCII::toLower(digit))];
+    return values;
+}();
+}  // namespace detail
+
 /// The value of one hexadecimal digit of either case; nothing for any other byte.
 constexpr std::optional<unsigned> hexValue(char digit) noexcept {
-    if (digit >= '0' && digit <= '9') return static_cast<unsigned>(digit - '0');
-    if (digit >= 'A' && digit <= 'F') return static_cast<unsigned>(digit - 'A' + 10);
-    if (digit >= 'a' && digit <= 'f') return static_cast<unsigned>(digit - 'a' + 10);
-    return std::nullopt;
+    const int value = detail::kHexValues[static_cast<unsigned char>(digit)];
+    return value < 0 ? std::nullopt : std::optional(static_cast<unsigned>(value));
+}
+
+/// The byte that two hexadecimal digits stand for; nothing where one of them is none.
+///     hexByte('e', '9')  ->  0xE9
+constexpr std::optional<unsigned> hexByte(char high, char low) noexcept {
+    // Negative where either is.
+    const int byte =
+        16 * detail::kHexValues[static_cast<unsigned char>(high)] | detail::kHexValues[static_cast<unsigned char>(low)];
+    return byte < 0 ? std::nullopt : std::optional(static_cast<unsigned>(byte));
 }
 
 /// The Base64 (RFC 4648, section 4) of `bytes` on one line, padded.

@@ -97,7 +97,7 @@ private:
         UErrorCode status = U_ZERO_ERROR;
         std::int32_t length = 0;
         u_strFromUTF8WithSub(units_.units.get(), static_cast<std::int32_t>(units_.size), &length, text.data(),
-                             static_cast<std::int32_t>(text.size()), 0xFFFD, nullptr, &status);
+                             static_cast<std::int32_t>(text.size()), Unicode::kReplacement, nullptr, &status);
         std::size_t size = writeKey(length);
         if (size > key_.size) {
             key_ = Buffer<char>(size);

@@ -7,6 +7,7 @@
 
 #include "Engine/Support/HTMLScanner.h"
 
+#include "Engine/Support/Characters/ASCII.h"
 #include "Engine/Support/Characters/Unicode.h"
 #include "Engine/Support/Rewriter.h"
 #include "Engine/Support/Scan.h"
@@ -38,10 +39,6 @@ bool isWordBoundary(std::string_view text, std::size_t at) noexcept {
     return !Unicode::isWordCharacter(next) && !Unicode::isFormat(next);
 }
 
-char lowerCased(char byte) noexcept {
-    return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte + ('a' - 'A')) : byte;
-}
-
 /// A character and the letters that it is the same as where case does not count.
 struct Folding {
     std::string_view character;
@@ -52,7 +49,7 @@ constexpr std::array<Folding, 4> kFoldings = {{{"\u017F", "s"}, {"\u212A", "k"},
 /// How the character at byte `at` stands for the beginning of `name`; empty if it does not.
 Folding foldingAt(std::string_view text, std::size_t at, std::string_view name) noexcept {
     const char byte = peek(text, at);
-    if (lowerCased(byte) == name.front()) return {.character = text.substr(at, 1), .letters = name.substr(0, 1)};
+    if (ASCII::toLower(byte) == name.front()) return {.character = text.substr(at, 1), .letters = name.substr(0, 1)};
     if (Unicode::isASCII(byte)) return {};
     const std::string_view rest = text.substr(at);
     for (const Folding& folding : kFoldings)
@@ -73,8 +70,8 @@ std::size_t endOfName(std::string_view text, std::size_t at, std::string_view na
 
 /// [a-zA-Z]
 bool isLetter(std::string_view text, std::size_t at) noexcept {
-    const char letter = lowerCased(peek(text, at));
-    if (Unicode::isASCII(letter)) return letter >= 'a' && letter <= 'z';
+    const char byte = peek(text, at);
+    if (Unicode::isASCII(byte)) return ASCII::isLetter(byte);
     return !foldingAt(text, at, "s").letters.empty() || !foldingAt(text, at, "k").letters.empty();
 }
 

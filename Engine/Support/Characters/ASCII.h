@@ -1,10 +1,14 @@
 #pragma once
 
+#include <algorithm>
+#include <bit>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <string>
 #include <string_view>
 
-/// Mapping ASCII bytes one to one, which most of most texts is.
+/// Byte-wise mapping and comparing of ASCII, the bulk of most texts.
 namespace ravlin::ASCII {
 
 constexpr char toLower(char byte) noexcept {
@@ -19,8 +23,41 @@ constexpr bool isDigit(char byte) noexcept {
     return byte >= '0' && byte <= '9';
 }
 
+constexpr bool isLetter(char byte) noexcept {
+    return toLower(byte) >= 'a' && toLower(byte) <= 'z';
+}
+
 constexpr bool isAlphanumeric(char byte) noexcept {
-    return isDigit(byte) || (toLower(byte) >= 'a' && toLower(byte) <= 'z');
+    return isDigit(byte) || isLetter(byte);
+}
+
+/// Whether `word`, which is in lower case, stands at byte `at` of `text`, in any case.
+constexpr bool hasWordAt(std::string_view text, std::size_t at, std::string_view word) noexcept {
+    return at <= text.size() && text.size() - at >= word.size() &&
+           std::equal(word.begin(), word.end(), text.begin() + static_cast<std::ptrdiff_t>(at),
+                      [](char a, char b) { return a == toLower(b); });
+}
+
+/// Whether `text` is `word`, which is in lower case, in any case.
+constexpr bool isWord(std::string_view text, std::string_view word) noexcept {
+    return text.size() == word.size() && hasWordAt(text, 0, word);
+}
+
+/// The end of the run of small letters that starts at byte `at` of ASCII text. Eight bytes at a time: a loop that ends
+/// after another number of bytes for every word is mispredicted every time.
+inline std::size_t smallLettersEnd(std::string_view text, std::size_t at) noexcept {
+    if constexpr (std::endian::native == std::endian::little) {
+        constexpr std::uint64_t kOnes = 0x0101010101010101U;
+        for (std::uint64_t bytes = 0; text.size() - at >= sizeof(bytes); at += sizeof(bytes)) {
+            std::memcpy(&bytes, text.data() + at, sizeof(bytes));
+            // The highest bit of a sum tells whether the byte is at least that letter, or behind it.
+            const std::uint64_t letters = (bytes + kOnes * (0x80 - 'a')) & ~(bytes + kOnes * (0x80 - 'z' - 1));
+            const std::uint64_t others = ~letters & (kOnes * 0x80);
+            if (others != 0) return at + static_cast<std::size_t>(std::countr_zero(others)) / 8;
+        }
+    }
+    while (at < text.size() && text[at] >= 'a' && text[at] <= 'z') ++at;
+    return at;
 }
 
 /// Appends `map(byte)` for every byte in order: a piece is copied and mapped while the processor's cache holds it.

@@ -8,7 +8,7 @@
 namespace ravlin::Unicode {
 namespace {
 
-constexpr Scalar kIllFormedByte = {.value = 0xFFFD, .byteSize = 1, .isWellFormed = false};
+constexpr Scalar kIllFormedByte = {.value = kReplacement, .byteSize = 1, .isWellFormed = false};
 constexpr std::size_t kLongestEncoding = 4;  // bytes
 
 constexpr unsigned byteAt(std::string_view text, std::size_t at) noexcept {
@@ -65,7 +65,7 @@ Scalar detail::decodeByRules(std::string_view text, std::size_t at) noexcept {
     char32_t value = ((lead & (0x7FU >> size)) << 6U) | (byteAt(text, at + 1) & 0x3FU);
     for (std::size_t i = 2; i < size; ++i) {
         if (at + i == text.size() || !isTrail(text[at + i]))
-            return {.value = 0xFFFD, .byteSize = static_cast<std::uint8_t>(i), .isWellFormed = false};
+            return {.value = kReplacement, .byteSize = static_cast<std::uint8_t>(i), .isWellFormed = false};
         value = (value << 6U) | (byteAt(text, at + i) & 0x3FU);
     }
     return {.value = value, .byteSize = static_cast<std::uint8_t>(size)};
@@ -83,17 +83,15 @@ Scalar decodeBefore(std::string_view text, std::size_t end) noexcept {
 void append(std::string& text, char32_t scalar) {
     const auto byte = [](char32_t bits) { return static_cast<char>(static_cast<unsigned char>(bits)); };
     const auto trail = [&](unsigned shift) { return byte(0x80U | ((static_cast<unsigned>(scalar) >> shift) & 0x3FU)); };
+    const char lead = byte(leadByte(scalar));
     if (scalar < 0x80) {
-        text += byte(scalar);
+        text += lead;
     } else if (scalar < 0x800) {
-        const std::array<char, 2> bytes = {byte(0xC0U | (scalar >> 6U)), trail(0)};
-        text.append(bytes.data(), bytes.size());
+        text.append({lead, trail(0)});
     } else if (scalar < 0x10000) {
-        const std::array<char, 3> bytes = {byte(0xE0U | (scalar >> 12U)), trail(6), trail(0)};
-        text.append(bytes.data(), bytes.size());
+        text.append({lead, trail(6), trail(0)});
     } else {
-        const std::array<char, 4> bytes = {byte(0xF0U | (scalar >> 18U)), trail(12), trail(6), trail(0)};
-        text.append(bytes.data(), bytes.size());
+        text.append({lead, trail(12), trail(6), trail(0)});
     }
 }
 
@@ -162,10 +160,7 @@ bool isGraphemeExtend(char32_t scalar) noexcept {
 }
 
 bool isWordCharacter(char32_t scalar) noexcept {
-    constexpr char32_t kZeroWidthNonJoiner = 0x200C;
-    constexpr char32_t kZeroWidthJoiner = 0x200D;
-    return isLetter(scalar) || isInCategories(scalar, U_GC_M_MASK | U_GC_ND_MASK | U_GC_PC_MASK) ||
-           scalar == kZeroWidthNonJoiner || scalar == kZeroWidthJoiner;
+    return isLetter(scalar) || isInCategories(scalar, U_GC_M_MASK | U_GC_ND_MASK | U_GC_PC_MASK) || isJoiner(scalar);
 }
 
 bool isWhitespace(char32_t scalar) noexcept {

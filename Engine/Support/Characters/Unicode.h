@@ -6,10 +6,13 @@
 #include <string_view>
 
 /// The only place that decodes UTF-8. Properties, case mappings and normalisation come from ICU with the root locale.
-/// Texts are expected to be well-formed; every ill-formed sequence counts as one U+FFFD and never harms.
+/// Texts are expected to be well-formed; every ill-formed sequence counts as one U+FFFD and is harmless.
 namespace ravlin::Unicode {
 
 // --- Bytes and code points -------------------------------------------------------------------------------------------
+
+/// Stands for what is no character.
+inline constexpr char16_t kReplacement = 0xFFFD;
 
 /// One code point and the bytes it takes. For an ill-formed sequence (its longest part that could have begun a
 /// character, at least one byte) `value` is U+FFFD and `isWellFormed` is false.
@@ -32,12 +35,35 @@ Scalar decodeBefore(std::string_view text, std::size_t end) noexcept;
 /// Appends `scalar` as UTF-8.
 void append(std::string& text, char32_t scalar);
 
+/// The first byte of `scalar` in UTF-8.
+constexpr unsigned char leadByte(char32_t scalar) noexcept {
+    if (scalar < 0x80) return static_cast<unsigned char>(scalar);
+    if (scalar < 0x800) return static_cast<unsigned char>(0xC0U | (scalar >> 6U));
+    if (scalar < 0x10000) return static_cast<unsigned char>(0xE0U | (scalar >> 12U));
+    return static_cast<unsigned char>(0xF0U | (scalar >> 18U));
+}
+
 /// Whether `text` is well-formed UTF-8: no overlong forms, no surrogates, nothing above U+10FFFF.
 bool isValidUTF8(std::string_view text) noexcept;
 
 /// The end of the run of ASCII bytes that starts at byte `from`; `from` itself where there is none.
 ///     asciiRunEnd("ab\u00E9", 0)  ->  2
 std::size_t asciiRunEnd(std::string_view text, std::size_t from) noexcept;
+
+/// Takes the bytes of `text` from byte `from` on apart: calls `takeASCII` with every run of ASCII and `take` with every
+/// other code point and its bytes.
+template <typename TakeASCII, typename Take>
+void forEachRun(std::string_view text, std::size_t from, TakeASCII takeASCII, Take take) {
+    while (from < text.size()) {
+        const std::size_t asciiEnd = asciiRunEnd(text, from);
+        if (asciiEnd > from) takeASCII(text.substr(from, asciiEnd - from));
+        for (from = asciiEnd; from < text.size() && !isASCII(text[from]);) {
+            const Scalar scalar = decode(text, from);
+            take(scalar.value, text.substr(from, scalar.byteSize));
+            from += scalar.byteSize;
+        }
+    }
+}
 
 // --- Properties of code points ---------------------------------------------------------------------------------------
 
@@ -55,7 +81,12 @@ bool isCaseIgnorable(char32_t scalar) noexcept;  ///< Case_Ignorable: apostrophe
 /// Grapheme_Extend: what continues the character before it without taking room of its own.
 bool isGraphemeExtend(char32_t scalar) noexcept;
 
-/// A letter, mark, decimal digit, connector punctuation or a zero-width joiner: \w of a regular expression.
+/// The zero-width non-joiner and joiner, which writing systems like Persian need inside words.
+constexpr bool isJoiner(char32_t scalar) noexcept {
+    return scalar == 0x200C || scalar == 0x200D;
+}
+
+/// A letter, mark, decimal digit, connector punctuation or a joiner: \w of a regular expression.
 bool isWordCharacter(char32_t scalar) noexcept;
 
 /// The tab and the space separators (Zs), U+00A0 included; no line ends.

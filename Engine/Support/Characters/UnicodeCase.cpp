@@ -127,37 +127,29 @@ bool isBeforeCased(std::string_view text, std::size_t at) noexcept {
     return false;
 }
 
-bool isFinalSigma(std::string_view text, std::size_t at, Scalar sigma) noexcept {
-    return isAfterCased(text, at) && !isBeforeCased(text, at + sigma.byteSize);
+/// Whether `sigma`, which is a part of `text`, ends a word there.
+bool isFinalSigma(std::string_view text, std::string_view sigma) noexcept {
+    const auto at = static_cast<std::size_t>(sigma.data() - text.data());
+    return isAfterCased(text, at) && !isBeforeCased(text, at + sigma.size());
 }
 
 }  // namespace
 
 void appendLowerCased(std::string& result, std::string_view text, std::size_t from, std::size_t to) {
-    while (from < to) {
-        const std::size_t asciiEnd = asciiRunEnd(text.substr(0, to), from);
-        ASCII::appendMapped(result, text.substr(from, asciiEnd - from), ASCII::toLower);
-        for (from = asciiEnd; from < to && !isASCII(text[from]);) {
-            const Scalar scalar = decode(text, from);
-            if (scalar.value == kCapitalSigma && isFinalSigma(text, from, scalar))
-                append(result, kFinalSigma);
-            else
-                appendMapping(result, mappingOf<Form::lower>(scalar.value));
-            from += scalar.byteSize;
-        }
-    }
+    const auto takeASCII = [&](std::string_view run) { ASCII::appendMapped(result, run, ASCII::toLower); };
+    forEachRun(text.substr(0, to), from, takeASCII, [&](char32_t scalar, std::string_view bytes) {
+        if (scalar == kCapitalSigma && isFinalSigma(text, bytes))
+            append(result, kFinalSigma);
+        else
+            appendMapping(result, mappingOf<Form::lower>(scalar));
+    });
 }
 
 void appendUpperCased(std::string& result, std::string_view text) {
-    for (std::size_t from = 0; from < text.size();) {
-        const std::size_t asciiEnd = asciiRunEnd(text, from);
-        ASCII::appendMapped(result, text.substr(from, asciiEnd - from), ASCII::toUpper);
-        for (from = asciiEnd; from < text.size() && !isASCII(text[from]);) {
-            const Scalar scalar = decode(text, from);
-            appendMapping(result, mappingOf<Form::upper>(scalar.value));
-            from += scalar.byteSize;
-        }
-    }
+    const auto takeASCII = [&](std::string_view run) { ASCII::appendMapped(result, run, ASCII::toUpper); };
+    forEachRun(text, 0, takeASCII, [&](char32_t scalar, std::string_view /*bytes*/) {
+        appendMapping(result, mappingOf<Form::upper>(scalar));
+    });
 }
 
 void appendTitleCased(std::string& result, char32_t scalar) {

@@ -1,6 +1,6 @@
 #include "Engine/Support/Links/URLQuery.h"
 
-#include "Engine/EncodingTransforms.h"
+#include "Engine/Support/PercentEncoding.h"
 
 #include <algorithm>
 
@@ -18,10 +18,8 @@ URLQuery::URLQuery(std::string_view url) noexcept {
 
 std::string URLQuery::decodedName(std::string_view rawName) {
     if (rawName.find('%') == std::string_view::npos) return std::string(rawName);
-    // "+" becomes a space here, which no name that anyone asks for holds. Every escape that is decoded makes the name
-    // shorter, so one of the same size could not be.
-    std::string decoded = TextTransforms::urlDecode(rawName);
-    return decoded.size() < rawName.size() ? decoded : std::string();
+    // "+" becomes a space here, which no name that anyone asks for holds.
+    return PercentEncoding::decode(rawName).value_or("");
 }
 
 }  // namespace ravlin

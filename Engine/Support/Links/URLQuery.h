@@ -1,11 +1,8 @@
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <string_view>
 
-/// The query of a URL as an ordered list of items: what stands between the first "?" and the first "#", cut at every
-/// "&". Everything points into the URL, which is neither checked nor changed.
 namespace ravlin {
 
 /// One item of a query, as it is written.
@@ -25,6 +22,8 @@ private:
     std::string_view text_;
 };
 
+/// The query of a URL as an ordered list of items: what stands between the first "?" and the first "#", cut at every
+/// "&". Everything points into the URL, which is neither checked nor changed.
 class URLQuery {
 public:
     explicit URLQuery(std::string_view url) noexcept;

@@ -87,14 +87,14 @@ constexpr std::array<SymbolHalf, 2> kSymbols = {
          0x22C4, 0x27E8, 0x00AE, 0x00A9, 0x2122, 0x2211, 0x239B, 0x239C,
          0x239D, 0x23A1, 0x23A2, 0x23A3, 0x23A7, 0x23A8, 0x23A9, 0x23AA,  // E0
          0xF8FF, 0x27E9, 0x222B, 0x2320, 0x23AE, 0x2321, 0x239E, 0x239F,
-         0x23A0, 0x23A4, 0x23A5, 0x23A6, 0x23AB, 0x23AC, 0x23AD, 0xFFFD,  // F0
+         0x23A0, 0x23A4, 0x23A5, 0x23A6, 0x23AB, 0x23AC, 0x23AD, Unicode::kReplacement,  // F0
      }}};
 
 char32_t symbol(char byte) noexcept {
     const char32_t code = static_cast<unsigned char>(byte);
     if (code < kSymbolFirst) return code;
     if (code >= kSymbolSecond) return kSymbols[1][code - kSymbolSecond];
-    return code < kSymbolFirst + kSymbols[0].size() ? kSymbols[0][code - kSymbolFirst] : U'\uFFFD';
+    return code < kSymbolFirst + kSymbols[0].size() ? kSymbols[0][code - kSymbolFirst] : Unicode::kReplacement;
 }
 
 /// For bytes that are no character: U+FFFD, where ICU on its own takes a control character for some.
@@ -102,9 +102,8 @@ char32_t symbol(char byte) noexcept {
 void U_CALLCONV substitute(const void* /*context*/, UConverterToUnicodeArgs* to, const char* /*bytes*/,
                            std::int32_t /*byteSize*/, UConverterCallbackReason reason, UErrorCode* status) {
     if (reason > UCNV_IRREGULAR) return;  // not about bytes
-    constexpr char16_t kReplacement = 0xFFFD;
     *status = U_ZERO_ERROR;
-    ucnv_cbToUWriteUChars(to, &kReplacement, 1, 0, status);
+    ucnv_cbToUWriteUChars(to, &Unicode::kReplacement, 1, 0, status);
 }
 
 void appendUTF16(std::string& text, std::u16string_view units) {
@@ -115,7 +114,7 @@ void appendUTF16(std::string& text, std::u16string_view units) {
     std::int32_t size = 0;
     UErrorCode status = U_ZERO_ERROR;
     u_strToUTF8WithSub(text.data() + start, static_cast<std::int32_t>(room), &size, units.data(),
-                       static_cast<std::int32_t>(units.size()), 0xFFFD, nullptr, &status);
+                       static_cast<std::int32_t>(units.size()), Unicode::kReplacement, nullptr, &status);
     text.resize(start + static_cast<std::size_t>(size));
 }
 

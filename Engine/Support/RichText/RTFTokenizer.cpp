@@ -25,18 +25,12 @@ constexpr std::array<bool, 256> kIsPlain = [] {
     return isPlain;
 }();
 
-constexpr bool isLetter(char byte) noexcept {
-    return ASCII::toLower(byte) >= 'a' && ASCII::toLower(byte) <= 'z';
-}
-
 constexpr std::string_view kHexMark = "\\'";
 constexpr std::size_t kDigitsPerByte = 2;
 
-/// The byte that two hexadecimal digits stand for; nothing where there are none.
+/// The byte that the two hexadecimal digits at byte `at` stand for; nothing where there are none.
 std::optional<unsigned> byteValue(std::string_view text, std::size_t at) noexcept {
-    const std::optional<unsigned> high = Bytes::hexValue(peek(text, at));
-    const std::optional<unsigned> low = Bytes::hexValue(peek(text, at + 1));
-    return high && low ? std::optional(*high * 16 + *low) : std::nullopt;
+    return Bytes::hexByte(peek(text, at), peek(text, at + 1));
 }
 
 }  // namespace
@@ -61,7 +55,7 @@ RTFToken RTFTokenizer::bytesToken() noexcept {
 /// What follows a backslash.
 RTFToken RTFTokenizer::escapedToken() noexcept {
     if (at_ == rtf_.size()) return {};
-    if (isLetter(rtf_[at_])) return wordToken();
+    if (ASCII::isLetter(rtf_[at_])) return wordToken();
     const std::string_view character = rtf_.substr(at_++, 1);
     switch (character.front()) {
         case '\'': return hexToken();
@@ -90,7 +84,7 @@ RTFToken RTFTokenizer::hexToken() noexcept {
 
 RTFToken RTFTokenizer::wordToken() noexcept {
     const std::size_t from = at_;
-    while (isLetter(peek(rtf_, at_))) ++at_;
+    while (ASCII::isLetter(peek(rtf_, at_))) ++at_;
     RTFToken word = {.kind = RTFToken::Kind::word, .text = Scan::between(rtf_, from, at_)};
     readNumber(word);
     if (peek(rtf_, at_) == ' ') ++at_;

@@ -3,6 +3,7 @@
 #include "Engine/Support/Characters/ASCII.h"
 #include "Engine/Support/Characters/Unicode.h"
 #include "Engine/Support/RichText/CodePage.h"
+#include "Engine/Support/RichText/ControlWords.h"
 #include "Engine/Support/RichText/RTFTokenizer.h"
 #include "Engine/Support/Scan.h"
 
@@ -17,153 +18,7 @@ namespace {
 
 using Kind = RTFToken::Kind;
 
-// --- What control words mean -----------------------------------------------------------------------------------------
-
-enum class Effect : std::uint8_t {
-    character,    // the code point `value`
-    paragraph,    // ends one, as do table cells
-    unicode,      // the UTF-16 unit or code point that is its number
-    fallback,     // how many units of fallback follow a \u
-    skipped,      // the rest of the group is not the document's text
-    destination,  // the rest of the group is, even though readers may ignore it
-    eitherOr,     // of the two groups that follow, the second is for those who know Unicode
-    hidden,
-    deleted,
-    plain,      // back to the default font, neither hidden nor deleted
-    font,       // in a font table: the one that the next words are about
-    fontTable,  // the group is one
-    fontCharset,
-    fontCodePage,
-    defaultFont,       // by number
-    documentCodePage,  // by number, or `value` where it has none
-    endOfTable,        // as AbiWord marks it
-};
-
-struct Word {
-    std::string_view name;
-    Effect effect;
-    char32_t value = 0;
-};
-
-// Words that are not here mean nothing for the text: most of them are formatting, and \ansi is the default.
-constexpr auto kWords = std::to_array<Word>({
-    {"abiendtable", Effect::endOfTable},
-    {"annotation", Effect::skipped},
-    {"ansicpg", Effect::documentCodePage, 1252},
-    {"atnauthor", Effect::skipped},
-    {"atndate", Effect::skipped},
-    {"atnicn", Effect::skipped},
-    {"atnid", Effect::skipped},
-    {"atnparent", Effect::skipped},
-    {"atnref", Effect::skipped},
-    {"atntime", Effect::skipped},
-    {"atrfend", Effect::skipped},
-    {"atrfstart", Effect::skipped},
-    {"background", Effect::skipped},
-    {"bkmkend", Effect::skipped},
-    {"bkmkstart", Effect::skipped},
-    {"bullet", Effect::character, 0x2022},
-    {"cell", Effect::paragraph},
-    {"colortbl", Effect::skipped},
-    {"column", Effect::character, '\f'},
-    {"cpg", Effect::fontCodePage},
-    {"datastore", Effect::skipped},
-    {"deff", Effect::defaultFont},
-    {"deleted", Effect::deleted},
-    {"emdash", Effect::character, 0x2014},
-    {"emspace", Effect::character, 0x2003},
-    {"endash", Effect::character, 0x2013},
-    {"enspace", Effect::character, 0x2002},
-    {"f", Effect::font},
-    {"fcharset", Effect::fontCharset},
-    {"filetbl", Effect::skipped},
-    {"fldinst", Effect::skipped},
-    {"fldrslt", Effect::destination},
-    {"fonttbl", Effect::fontTable},
-    {"footer", Effect::skipped},
-    {"footerf", Effect::skipped},
-    {"footerl", Effect::skipped},
-    {"footerr", Effect::skipped},
-    {"footnote", Effect::skipped},
-    {"formfield", Effect::skipped},
-    {"generator", Effect::skipped},
-    {"header", Effect::skipped},
-    {"headerf", Effect::skipped},
-    {"headerl", Effect::skipped},
-    {"headerr", Effect::skipped},
-    {"info", Effect::skipped},
-    {"ldblquote", Effect::character, 0x201C},
-    {"line", Effect::character, '\n'},
-    {"listoverridetable", Effect::skipped},
-    {"listtable", Effect::skipped},
-    {"listtext", Effect::destination},
-    {"lquote", Effect::character, 0x2018},
-    {"ltrmark", Effect::character, 0x200E},
-    {"mac", Effect::documentCodePage, 10000},
-    {"mmathPr", Effect::skipped},
-    {"nestcell", Effect::paragraph},
-    {"nonesttables", Effect::skipped},
-    {"nonshppict", Effect::skipped},
-    {"objclass", Effect::skipped},
-    {"objdata", Effect::skipped},
-    {"objname", Effect::skipped},
-    {"page", Effect::character, '\f'},
-    {"panose", Effect::skipped},
-    {"par", Effect::paragraph},
-    {"pc", Effect::documentCodePage, 437},
-    {"pca", Effect::documentCodePage, 850},
-    {"pict", Effect::skipped},
-    {"plain", Effect::plain},
-    {"pn", Effect::skipped},
-    {"pnseclvl", Effect::skipped},
-    {"pntext", Effect::destination},
-    {"qmspace", Effect::character, 0x2005},
-    {"rdblquote", Effect::character, 0x201D},
-    {"result", Effect::destination},
-    {"revtbl", Effect::skipped},
-    {"rquote", Effect::character, 0x2019},
-    {"rtlmark", Effect::character, 0x200F},
-    {"sect", Effect::paragraph},
-    {"shpinst", Effect::destination},
-    {"shprslt", Effect::skipped},
-    {"shptxt", Effect::destination},
-    {"sn", Effect::skipped},
-    {"stylesheet", Effect::skipped},
-    {"sv", Effect::skipped},
-    {"tab", Effect::character, '\t'},
-    {"tc", Effect::skipped},
-    {"themedata", Effect::skipped},
-    {"u", Effect::unicode},
-    {"uc", Effect::fallback},
-    {"ud", Effect::destination},
-    {"upr", Effect::eitherOr},
-    {"v", Effect::hidden},
-    {"xe", Effect::skipped},
-    {"zwbo", Effect::character, 0x200B},
-    {"zwj", Effect::character, 0x200D},
-    {"zwnbo", Effect::character, 0x2060},
-    {"zwnj", Effect::character, 0x200C},
-});
-static_assert(std::is_sorted(kWords.begin(), kWords.end(),
-                             [](const Word& a, const Word& b) { return a.name < b.name; }));
-
-/// Where the words that begin with each letter start, 'a' first, and where the last of them end.
-constexpr auto kInitials = [] {
-    std::array<std::size_t, 27> starts = {};
-    for (std::size_t i = 0; i < starts.size(); ++i)
-        while (starts[i] < kWords.size() && static_cast<std::size_t>(kWords[starts[i]].name.front() - 'a') < i)
-            ++starts[i];
-    return starts;
-}();
-
-/// Null for words that mean nothing.
-const Word* findWord(std::string_view name) noexcept {
-    const auto initial = static_cast<std::size_t>(name.front() - 'a');
-    if (initial + 1 >= kInitials.size()) return nullptr;  // a capital
-    for (std::size_t i = kInitials[initial]; i < kInitials[initial + 1]; ++i)
-        if (kWords[i].name == name) return &kWords[i];
-    return nullptr;
-}
+// --- Symbols ---------------------------------------------------------------------------------------------------------
 
 struct Symbol {
     char name;
@@ -178,8 +33,6 @@ constexpr auto kSymbols = std::to_array<Symbol>({
     {'_', 0x2011},
     {'~', 0x00A0},
 });
-
-constexpr char32_t kReplacement = 0xFFFD;
 
 // --- Putting the text together ---------------------------------------------------------------------------------------
 
@@ -198,11 +51,11 @@ public:
             appendScalar(0x10000 + ((lead - kFirstLead) << 10U) + (unit - kFirstTrail));
             return;
         }
-        if (lead != 0) appendScalar(kReplacement);
+        if (lead != 0) appendScalar(Unicode::kReplacement);
         if (isLead(unit)) {
             lead_ = unit;
         } else {
-            appendScalar(isTrail(unit) || unit > kLastScalar ? kReplacement : unit);
+            appendScalar(isTrail(unit) || unit > kLastScalar ? Unicode::kReplacement : unit);
         }
     }
 
@@ -222,7 +75,7 @@ private:
     static constexpr bool isTrail(char32_t unit) { return unit >= kFirstTrail && unit <= kLastTrail; }
 
     void appendUnpaired() {
-        if (std::exchange(lead_, 0) != 0) appendScalar(kReplacement);
+        if (std::exchange(lead_, 0) != 0) appendScalar(Unicode::kReplacement);
     }
 
     void appendScalar(char32_t scalar) {
@@ -504,7 +357,7 @@ void Reader::appendUnicode(int number) {
         const char byte = static_cast<char>(unit & 0xFF);
         appendBytes({&byte, 1});
     } else {
-        append(unit < 0 ? kReplacement : static_cast<char32_t>(unit));
+        append(unit < 0 ? Unicode::kReplacement : static_cast<char32_t>(unit));
     }
 }
 
@@ -515,14 +368,13 @@ void Reader::endParagraph() {
 
 /// Where the document begins, npos if it is none. Some programs put a byte order mark or white space first.
 std::size_t findStart(std::string_view rtf) noexcept {
-    constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+    constexpr std::string_view kByteOrderMark = "\uFEFF";
     constexpr std::string_view kSignature = "{\\rtf";
     constexpr std::string_view kBlanks(" \t\r\n\v\f\0", 7);
     const std::size_t markSize = rtf.starts_with(kByteOrderMark) ? kByteOrderMark.size() : 0;
     const std::size_t start = rtf.find_first_not_of(kBlanks, markSize);
     if (start == Scan::kNone || !rtf.substr(start).starts_with(kSignature)) return Scan::kNone;
-    const char next = ASCII::toLower(Scan::peek(rtf, start + kSignature.size()));
-    return next >= 'a' && next <= 'z' ? Scan::kNone : start;
+    return ASCII::isLetter(Scan::peek(rtf, start + kSignature.size())) ? Scan::kNone : start;
 }
 
 }  // namespace
