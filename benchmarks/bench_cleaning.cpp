@@ -14,10 +14,6 @@ using namespace ravlin;
 using TextFunction = std::string (*)(std::string_view);
 using MakeText = std::function<std::string(std::size_t size)>;
 
-std::string copied(std::string_view text) {
-    return std::string(text);
-}
-
 void add(const std::string& name, TextFunction function, const MakeText& makeText, std::size_t size) {
     benchmark::RegisterBenchmark(name.c_str(), [=](benchmark::State& state) {
         const std::string text = makeText(size);
@@ -31,7 +27,6 @@ void add(const std::string& name, TextFunction function, const MakeText& makeTex
 
 const bool kRegistered = [] {
     constexpr std::size_t kOne = 1'000'000;  // bytes; doubled it would be above the limit
-    add("cleaning/copy", copied, Benchmarks::words, kOne);
     add("cleaning/words", TextTransforms::stripTracking, Benchmarks::words, kOne);
     for (const Benchmarks::Sample& script : Benchmarks::kScripts)
         add(

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Engine/Support/Scan.h"
+#include "Engine/Support/Links/LinkWalk.h"
 
 #include <cstddef>
 #include <optional>
@@ -34,45 +34,26 @@ struct Link {
 /// text with it, so the detector asks which items will be removed, and ends links more readily there.
 class LinkDetector {
 public:
-    /// Whether a query item will be removed, by its name as it is written.
-    using IsRemoved = bool (*)(std::string_view rawName);
-
-    explicit LinkDetector(std::string_view text, IsRemoved isRemoved) noexcept : text_(text), isRemoved_(isRemoved) {}
+    explicit LinkDetector(std::string_view text, Links::IsRemoved isRemoved) noexcept
+        : text_(text), isRemoved_(isRemoved) {}
 
     /// The next link, behind all that were found before.
     std::optional<Link> next();
 
 private:
-    class Walk;
-
-    /// Finds "mailto:".
-    struct FindMail {
-        std::string_view text;
-        std::size_t operator()(std::size_t at) const noexcept;
-    };
-
-    /// Finds ":/" and "w.".
-    struct FindTrigger {
-        std::string_view text;
-        std::size_t operator()(std::size_t at) const noexcept;
-    };
-
     std::optional<Link> linkAt(std::size_t trigger);
     std::optional<Link> linkWithScheme(std::size_t colon);
     std::optional<Link> linkWithWWW(std::size_t lastW);
     std::optional<Link> linkWithQuery(std::size_t question);
     std::size_t bareHostBefore(std::size_t question) const;
     std::size_t runBegin(std::size_t at) const noexcept;
-    bool skipMail(std::size_t trigger);
-    void passOver(const Walk& walk) noexcept;
+    bool skipMail(std::size_t colon);
+    Link walkFrom(std::size_t begin, std::size_t from, bool hasScheme);
 
     std::string_view text_;
-    IsRemoved isRemoved_;
+    Links::IsRemoved isRemoved_;
     std::size_t at_ = 0;     // where the search goes on
     std::size_t floor_ = 0;  // no link begins before this byte any more
-    Scan::Lookahead<FindTrigger> hosts_ = Scan::Lookahead<FindTrigger>({text_});
-    Scan::Lookahead<Scan::FindByte> queries_ = Scan::Lookahead<Scan::FindByte>({text_, '?'});
-    Scan::Lookahead<FindMail> mail_ = Scan::Lookahead<FindMail>({text_});
 };
 
 }  // namespace ravlin
