@@ -63,14 +63,25 @@ void escapeMarkup(Rewriter& rewriter) {
     });
 }
 
-/// `([^`]+)`   and the same for other marks
+bool isWordBefore(std::string_view text, std::size_t end) noexcept {
+    return end > 0 && Unicode::isWordCharacter(Unicode::decodeBefore(text, end).value);
+}
+
+bool isWordAt(std::string_view text, std::size_t at) noexcept {
+    return at < text.size() && Unicode::isWordCharacter(Unicode::decode(text, at).value);
+}
+
+/// `([^`]+)`   and the same for other marks; for the underscore (?<![\w])_([^_]+)_(?![\w])
 void replacePairs(Rewriter& rewriter, char mark, const Element& element) {
     const std::string_view text = rewriter.text();
+    const auto isInWord = [&](std::size_t open, std::size_t close) {
+        return mark == '_' && (isWordBefore(text, open) || isWordAt(text, close + 1));
+    };
     rewriter.replaceAll([&](std::size_t from) -> std::optional<Replacement> {
         for (std::size_t open = find(text, mark, from); open != kNone;) {
             const std::size_t close = find(text, mark, open + 1);
             if (close == kNone) break;
-            if (close > open + 1)
+            if (close > open + 1 && !isInWord(open, close))
                 return Replacement{open, close + 1, {element.open, between(text, open + 1, close), element.close}};
             open = close;
         }
@@ -91,29 +102,6 @@ void replaceDoubledPairs(Rewriter& rewriter, char mark, const Element& element) 
                 return Replacement{open, close + 2, {element.open, between(text, content, close), element.close}};
             // Of three marks and more, the last two open.
             open = isDoubled && close == content ? open + 1 : close;
-        }
-        return std::nullopt;
-    });
-}
-
-bool isWordBefore(std::string_view text, std::size_t end) noexcept {
-    return end > 0 && Unicode::isWordCharacter(Unicode::decodeBefore(text, end).value);
-}
-
-bool isWordAt(std::string_view text, std::size_t at) noexcept {
-    return at < text.size() && Unicode::isWordCharacter(Unicode::decode(text, at).value);
-}
-
-/// (?<![\w])_([^_]+)_(?![\w])
-void replaceUnderscorePairs(Rewriter& rewriter) {
-    const std::string_view text = rewriter.text();
-    rewriter.replaceAll([&](std::size_t from) -> std::optional<Replacement> {
-        for (std::size_t open = find(text, '_', from); open != kNone;) {
-            const std::size_t close = find(text, '_', open + 1);
-            if (close == kNone) break;
-            if (close > open + 1 && !isWordBefore(text, open) && !isWordAt(text, close + 1))
-                return Replacement{open, close + 1, {kEmphasis.open, between(text, open + 1, close), kEmphasis.close}};
-            open = close;
         }
         return std::nullopt;
     });
@@ -171,7 +159,7 @@ constexpr auto kInlineRules = std::to_array<InlineRule>({
     {kAsterisk, [](Rewriter& rewriter) { replaceDoubledPairs(rewriter, '*', kStrong); }},
     {kUnderscore, [](Rewriter& rewriter) { replaceDoubledPairs(rewriter, '_', kStrong); }},
     {kAsterisk, [](Rewriter& rewriter) { replacePairs(rewriter, '*', kEmphasis); }},
-    {kUnderscore, replaceUnderscorePairs},
+    {kUnderscore, [](Rewriter& rewriter) { replacePairs(rewriter, '_', kEmphasis); }},
 });
 
 consteval std::array<std::uint8_t, 256> makeMarks() {
