@@ -2,9 +2,7 @@
 
 #include <set>
 #include <unordered_set>
-#include <vector>
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace ravlin {
@@ -104,17 +102,15 @@ TEST(TextTransform, TheCatalogueIsThis) {
         {"jwtDecode", "JWT decode", "Decode JWT header+payload (no verify)", "Encode / Dev"},
         {"rot13", "ROT13", "ROT13 letter rotation cipher", "Encode / Dev"},
     };
-    std::vector<std::string_view> identifiers;
-    for (const TextTransform transform : TextTransform::allCases()) identifiers.push_back(transform.rawValue());
-    std::vector<std::string_view> expected;
-    for (const auto& vector : vectors) expected.push_back(vector.rawValue);
-    ASSERT_THAT(identifiers, testing::ElementsAreArray(expected));
-    for (std::size_t i = 0; i < std::size(vectors); ++i) {
-        const TextTransform transform = TextTransform::allCases()[i];
-        EXPECT_EQ(transform.title(), vectors[i].title);
-        EXPECT_EQ(transform.subtitle(), vectors[i].subtitle);
-        EXPECT_EQ(transform.category().title(), vectors[i].category);
+    for (const TextTransform transform : TextTransform::allCases()) {
+        const std::size_t position = transform;
+        ASSERT_LT(position, std::size(vectors)) << "no line above is for " << transform.rawValue();
+        EXPECT_EQ(transform.rawValue(), vectors[position].rawValue);
+        EXPECT_EQ(transform.title(), vectors[position].title);
+        EXPECT_EQ(transform.subtitle(), vectors[position].subtitle);
+        EXPECT_EQ(transform.category().title(), vectors[position].category);
     }
+    EXPECT_EQ(std::size(vectors), TextTransform::allCases().size());
 }
 
 TEST(TextTransform, AndItsCategoryCanBeKeysOfHashTables) {
