@@ -2,6 +2,7 @@
 
 #include "Platform/Desktop/LayerShell.h"
 #include "Platform/Desktop/PanelPlacement.h"
+#include "Platform/Desktop/WindowSystem.h"
 #include "Views/MenuView.h"
 
 #include <QCursor>
@@ -22,9 +23,7 @@ constexpr qint64 kClickDuration = 500;  // ms
 /// How thick the bars of a desktop may be, all together, that does not tell.
 constexpr int kBarAllowance = 64;  // device-independent pixels
 
-bool isWayland() {
-    return QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
-}
+using WindowSystem::isWayland;
 
 QRect pointer() {
     return {QCursor::pos(), QSize(1, 1)};

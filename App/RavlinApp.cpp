@@ -51,8 +51,8 @@ const char* textOf(const char* variable) {
 /// there is no display.
 void endWithoutDisplay(QtMsgType type, const QMessageLogContext& /*context*/, const QString& /*message*/) {
     if (type != QtFatalMsg) return;
-    std::cerr << "ravlin: no display can be opened (WAYLAND_DISPLAY is " << textOf("WAYLAND_DISPLAY")
-              << ", DISPLAY is " << textOf("DISPLAY") << ")\n";
+    std::cerr << "ravlin: no display can be opened (WAYLAND_DISPLAY is " << textOf("WAYLAND_DISPLAY") << ", DISPLAY is "
+              << textOf("DISPLAY") << ")\n";
     std::_Exit(EXIT_FAILURE);
 }
 

@@ -27,7 +27,8 @@ void askBus() {
 bool endsInTime(pid_t child) {
     const int descriptor = static_cast<int>(syscall(SYS_pidfd_open, child, 0));
     pollfd watched = {.fd = descriptor, .events = POLLIN, .revents = 0};
-    // Without the descriptor, which every kernel since 5.3 gives, there is nothing to wait with: then the bus is trusted.
+    // Without the descriptor, which every kernel since 5.3 gives, there is nothing to wait with: then the bus is
+    // trusted.
     const bool hasEnded = descriptor < 0 || poll(&watched, 1, static_cast<int>(kAnswerLimit.count())) != 0;
     if (!hasEnded) kill(child, SIGKILL);
     waitpid(child, nullptr, 0);

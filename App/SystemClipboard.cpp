@@ -1,18 +1,28 @@
 #include "App/SystemClipboard.h"
 
 #include "Platform/Clipboard/PasteboardFactory.h"
-#include "Platform/Desktop/QtPasteboard.h"
+#include "Platform/Desktop/QClipboardPasteboard.h"
+#include "Platform/Desktop/QtWaylandPasteboard.h"
+#include "Platform/Desktop/WindowSystem.h"
 
 #include <vector>
 
 namespace ravlin {
 namespace {
 
+/// The last resort, where no other way leads to the desktop's clipboard: whatever Qt's windows have.
+std::unique_ptr<SystemPasteboard> openThroughQt(std::string& whyNot) {
+    if (wl_display* const display = WindowSystem::waylandDisplay()) return QtWaylandPasteboard::open(display, whyNot);
+    if (!WindowSystem::isX11()) return std::make_unique<QClipboardPasteboard>();
+    whyNot = "has no other display";
+    return nullptr;
+}
+
 /// All ways to the clipboard, the best first.
 std::vector<PasteboardBackEnd> backEnds() {
     const auto better = pasteboardBackEnds();
     std::vector<PasteboardBackEnd> all(better.begin(), better.end());
-    all.push_back({.name = "Qt", .open = QtPasteboard::open});
+    all.push_back({.name = "Qt", .open = openThroughQt});
     return all;
 }
 

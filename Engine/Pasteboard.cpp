@@ -12,6 +12,7 @@ public:
     std::optional<std::size_t> itemCount() override { return std::nullopt; }
     void clearContents() override {}
     bool setString(std::string_view /*text*/) override { return false; }
+    bool replaceIfUnchanged(std::int64_t /*count*/, std::string_view /*text*/) override { return false; }
 };
 
 Pasteboard*& installedPasteboard() noexcept {

@@ -39,9 +39,13 @@ public:
     /// Empties the clipboard. Followed by `setString`, other applications see one change only.
     virtual void clearContents() = 0;
 
-    /// Puts one plain-text item on the clipboard. False where the system refused it, and where this follows
-    /// `changeCount`, with at most `clearContents` in between, and another application has copied since.
+    /// Puts one plain-text item on the clipboard. False where the system refused it.
     virtual bool setString(std::string_view text) = 0;
+
+    /// Replaces the whole content by one plain-text item, as one change, unless there has been a change since
+    /// `changeCount` gave `count`. False where there was, which leaves the clipboard alone, or the system refused it.
+    /// That an application took its copy along when it ended is no such change: there is nothing to lose.
+    virtual bool replaceIfUnchanged(std::int64_t count, std::string_view text) = 0;
 
     /// The clipboard of the desktop in use: the one installed by `setGeneral`, or one that is always empty.
     static Pasteboard& general() noexcept;

@@ -45,10 +45,9 @@ PasteOutcome transformClipboard(TextTransform transform) {
     const std::string result = transform.apply(*text);
     const Success success{.inputCount = Unicode::characterCount(*text), .outputCount = Unicode::characterCount(result)};
 
-    // The write follows this look at the counter at once. A copy that comes between the two is kept, which is as if it
-    // had come after the write.
+    // A copy that comes between this look at the counter and the write is kept, which is as if it had come afterwards.
     if (pasteboard.changeCount() != changeCount) return ClipboardChanged{};
-    setText(result);
+    pasteboard.replaceIfUnchanged(changeCount, result);
     return success;
 }
 

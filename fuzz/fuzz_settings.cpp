@@ -3,11 +3,10 @@
 
 #include "Updater/Address.h"
 #include "Updater/UpdateSettings.h"
+#include "fuzz/Fuzz.h"
 
 #include <QFile>
 #include <QTemporaryDir>
-
-#include "fuzz/Fuzz.h"
 
 namespace {
 

@@ -23,10 +23,10 @@ void closeDescriptorsExcept(std::vector<int> kept) {
     closefrom(next);
 }
 
-void leadStandardStreamsNowhere() {
-    const int nowhere = open("/dev/null", O_RDWR | O_CLOEXEC);
+void redirectStandardStreamsToNull() {
+    const int null = open("/dev/null", O_RDWR | O_CLOEXEC);
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-        if (nowhere < 0 || dup2(nowhere, stream) < 0) close(stream);
+        if (null < 0 || dup2(null, stream) < 0) close(stream);
     }
 }
 
@@ -50,7 +50,7 @@ ForkSide forkLingeringChild(std::vector<int> keptDescriptors) {
     const bool keepsNoFolderBusy = chdir("/") == 0;
     static_cast<void>(keepsNoFolderBusy);  // a courtesy
     // Last of all: whoever waits for the program's output to end finds everything done.
-    leadStandardStreamsNowhere();
+    redirectStandardStreamsToNull();
     return ForkSide::child;
 }
 

@@ -7,20 +7,20 @@
 #include <iostream>
 
 namespace ravlin {
+namespace {
+
+template <class BackEnd>
+std::unique_ptr<SystemPasteboard> openDefault(std::string& whyNot) {
+    return BackEnd::open(/*displayName=*/nullptr, whyNot);
+}
+
+}  // namespace
 
 std::span<const PasteboardBackEnd> pasteboardBackEnds() {
     // Where a compositor offers data control, programs behind its X server may see nothing without the focus. Where it
     // does not, as GNOME's, they see everything.
-    static const std::array kBackEnds = {
-        PasteboardBackEnd{.name = "Wayland",
-                          .open = [](std::string& whyNot) -> std::unique_ptr<SystemPasteboard> {
-                              return WaylandPasteboard::open(/*displayName=*/nullptr, whyNot);
-                          }},
-        PasteboardBackEnd{.name = "X11",
-                          .open = [](std::string& whyNot) -> std::unique_ptr<SystemPasteboard> {
-                              return X11Pasteboard::open(/*displayName=*/nullptr, whyNot);
-                          }},
-    };
+    static const std::array kBackEnds = {PasteboardBackEnd{.name = "Wayland", .open = openDefault<WaylandPasteboard>},
+                                         PasteboardBackEnd{.name = "X11", .open = openDefault<X11Pasteboard>}};
     return kBackEnds;
 }
 

@@ -1,9 +1,7 @@
 #pragma once
 
-#include <algorithm>
 #include <chrono>
 #include <cstddef>
-#include <utility>
 
 namespace ravlin {
 
@@ -12,27 +10,6 @@ struct ReadLimits {
     std::chrono::milliseconds idle{2000};    // without a byte of content, over all questions of one call together
     std::chrono::milliseconds total{30000};  // for one call
     std::size_t byteSize = std::size_t{512} << 20;  // of one representation
-};
-
-/// The time that one call may take: it ends when no content has come for a while, and in any case.
-class Patience {
-public:
-    using Clock = std::chrono::steady_clock;
-
-    explicit Patience(const ReadLimits& limits) : limits_(limits), start_(Clock::now()), lastByte_(start_) {}
-
-    Clock::time_point deadline() const { return std::min(lastByte_ + limits_.idle, start_ + limits_.total); }
-
-    /// To be told how much of the present representation has come, in bytes.
-    void noteSize(std::size_t byteSize) {
-        if (byteSize > std::exchange(byteSize_, byteSize)) lastByte_ = Clock::now();
-    }
-
-private:
-    ReadLimits limits_;
-    Clock::time_point start_;
-    Clock::time_point lastByte_;
-    std::size_t byteSize_ = 0;
 };
 
 }  // namespace ravlin

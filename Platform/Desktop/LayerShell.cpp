@@ -1,6 +1,7 @@
 #include "Platform/Desktop/LayerShell.h"
 
 #include "Platform/Clipboard/Wayland/WaylandRequests.h"
+#include "Platform/Desktop/WindowSystem.h"
 
 #include <QAbstractEventDispatcher>
 #include <QGuiApplication>
@@ -94,10 +95,6 @@ const Protocol& protocol() {
     return kProtocol;
 }
 
-bool isWayland() {
-    return QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
-}
-
 }  // namespace
 
 void LayerShell::prepare() {
@@ -106,10 +103,9 @@ void LayerShell::prepare() {
 }
 
 std::unique_ptr<LayerShell> LayerShell::connectToCompositor() {
-    if (!isWayland()) return nullptr;
-    void* const display = QGuiApplication::platformNativeInterface()->nativeResourceForIntegration("wl_display");
+    wl_display* const display = WindowSystem::waylandDisplay();
     std::unique_ptr<LayerShell> shell(new LayerShell);
-    return display != nullptr && shell->connectTo(static_cast<wl_display*>(display)) ? std::move(shell) : nullptr;
+    return display != nullptr && shell->connectTo(display) ? std::move(shell) : nullptr;
 }
 
 bool LayerShell::connectTo(wl_display* display) {
@@ -133,11 +129,7 @@ bool LayerShell::connectTo(wl_display* display) {
 LayerShell::~LayerShell() {
     detach();
     if (shell_ == nullptr) return;
-    if (version_ >= kShellDestroySince) {
-        destroy(shell_, kShellDestroy);
-    } else {
-        wl_proxy_destroy(shell_);
-    }
+    version_ >= kShellDestroySince ? destroy(shell_, kShellDestroy) : wl_proxy_destroy(shell_);
 }
 
 std::optional<int> LayerShell::attach(QWindow& window, int width) {

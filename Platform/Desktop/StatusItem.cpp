@@ -2,6 +2,7 @@
 
 #include "Platform/Desktop/PanelPlacement.h"
 #include "Platform/Desktop/StatusIcon.h"
+#include "Platform/Desktop/WindowSystem.h"
 
 #include <QEvent>
 #include <QGuiApplication>
@@ -12,14 +13,10 @@
 namespace ravlin {
 namespace {
 
-bool isX11() {
-    return QGuiApplication::platformName() == QLatin1String("xcb");
-}
-
 /// What a host gave as the place of a click: hosts that do not know it give the origin, and those on Wayland give
 /// coordinates of a surface of theirs.
 QRect clickedPoint(QPoint where) {
-    if (!isX11() || where.isNull()) return {};
+    if (!WindowSystem::isX11() || where.isNull()) return {};
     return {PanelPlacement::fromDevicePixels(where, PanelPlacement::currentScreens()), QSize(1, 1)};
 }
 
@@ -69,7 +66,7 @@ bool StatusItem::eventFilter(QObject* watched, QEvent* event) {
 void StatusItem::followWatcher() {
     if (notifierItem_.registration() != StatusNotifierItem::Registration::noWatcher)
         xembedIcon_.reset();
-    else if (xembedIcon_ == nullptr && isX11() && !notifierItem_.hasMetWatcher())
+    else if (xembedIcon_ == nullptr && WindowSystem::isX11() && !notifierItem_.hasMetWatcher())
         showXEmbedIcon();
     Q_EMIT shownChanged();
 }

@@ -26,8 +26,7 @@ TEST(TransformClipboard, CountsBeforeReadingAndOnceMoreRightBeforeWriting) {
     FakePasteboard pasteboard;
     pasteboard.copyTextElsewhere("a");
     run(TextTransform::upperCase);
-    EXPECT_THAT(pasteboard.calls(),
-                ElementsAre("changeCount", "string", "changeCount", "clearContents", "setString(A)"));
+    EXPECT_THAT(pasteboard.calls(), ElementsAre("changeCount", "string", "changeCount", "replaceIfUnchanged(A)"));
 }
 
 TEST(TransformClipboard, PlainTextWinsOverRichTextAndHTML) {
@@ -138,6 +137,14 @@ TEST(TransformClipboard, ChangeBetweenCountAndReadIsLeftAlone) {
     pasteboard.copyTextElsewhere("mine");
     pasteboard.before("string", 1, [&] { pasteboard.copyTextElsewhere("theirs"); });
     EXPECT_EQ(run(TextTransform::upperCase), PasteOutcome(ClipboardChanged{}));
+    EXPECT_EQ(pasteboard.string(), "theirs");
+}
+
+TEST(TransformClipboard, CopyBetweenTheSecondCountAndTheWriteIsKeptAsIfItHadComeAfterwards) {
+    FakePasteboard pasteboard;
+    pasteboard.copyTextElsewhere("mine");
+    pasteboard.before("replaceIfUnchanged", 1, [&] { pasteboard.copyTextElsewhere("theirs"); });
+    EXPECT_EQ(run(TextTransform::upperCase), PasteOutcome(Success{.inputCount = 4, .outputCount = 4}));
     EXPECT_EQ(pasteboard.string(), "theirs");
 }
 
@@ -298,6 +305,7 @@ TEST(TransformClipboard, HTMLThatIsNotUTF8HasNoTextAndStays) {
 TEST(GeneralPasteboard, IsAlwaysThereAndEmptyWhereNoneIsInstalled) {
     EXPECT_EQ(run(TextTransform::upperCase), PasteOutcome(ClipboardEmpty{}));
     EXPECT_FALSE(Pasteboard::general().setString("x"));
+    EXPECT_FALSE(Pasteboard::general().replaceIfUnchanged(Pasteboard::general().changeCount(), "x"));
     PasteboardService::setText("x");
     EXPECT_EQ(PasteboardService::plainText(), std::nullopt);
 }

@@ -39,6 +39,8 @@ const Row kRows[] = {
     {"PlainText", {{"UTF8_STRING", "caf\u00e9"}}, "caf\u00e9", {}, {}},
     {"PlainTextByItsMIMEType", {{"text/plain;charset=utf-8", "caf\u00e9"}}, "caf\u00e9", {}, {}},
     {"PlainTextWithoutACharacterSet", {{"text/plain", "caf\u00e9"}}, "caf\u00e9", {}, {}},
+    {"PlainTextInOtherLetters", {{"text/plain;charset=UTF-8", "\u20ac"}}, "\u20ac", {}, {}},
+    {"PlainTextWithBlanks", {{"STRING", "?"}, {"Text/Plain; Charset=UTF-8", "\u20ac"}}, "\u20ac", {}, {}},
     {"PlainTextInLatin1", {{"STRING", "caf\xE9"}}, "caf\u00e9", {}, {}},
     {"EmptyPlainText", {{"UTF8_STRING", ""}}, "", {}, {}},
     {"TrailingNULIsDropped", {{"UTF8_STRING", "a\0b\0"s}}, "a\0b"s, {}, {}},
@@ -48,8 +50,10 @@ const Row kRows[] = {
     {"RTFByItsOtherName", {{"application/rtf", kRTF}}, {}, kRTF, {}},
     {"RTFByItsOldName", {{"text/richtext", kRTF}}, {}, kRTF, {}},
     {"HTMLOnly", {{"text/html", kHTML}}, {}, {}, kHTML},
+    {"RTFAndHTMLInOtherLetters", {{"TEXT/HTML", kHTML}, {"Text/RTF", kRTF}}, {}, kRTF, kHTML},
     {"HTMLThatIsNoUTF8", {{"text/html", kUTF16}}, {}, {}, kUTF16},
     {"All", {{"text/html", kHTML}, {"text/rtf", kRTF}, {"UTF8_STRING", "plain"}}, "plain", kRTF, kHTML},
+    {"OtherCharacterSetOnly", {{"text/plain;charset=utf-16", "u"}}, {}, {}, {}},
     {"ImageOnly", {{"image/png", "\x89PNG"}}, {}, {}, {}},
     {"FileListOnly", {{"text/uri-list", "file:///tmp/a\r\n"}}, {}, {}, {}}};
 
@@ -285,20 +289,18 @@ TEST_F(BackEndChangeCount, CopyBetweenALookAndTheWriteIsKept) {
         if (isOursBefore) {
             EXPECT_TRUE(pasteboard_->setString("ours"));
         }
-        pasteboard_->changeCount();
+        const std::int64_t count = pasteboard_->changeCount();
         letServerTimePass();
         owner->copyAgain();
-        pasteboard_->clearContents();
-        EXPECT_FALSE(pasteboard_->setString("too late"));
+        EXPECT_FALSE(pasteboard_->replaceIfUnchanged(count, "too late"));
         EXPECT_EQ(pasteboard_->string(), "theirs");
         EXPECT_EQ(outputOf(kPastingProgram, *pasteboard_), "theirs");
     }
 }
 
-TEST_F(BackEndChangeCount, WriteWithoutALookReplacesWhateverIsThere) {
+TEST_F(BackEndChangeCount, WriteThatNamesNoCountReplacesWhateverIsThere) {
     const auto owner = copyElsewhere({.content = {{"UTF8_STRING", "theirs"}}});
     pasteboard_->changeCount();
-    pasteboard_->processEvents();
     letServerTimePass();
     owner->copyAgain();
     pasteboard_->clearContents();
@@ -306,12 +308,41 @@ TEST_F(BackEndChangeCount, WriteWithoutALookReplacesWhateverIsThere) {
     EXPECT_EQ(outputOf(kPastingProgram, *pasteboard_), "ours");
 }
 
+TEST_F(BackEndChangeCount, ReplacingIsOneChange) {
+    const auto owner = copyElsewhere({.content = {{"text/html", kHTML}, {"UTF8_STRING", "theirs"}}});
+    const std::int64_t count = pasteboard_->changeCount();
+    EXPECT_TRUE(pasteboard_->replaceIfUnchanged(count, "ours"));
+    EXPECT_EQ(pasteboard_->changeCount(), count + 1);
+    EXPECT_EQ(pasteboard_->string(), "ours");
+    EXPECT_EQ(outputOf(kPastingProgram, *pasteboard_), "ours");
+    EXPECT_EQ(pasteElsewhere("text/html", *pasteboard_), std::nullopt);
+}
+
+TEST_F(BackEndChangeCount, OurOwnWriteSinceALookIsKept) {
+    const std::int64_t count = pasteboard_->changeCount();
+    EXPECT_TRUE(pasteboard_->setString("ours"));
+    EXPECT_FALSE(pasteboard_->replaceIfUnchanged(count, "too late"));
+    EXPECT_EQ(outputOf(kPastingProgram, *pasteboard_), "ours");
+}
+
+TEST_F(BackEndChangeCount, WriteTakesThePlaceOfAPendingClearing) {
+    const auto owner = copyElsewhere({.content = {{"UTF8_STRING", "theirs"}}});
+    const std::int64_t count = pasteboard_->changeCount();
+    pasteboard_->clearContents();
+    EXPECT_TRUE(pasteboard_->replaceIfUnchanged(count, "ours"));
+    EXPECT_EQ(pasteboard_->changeCount(), count + 1);
+    letServerTimePass();
+    owner->copyAgain();
+    pasteboard_->clearContents();
+    EXPECT_FALSE(pasteboard_->replaceIfUnchanged(count + 1, "too late"));
+    EXPECT_EQ(pasteboard_->string(), "theirs") << "as if it had come after the clearing";
+}
+
 TEST_F(BackEndChangeCount, EndOfTheOwnerBetweenALookAndTheWriteLosesNothing) {
     auto owner = copyElsewhere({.content = {{"UTF8_STRING", "theirs"}}});
-    pasteboard_->changeCount();
+    const std::int64_t count = pasteboard_->changeCount();
     owner.reset();
-    pasteboard_->clearContents();
-    EXPECT_TRUE(pasteboard_->setString("ours"));
+    EXPECT_TRUE(pasteboard_->replaceIfUnchanged(count, "ours"));
     EXPECT_EQ(outputOf(kPastingProgram, *pasteboard_), "ours");
 }
 

@@ -20,7 +20,8 @@ struct OwnerPlan {
     };
     std::vector<Representation> content = {};
     bool listsTargets = true;
-    bool answers = true;  // with content; it lists its targets nevertheless
+    std::size_t unknownTargetCount = 0;  // which it lists before the others, where that can be
+    bool answers = true;                 // with content; it lists its targets nevertheless
     std::chrono::milliseconds pauseBeforeAnswer{0};
     std::size_t incrementSize = 0;  // 0: everything in one piece
     int stopsAfterIncrements = -1;  // with SIGSTOP, the first time

@@ -15,15 +15,18 @@ using testing::ElementsAre;
 
 class SomePasteboard final : public SystemPasteboard {
 public:
-    std::int64_t changeCount() override { return 0; }
-    std::optional<std::string> string() override { return std::nullopt; }
-    std::optional<std::string> data(Type /*type*/) override { return std::nullopt; }
-    std::optional<std::size_t> itemCount() override { return 0; }
-    void clearContents() override {}
-    bool setString(std::string_view /*text*/) override { return true; }
     int fileDescriptor() const override { return -1; }
-    void processEvents() override {}
-    void lingerIfOwner() override {}
+
+private:
+    bool awaitAnswer() override { return true; }
+    bool isEmpty() const override { return true; }
+    Text ownText() const override { return nullptr; }
+    std::optional<std::string> read(Type /*type*/) override { return std::nullopt; }
+    bool write(const Text& /*text*/, std::int64_t /*count*/) override { return true; }
+    void clear() override {}
+    void wakeUp() override {}
+    void handleEvents() override {}
+    void settle() override {}
 };
 
 PasteboardBackEnd working(std::string_view name) {

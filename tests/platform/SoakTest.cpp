@@ -79,14 +79,13 @@ public:
     }
     std::optional<std::string> data(Type type) override { return pasteboard_.data(type); }
     std::optional<std::size_t> itemCount() override { return pasteboard_.itemCount(); }
-    void clearContents() override {
+    void clearContents() override { pasteboard_.clearContents(); }
+    bool setString(std::string_view text) override { return pasteboard_.setString(text); }
+    bool replaceIfUnchanged(std::int64_t count, std::string_view text) override {
         comeTo(Moment::beforeWriting);
-        pasteboard_.clearContents();
-    }
-    bool setString(std::string_view text) override {
-        const bool isSet = pasteboard_.setString(text);
+        const bool isReplaced = pasteboard_.replaceIfUnchanged(count, text);
         comeTo(Moment::afterWriting);
-        return isSet;
+        return isReplaced;
     }
 
 private:

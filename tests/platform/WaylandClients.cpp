@@ -21,16 +21,20 @@
 namespace ravlin::tests {
 namespace {
 
+using WaylandSelection::Offer;
+using WaylandSelection::Protocol;
+using Seat = std::unique_ptr<wl_proxy, WaylandSelection::ProxyDeleter>;
+
 /// The globals that a plain client needs.
 struct Globals {
-    std::optional<std::pair<std::uint32_t, DataControl::Dialect>> manager;
+    std::optional<std::pair<std::uint32_t, Protocol>> manager;
     std::uint32_t seat = 0;
 
     WaylandConnection::Globals noting() {
         return {.appeared =
                     [this](std::uint32_t name, std::string_view interface, std::uint32_t /*version*/) {
-                        for (const auto each : {DataControl::Dialect::ext, DataControl::Dialect::zwlr}) {
-                            if (interface == DataControl::managerName(each)) manager = {name, each};
+                        for (const auto each : {Protocol::extDataControl, Protocol::zwlrDataControl}) {
+                            if (interface == WaylandSelection::managerName(each)) manager = {name, each};
                         }
                         if (interface == "wl_seat") seat = name;
                     },
@@ -47,10 +51,9 @@ std::unique_ptr<WaylandConnection> connect(Globals& globals) {
     return connection;
 }
 
-std::unique_ptr<wl_proxy, DataControl::ProxyDeleter> bindSeat(WaylandConnection& connection, std::uint32_t name) {
+Seat bindSeat(WaylandConnection& connection, std::uint32_t name) {
     auto* const registry = reinterpret_cast<wl_registry*>(connection.registry());
-    return std::unique_ptr<wl_proxy, DataControl::ProxyDeleter>(
-        static_cast<wl_proxy*>(wl_registry_bind(registry, name, &wl_seat_interface, 1)));
+    return Seat(static_cast<wl_proxy*>(wl_registry_bind(registry, name, &wl_seat_interface, 1)));
 }
 
 /// What runs in the process of a ForeignSource.
@@ -63,8 +66,8 @@ public:
           connection_(connect(globals_)),
           manager_(connection_->registry(), globals_.manager->first, globals_.manager->second),
           seat_(bindSeat(*connection_, globals_.seat)),
-          device_(manager_.deviceOf(
-              seat_.get(), {.selection = [](const std::shared_ptr<DataControl::Offer>&) {}, .finished = [] {}})) {
+          device_(
+              manager_.deviceOf(seat_.get(), {.selection = [](const std::shared_ptr<Offer>&) {}, .finished = [] {}})) {
         std::signal(SIGPIPE, SIG_IGN);
         copy();
         reply(ForeignProgram::kObeyed);
@@ -146,10 +149,10 @@ private:
     int replies_;
     Globals globals_;
     std::unique_ptr<WaylandConnection> connection_;
-    DataControl::Manager manager_;
-    std::unique_ptr<wl_proxy, DataControl::ProxyDeleter> seat_;
-    std::unique_ptr<DataControl::Device> device_;
-    std::vector<std::unique_ptr<DataControl::Source>> sources_;
+    WaylandSelection::Manager manager_;
+    Seat seat_;
+    std::unique_ptr<WaylandSelection::Device> device_;
+    std::vector<std::unique_ptr<WaylandSelection::Source>> sources_;
     std::vector<Descriptor> held_;
 };
 
@@ -168,12 +171,12 @@ ForeignSource::ForeignSource(const OwnerPlan& plan)
 Paster::Paster() {
     Globals globals;
     connection_ = connect(globals);
-    manager_ = std::make_unique<DataControl::Manager>(connection_->registry(), globals.manager->first,
-                                                      globals.manager->second);
+    manager_ = std::make_unique<WaylandSelection::Manager>(connection_->registry(), globals.manager->first,
+                                                           globals.manager->second);
     seat_ = bindSeat(*connection_, globals.seat);
     device_ = manager_->deviceOf(
-        seat_.get(), {.selection = [this](std::shared_ptr<DataControl::Offer> offer) { offer_ = std::move(offer); },
-                      .finished = [] {}});
+        seat_.get(),
+        {.selection = [this](std::shared_ptr<Offer> offer) { offer_ = std::move(offer); }, .finished = [] {}});
     connection_->synchronise();
 }
 

@@ -39,10 +39,10 @@ public:
 
 private:
     std::unique_ptr<WaylandConnection> connection_;
-    std::unique_ptr<DataControl::Manager> manager_;
-    std::unique_ptr<wl_proxy, DataControl::ProxyDeleter> seat_;
-    std::unique_ptr<DataControl::Device> device_;
-    std::shared_ptr<DataControl::Offer> offer_;
+    std::unique_ptr<WaylandSelection::Manager> manager_;
+    std::unique_ptr<wl_proxy, WaylandSelection::ProxyDeleter> seat_;
+    std::unique_ptr<WaylandSelection::Device> device_;
+    std::shared_ptr<WaylandSelection::Offer> offer_;
 };
 
 /// Takes what has come out of a pipe so far; false once it is at its end.

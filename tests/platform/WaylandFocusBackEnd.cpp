@@ -7,7 +7,7 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <utility>
+#include <stdexcept>
 
 namespace ravlin::tests {
 namespace {
@@ -22,28 +22,23 @@ FakeCompositor& compositor() {
     return running;
 }
 
-/// A pasteboard with a window of its own, at which the user presses a key before each copy.
-class InUse final : public SystemPasteboard {
-public:
-    explicit InUse(ReadLimits limits)
-        : window_(compositor().display()), pasteboard_(openPasteboardOf(window_, limits)) {}
+struct WithWindow {
+    WaylandWindow window{compositor().display()};
+};
 
-    std::int64_t changeCount() override { return pasteboard_->changeCount(); }
-    std::optional<std::string> string() override { return pasteboard_->string(); }
-    std::optional<std::string> data(Type type) override { return pasteboard_->data(type); }
-    std::optional<std::size_t> itemCount() override { return pasteboard_->itemCount(); }
-    void clearContents() override { pasteboard_->clearContents(); }
-    bool setString(std::string_view text) override {
-        compositor().pressKey();
-        return pasteboard_->setString(text);
+/// A pasteboard with a window of its own, at which the user presses a key before each copy.
+class InUse final : private WithWindow, public FocusPasteboard {
+public:
+    explicit InUse(ReadLimits limits) : FocusPasteboard(limits) {
+        std::string whyNot;
+        if (!start(window.display(), whyNot)) throw std::runtime_error("no pasteboard: " + whyNot);
     }
-    int fileDescriptor() const override { return pasteboard_->fileDescriptor(); }
-    void processEvents() override { pasteboard_->processEvents(); }
-    void lingerIfOwner() override { pasteboard_->lingerIfOwner(); }
 
 private:
-    WaylandWindow window_;
-    std::unique_ptr<WaylandPasteboard> pasteboard_;
+    bool write(const Text& text, std::int64_t count) override {
+        compositor().pressKey();
+        return FocusPasteboard::write(text, count);
+    }
 };
 
 }  // namespace

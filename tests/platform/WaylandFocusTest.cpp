@@ -1,5 +1,4 @@
-// WaylandPasteboard without data control: what it can do while its window has the keyboard's focus, and that it does no
-// harm while it has not.
+// FocusPasteboard: what it can do while its window has the keyboard's focus, and that it does no harm while it has not.
 
 #include "tests/platform/FakeCompositor.h"
 #include "tests/platform/WaylandClients.h"
@@ -50,7 +49,7 @@ protected:
 
     FakeCompositor compositor_{{}};
     WaylandWindow window_{compositor_.display()};
-    std::unique_ptr<WaylandPasteboard> pasteboard_ = openPasteboardOf(window_);
+    std::unique_ptr<FocusPasteboard> pasteboard_ = openPasteboardOf(window_);
 };
 
 TEST_F(WaylandFocus, WithItTheClipboardIsReadAndWritten) {
@@ -287,7 +286,7 @@ TEST(WaylandFocusMissing, WithoutTheCoreClipboardThereIsAReason) {
     const FakeCompositor compositor({.hasCoreClipboard = false});
     const WaylandWindow window(compositor.display());
     std::string whyNot;
-    EXPECT_EQ(WaylandPasteboard::openOn(window.display(), whyNot), nullptr);
+    EXPECT_EQ(FocusPasteboard::open(window.display(), whyNot), nullptr);
     EXPECT_EQ(whyNot, "the compositor offers no clipboard");
 }
 

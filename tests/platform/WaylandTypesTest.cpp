@@ -27,7 +27,7 @@ const PlainCase kPlainCases[] = {
     {"UTF8ByItsMIMETypeIsPreferred",
      {.content = {{"STRING", "s"}, {"TEXT", "t"}, {"text/plain", "p"}, {"text/plain;charset=utf-8", "u"}}},
      "u"},
-    {"NextIsItsNameOnX11", {.content = {{"STRING", "s"}, {"text/plain", "p"}, {"UTF8_STRING", "u"}}}, "u"},
+    {"UTF8ByItsNameOnX11IsPreferred", {.content = {{"STRING", "s"}, {"text/plain", "p"}, {"UTF8_STRING", "u"}}}, "u"},
     {"TextPlainBeforeString", {.content = {{"STRING", "s"}, {"text/plain", "p"}}}, "p"},
     {"CaseOfATypeDoesNotCount", {.content = {{"text/plain;charset=UTF-8", "u"}, {"text/plain", "p"}}}, "u"},
     {"SpacesInATypeDoNotCount", {.content = {{"text/plain; charset=utf-8", "u"}, {"text/plain", "p"}}}, "u"},

@@ -30,9 +30,9 @@ WaylandWindow::~WaylandWindow() {
     wl_display_disconnect(display_);
 }
 
-std::unique_ptr<WaylandPasteboard> openPasteboardOf(const WaylandWindow& window, ReadLimits limits) {
+std::unique_ptr<FocusPasteboard> openPasteboardOf(const WaylandWindow& window, ReadLimits limits) {
     std::string whyNot;
-    auto pasteboard = WaylandPasteboard::openOn(window.display(), whyNot, limits);
+    auto pasteboard = FocusPasteboard::open(window.display(), whyNot, limits);
     if (!pasteboard) throw std::runtime_error("no pasteboard: " + whyNot);
     return pasteboard;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/Clipboard/Wayland/WaylandPasteboard.h"
+#include "Platform/Clipboard/Wayland/FocusPasteboard.h"
 
 #include <wayland-client-protocol.h>
 
@@ -30,6 +30,6 @@ private:
 };
 
 /// The pasteboard of a window; the test fails where there is none.
-std::unique_ptr<WaylandPasteboard> openPasteboardOf(const WaylandWindow& window, ReadLimits limits = {});
+std::unique_ptr<FocusPasteboard> openPasteboardOf(const WaylandWindow& window, ReadLimits limits = {});
 
 }  // namespace ravlin::tests

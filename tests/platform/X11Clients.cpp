@@ -7,6 +7,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
+#include <numeric>
 #include <stdexcept>
 #include <utility>
 
@@ -26,6 +27,9 @@ template <class Event>
 const Event& as(const xcb_generic_event_t& event) {
     return reinterpret_cast<const Event&>(event);
 }
+
+/// Numbers that no atom has from here on.
+constexpr xcb_atom_t kNoAtoms = 1'000'000;
 
 /// What runs in the process of a ForeignOwner.
 class OwnerProgram {
@@ -118,7 +122,9 @@ private:
     }
 
     bool listTargets(const xcb_selection_request_event_t& request) {
-        std::vector<xcb_atom_t> targets = {client_.atom("TARGETS"), client_.atom("TIMESTAMP")};
+        std::vector<xcb_atom_t> targets(plan_.unknownTargetCount);
+        std::iota(targets.begin(), targets.end(), kNoAtoms);
+        targets.insert(targets.end(), {client_.atom("TARGETS"), client_.atom("TIMESTAMP")});
         for (const auto& each : plan_.content) targets.push_back(client_.atom(each.target));
         xcb_change_property(client_.get(), XCB_PROP_MODE_REPLACE, request.requestor, request.property, XCB_ATOM_ATOM,
                             32, static_cast<std::uint32_t>(targets.size()), targets.data());

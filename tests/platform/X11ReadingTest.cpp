@@ -210,6 +210,32 @@ TEST(X11ReadingFromTrouble, OwnerThatOnlyListsItsTargetsCostsTheIdleLimitOnceFor
     EXPECT_LT(time, 1s);
 }
 
+TEST(X11ReadingFromTrouble, OwnerThatListsAMillionTargetsCostsLittle) {
+    const auto pasteboard = openPasteboard();
+    const ForeignOwner owner({.content = {{"text/plain;charset=UTF-8", "u"}, {"text/plain", "p"}, {"text/html", "h"}},
+                              .unknownTargetCount = 1'000'000});
+    const auto time = durationOf([&] {
+        EXPECT_EQ(pasteboard->string(), "p")
+            << "what is looked at by its name is bounded, usual names are always found";
+        EXPECT_EQ(pasteboard->data(Type::rtf), std::nullopt);
+        EXPECT_EQ(pasteboard->data(Type::html), "h");
+    });
+    EXPECT_LT(time, 1s);
+}
+
+TEST(X11ReadingFromTrouble, SoManyTargetsAreLookedAtByTheirNamesAndNotOneMore) {
+    const auto pasteboard = openPasteboard();
+    OwnerPlan plan = {.content = {{"text/plain;charset=UTF-8", "u"}, {"text/plain", "p"}},
+                      .unknownTargetCount = X11SelectionReader::kMaximumNames - 3};  // and TARGETS, TIMESTAMP, the text
+    {
+        const ForeignOwner owner(plan);
+        EXPECT_EQ(pasteboard->string(), "u") << "though none of those before is an atom";
+    }
+    ++plan.unknownTargetCount;
+    const ForeignOwner owner(plan);
+    EXPECT_EQ(pasteboard->string(), "p");
+}
+
 TEST(X11ReadingFromTrouble, LateAnswerIsNotMistakenForTheNextOwners) {
     const auto pasteboard = openPasteboard({.idle = 500ms});
     ForeignOwner late({.content = {{"image/png", "picture"}}});

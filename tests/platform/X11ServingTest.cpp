@@ -74,7 +74,7 @@ TEST_F(X11Serving, EveryTargetHasItsTypeAndEncoding) {
     for (const Row& row : {Row{"UTF8_STRING", "UTF8_STRING", "caf\u00e9"},
                            Row{"text/plain;charset=utf-8", "text/plain;charset=utf-8", "caf\u00e9"},
                            Row{"text/plain", "text/plain", "caf\u00e9"}, Row{"STRING", "STRING", "caf\xE9"},
-                           Row{"TEXT", "STRING", "caf\xE9"}}) {
+                           Row{"TEXT", "UTF8_STRING", "caf\u00e9"}}) {
         const auto answer = requestor.read(row.target);
         ASSERT_TRUE(answer) << row.target;
         EXPECT_EQ(answer->type, row.type);
@@ -247,6 +247,15 @@ TEST_F(X11Serving, ClearAndSetAreOneChangeToEverybody) {
     EXPECT_THAT(observer_.newOwners(), ElementsAre(pasteboardWindow()));
     pasteboard_->clearContents();
     pasteboard_->setString("ours again");
+    pasteboard_->processEvents();
+    EXPECT_THAT(observer_.newOwners(), ElementsAre(pasteboardWindow()));
+    EXPECT_NE(pasteboardWindow(), 0U);
+}
+
+TEST_F(X11Serving, ReplacingIsOneChangeToEverybody) {
+    const ForeignOwner owner("foreign");
+    observer_.newOwners();
+    EXPECT_TRUE(pasteboard_->replaceIfUnchanged(pasteboard_->changeCount(), "ours"));
     pasteboard_->processEvents();
     EXPECT_THAT(observer_.newOwners(), ElementsAre(pasteboardWindow()));
     EXPECT_NE(pasteboardWindow(), 0U);

@@ -70,6 +70,12 @@ public:
         copyTextElsewhere(std::string(text));
         return true;
     }
+    bool replaceIfUnchanged(std::int64_t count, std::string_view text) override {
+        record("replaceIfUnchanged", "(" + std::string(text) + ")");
+        if (writesRefused_ || count != changeCount_) return false;
+        copyTextElsewhere(std::string(text));
+        return true;
+    }
 
 private:
     struct Interruption {

@@ -227,7 +227,7 @@ TEST_F(MenuViewTest, ClickingARowRunsItsTransform) {
     pasteboard.copyTextElsewhere("hello");
     click(&row(TextTransform::stripFormatting));
     EXPECT_THAT(pasteboard.calls(),
-                Contains("setString(" + TextTransform(TextTransform::stripFormatting).apply("hello") + ")"));
+                Contains("replaceIfUnchanged(" + TextTransform(TextTransform::stripFormatting).apply("hello") + ")"));
     EXPECT_THAT(statusText(), testing::StartsWith("Strip formatting — ready"));
 }
 

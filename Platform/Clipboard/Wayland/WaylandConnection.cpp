@@ -11,7 +11,6 @@
 
 #include <poll.h>
 #include <sys/epoll.h>
-#include <unistd.h>
 
 namespace ravlin {
 namespace {
@@ -73,16 +72,23 @@ WaylandConnection::WaylandConnection(wl_display* display, bool isOwn, Globals gl
     wl_proxy_set_queue(reinterpret_cast<wl_proxy*>(queuedDisplay_), queue_.get());
     epoll_event event = {};
     event.events = EPOLLIN;
-    epoll_ctl(watcher_, EPOLL_CTL_ADD, socket(), &event);
+    epoll_ctl(watcher_.get(), EPOLL_CTL_ADD, socket(), &event);
     listenToRegistry();
 }
 
 WaylandConnection::~WaylandConnection() {
-    if (watcher_ >= 0) close(watcher_);
+    close();
+}
+
+void WaylandConnection::close() {
+    if (display_ == nullptr) return;
+    // A forked process has the same watcher: what would be taken out here would be taken out there.
+    watcher_.reset();
     wl_proxy_destroy(registry_);
     wl_proxy_wrapper_destroy(queuedDisplay_);
     queue_.reset();
     if (isOwn_) wl_display_disconnect(display_);
+    display_ = nullptr;
 }
 
 void WaylandConnection::listenToRegistry() {
@@ -100,11 +106,11 @@ void WaylandConnection::listenToRegistry() {
 }
 
 bool WaylandConnection::isLost() const {
-    return isGivenAway_ || wl_display_get_error(display_) != 0;
+    return display_ == nullptr || wl_display_get_error(display_) != 0;
 }
 
 int WaylandConnection::fileDescriptor() const {
-    return isLost() ? -1 : watcher_;
+    return isLost() ? -1 : watcher_.get();
 }
 
 bool WaylandConnection::synchronise() {
@@ -124,11 +130,15 @@ void WaylandConnection::processEvents() {
 void WaylandConnection::askForWakeUp() {
     if (isLost()) return;
     const SyncCallback answerIsOfNoUse(queuedDisplay_);
-    wl_display_flush(display_);
+    flush();
+}
+
+void WaylandConnection::flush() {
+    if (!isLost()) wl_display_flush(display_);
 }
 
 bool WaylandConnection::waitFor(int descriptor, TimePoint deadline) {
-    return !isLost() && readAndDispatch(descriptor, watcher_, deadline);
+    return !isLost() && readAndDispatch(descriptor, watcher_.get(), deadline);
 }
 
 /// One round: sends what is waiting, sleeps until something arrives (there, or from one of two other descriptors, where
@@ -162,17 +172,11 @@ bool WaylandConnection::readAndDispatch(int descriptor, int watcher, TimePoint d
 void WaylandConnection::watchWritable(int descriptor) const {
     epoll_event event = {};
     event.events = EPOLLOUT;
-    epoll_ctl(watcher_, EPOLL_CTL_ADD, descriptor, &event);
+    epoll_ctl(watcher_.get(), EPOLL_CTL_ADD, descriptor, &event);
 }
 
 void WaylandConnection::unwatch(int descriptor) const {
-    epoll_ctl(watcher_, EPOLL_CTL_DEL, descriptor, nullptr);
-}
-
-void WaylandConnection::giveAway() {
-    // The other process has the same watcher: what is taken out here would be taken out there.
-    if (watcher_ >= 0) close(std::exchange(watcher_, -1));
-    isGivenAway_ = true;
+    epoll_ctl(watcher_.get(), EPOLL_CTL_DEL, descriptor, nullptr);
 }
 
 }  // namespace ravlin

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Platform/Clipboard/Descriptor.h"
+
 #include <wayland-client-core.h>
 
 #include <chrono>
@@ -8,6 +10,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace ravlin {
 
@@ -47,12 +50,11 @@ public:
     wl_proxy* registry() const noexcept { return registry_; }
     bool isLost() const;
 
-    /// Readable when there is something to do; -1 once the connection is lost or given away.
+    /// Readable when there is something to do; -1 once the connection is lost or closed.
     int fileDescriptor() const;
 
     /// The socket, and what watches it: a forked process that goes on with this connection needs both.
-    int socket() const { return wl_display_get_fd(display_); }
-    int watcher() const { return watcher_; }
+    std::vector<int> descriptors() const { return {socket(), watcher_.get()}; }
 
     /// Waits until the compositor has done all it was asked, and handles what it told about that. False where it does
     /// not answer in time.
@@ -60,6 +62,9 @@ public:
 
     /// Sends what is waiting, and handles the events that have arrived; never waits.
     void processEvents();
+
+    /// Sends what is waiting.
+    void flush();
 
     /// Asks the compositor for an answer that means nothing: it makes the descriptor readable.
     void askForWakeUp();
@@ -72,8 +77,8 @@ public:
     void watchWritable(int descriptor) const;
     void unwatch(int descriptor) const;
 
-    /// Leaves the compositor with a forked process: from now on this one is without a connection.
-    void giveAway();
+    /// Ends the connection on this side; a forked process may go on with it. All objects must be gone before.
+    void close();
 
 private:
     struct QueueDeleter {
@@ -81,17 +86,17 @@ private:
     };
 
     WaylandConnection(wl_display* display, bool isOwn, Globals globals);
+    int socket() const { return wl_display_get_fd(display_); }
     void listenToRegistry();
     bool readAndDispatch(int descriptor, int watcher, TimePoint deadline);
 
-    wl_display* display_;
+    wl_display* display_;  // null once closed
     bool isOwn_;
     std::unique_ptr<wl_event_queue, QueueDeleter> queue_;
     wl_display* queuedDisplay_;  // the same, for requests whose answers come into the queue
     wl_proxy* registry_ = nullptr;
     Globals globals_;
-    int watcher_ = -1;
-    bool isGivenAway_ = false;
+    Descriptor watcher_;
 };
 
 }  // namespace ravlin

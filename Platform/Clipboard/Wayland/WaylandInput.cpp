@@ -9,6 +9,10 @@ WaylandInput& input(void* self) {
     return *static_cast<WaylandInput*>(self);
 }
 
+/// For an event of no interest.
+template <class... Arguments>
+void ignore(void* /*self*/, Arguments... /*arguments*/) {}
+
 }  // namespace
 
 // The objects are of the first version, which has no other events than those that the listeners handle.
@@ -52,9 +56,7 @@ void WaylandInput::listenToKeyboard() {
         };
         listener.key = [](void* self, wl_keyboard* /*keyboard*/, std::uint32_t serial, std::uint32_t /*time*/,
                           std::uint32_t /*key*/, std::uint32_t /*state*/) { input(self).latestSerial_ = serial; };
-        listener.modifiers = [](void* /*self*/, wl_keyboard* /*keyboard*/, std::uint32_t /*serial*/,
-                                std::uint32_t /*depressed*/, std::uint32_t /*latched*/, std::uint32_t /*locked*/,
-                                std::uint32_t /*group*/) {};
+        listener.modifiers = ignore;
         return listener;
     }();
     keyboard_.reset(wl_seat_get_keyboard(seat_));
@@ -64,16 +66,12 @@ void WaylandInput::listenToKeyboard() {
 void WaylandInput::listenToPointer() {
     static constexpr wl_pointer_listener kListener = [] {
         wl_pointer_listener listener = {};
-        listener.enter = [](void* /*self*/, wl_pointer* /*pointer*/, std::uint32_t /*serial*/, wl_surface* /*surface*/,
-                            wl_fixed_t /*x*/, wl_fixed_t /*y*/) {};
-        listener.leave = [](void* /*self*/, wl_pointer* /*pointer*/, std::uint32_t /*serial*/,
-                            wl_surface* /*surface*/) {};
-        listener.motion = [](void* /*self*/, wl_pointer* /*pointer*/, std::uint32_t /*time*/, wl_fixed_t /*x*/,
-                             wl_fixed_t /*y*/) {};
+        listener.enter = ignore;
+        listener.leave = ignore;
+        listener.motion = ignore;
         listener.button = [](void* self, wl_pointer* /*pointer*/, std::uint32_t serial, std::uint32_t /*time*/,
                              std::uint32_t /*button*/, std::uint32_t /*state*/) { input(self).latestSerial_ = serial; };
-        listener.axis = [](void* /*self*/, wl_pointer* /*pointer*/, std::uint32_t /*time*/, std::uint32_t /*axis*/,
-                           wl_fixed_t /*value*/) {};
+        listener.axis = ignore;
         return listener;
     }();
     pointer_.reset(wl_seat_get_pointer(seat_));

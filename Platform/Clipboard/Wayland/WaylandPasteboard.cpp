@@ -1,22 +1,19 @@
 #include "Platform/Clipboard/Wayland/WaylandPasteboard.h"
 
-#include "Platform/Clipboard/ClipboardTypes.h"
-#include "Platform/Clipboard/LingeringChild.h"
+#include "Platform/Clipboard/Patience.h"
 #include "Platform/Clipboard/Polling.h"
+#include "Platform/Clipboard/TextFormats.h"
 #include "Platform/Clipboard/Wayland/PipeReader.h"
 
-#include <wayland-client-protocol.h>
-
 #include <algorithm>
-#include <array>
-
-#include <unistd.h>
+#include <chrono>
 
 namespace ravlin {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-using DataControl::Dialect;
+using WaylandSelection::Offer;
+using WaylandSelection::Protocol;
 
 }  // namespace
 
@@ -24,22 +21,10 @@ using DataControl::Dialect;
 
 std::unique_ptr<WaylandPasteboard> WaylandPasteboard::open(const char* displayName, std::string& whyNot,
                                                            ReadLimits limits) {
-    std::unique_ptr<WaylandPasteboard> pasteboard(new WaylandPasteboard(/*isShared=*/false, limits));
-    pasteboard->connection_ = WaylandConnection::open(displayName, pasteboard->globals(), whyNot);
-    return pasteboard->connection_ && pasteboard->start(whyNot) ? std::move(pasteboard) : nullptr;
-}
-
-std::unique_ptr<WaylandPasteboard> WaylandPasteboard::openOn(wl_display* display, std::string& whyNot,
-                                                             ReadLimits limits) {
-    std::unique_ptr<WaylandPasteboard> pasteboard(new WaylandPasteboard(/*isShared=*/true, limits));
-    pasteboard->connection_ = WaylandConnection::share(display, pasteboard->globals());
-    return pasteboard->start(whyNot) ? std::move(pasteboard) : nullptr;
-}
-
-WaylandPasteboard::~WaylandPasteboard() {
-    if (!isShared_ || !seat_) return;
-    seat_->device->retire();
-    connection_->synchronise();
+    std::unique_ptr<WaylandPasteboard> pasteboard(
+        new WaylandPasteboard({Protocol::extDataControl, Protocol::zwlrDataControl}, "data control", limits));
+    auto connection = WaylandConnection::open(displayName, pasteboard->globals(), whyNot);
+    return connection && pasteboard->start(std::move(connection), whyNot) ? std::move(pasteboard) : nullptr;
 }
 
 WaylandConnection::Globals WaylandPasteboard::globals() {
@@ -48,28 +33,38 @@ WaylandConnection::Globals WaylandPasteboard::globals() {
             .removed = [this](std::uint32_t name) { noteRemoval(name); }};
 }
 
-bool WaylandPasteboard::start(std::string& whyNot) {
+bool WaylandPasteboard::start(std::unique_ptr<WaylandConnection> connection, std::string& whyNot) {
     surviveBrokenPipes();
+    connection_ = std::move(connection);
     const bool isAnswering = connection_->synchronise();
     if (isAnswering && !bindManager()) {
-        whyNot = isShared_ ? "the compositor offers no clipboard" : "the compositor offers no data control";
+        whyNot = "the compositor offers no " + std::string(name_);
         return false;
     }
     // The content that is there already comes like a change.
-    chooseSeat();
     if (!isAnswering || !synchronise()) {
         whyNot = "the compositor does not answer in time";
         return false;
     }
-    changeCount_ = 0;
+    forgetChanges();
     return true;
+}
+
+void WaylandPasteboard::close() {
+    transfers_.clear();
+    own_.reset();
+    foreign_ = {};
+    leaveSeat();
+    seatNames_.clear();
+    manager_.reset();
+    connection_->close();
 }
 
 void WaylandPasteboard::noteGlobal(std::uint32_t name, std::string_view interface, std::uint32_t version) {
     if (interface == wl_seat_interface.name) seatNames_.push_back(name);
-    for (const Dialect each : {Dialect::ext, Dialect::zwlr, Dialect::core}) {
-        const bool isOfUse = isShared_ == (each == Dialect::core) && version >= DataControl::versionOf(each);
-        if (isOfUse && interface == DataControl::managerName(each)) managerNames_.emplace_back(name, each);
+    for (const Protocol each : protocols_) {
+        const bool isOfUse = version >= WaylandSelection::versionOf(each);
+        if (isOfUse && interface == WaylandSelection::managerName(each)) managerNames_.emplace_back(name, each);
     }
 }
 
@@ -81,7 +76,7 @@ void WaylandPasteboard::noteRemoval(std::uint32_t name) {
 bool WaylandPasteboard::bindManager() {
     const auto best = std::ranges::min_element(managerNames_, {}, [](const auto& each) { return each.second; });
     if (best == managerNames_.end()) return false;
-    manager_ = std::make_unique<DataControl::Manager>(connection_->registry(), best->first, best->second);
+    manager_ = std::make_unique<WaylandSelection::Manager>(connection_->registry(), best->first, best->second);
     return true;
 }
 
@@ -90,127 +85,75 @@ bool WaylandPasteboard::chooseSeat() {
     const std::uint32_t name = seatNames_.front();
     auto* const registry = reinterpret_cast<wl_registry*>(connection_->registry());
     auto* const seat = static_cast<wl_proxy*>(wl_registry_bind(registry, name, &wl_seat_interface, 1));
-    seat_ = Seat{
-        .name = name,
-        .proxy = std::unique_ptr<wl_proxy, DataControl::ProxyDeleter>(seat),
-        .device = manager_->deviceOf(
-            seat, {.selection = [this](std::shared_ptr<DataControl::Offer> offer) { noteSelection(std::move(offer)); },
-                   .finished = [this] { isSeatFinished_ = true; }}),
-        .input = isShared_ ? std::make_unique<WaylandInput>(reinterpret_cast<wl_seat*>(seat)) : nullptr};
+    seat_ = Seat{.name = name,
+                 .proxy = std::unique_ptr<wl_proxy, WaylandSelection::ProxyDeleter>(seat),
+                 .device = manager_->deviceOf(
+                     seat, {.selection = [this](std::shared_ptr<Offer> offer) { noteSelection(std::move(offer)); },
+                            .finished = [this] { isSeatFinished_ = true; }})};
+    followSeat(reinterpret_cast<wl_seat*>(seat));
     return true;
 }
 
-void WaylandPasteboard::noteSelection(std::shared_ptr<DataControl::Offer> offer) {
-    ++changeCount_;
+void WaylandPasteboard::leaveSeat() {
+    followSeat(nullptr);
+    seat_.reset();
+}
+
+void WaylandPasteboard::noteSelection(std::shared_ptr<Offer> offer) {
+    noteChange();
     foreign_ = {.offer = std::move(offer), .isTold = true};
     if (!own_ || own_->mark.empty()) return;
     own_->isAccepted = foreign_.offer && std::ranges::count(foreign_.offer->types(), own_->mark) > 0;
 }
 
-// --- Operations ------------------------------------------------------------------------------------------------------
+// --- Writing ---------------------------------------------------------------------------------------------------------
 
-std::int64_t WaylandPasteboard::changeCount() {
-    catchUp();
-    toldCount_ = changeCount_;
-    return changeCount_;
-}
-
-std::optional<std::string> WaylandPasteboard::string() {
-    toldCount_.reset();
-    if (!catchUp()) return std::nullopt;
-    if (isOwner()) return *own_->text;  // asked through the compositor, we would wait for ourselves
-    foreign_.isSilent = false;
-    const std::optional<std::string> name = offeredAs(Type::string);
-    std::optional<std::string> bytes = name ? read(*name) : std::nullopt;
-    return bytes ? ClipboardTypes::decoded(*name, std::move(*bytes)) : std::nullopt;
-}
-
-std::optional<std::string> WaylandPasteboard::data(Type type) {
-    if (type == Type::string) return string();
-    toldCount_.reset();
-    if (!catchUp() || isOwner() || foreign_.isSilent) return std::nullopt;
-    const std::optional<std::string> name = offeredAs(type);
-    return name ? read(*name) : std::nullopt;
-}
-
-std::optional<std::size_t> WaylandPasteboard::itemCount() {
-    toldCount_.reset();
-    if (!catchUp()) return std::nullopt;
-    return isOwner() || foreign_.offer != nullptr ? 1 : 0;
-}
-
-void WaylandPasteboard::clearContents() {
-    isClearPending_ = true;
-    // So that `processEvents` comes even if nothing else happens.
-    connection_->askForWakeUp();
-}
-
-bool WaylandPasteboard::setString(std::string_view text) {
-    isClearPending_ = false;
-    const std::optional<std::int64_t> toldCount = std::exchange(toldCount_, std::nullopt);
+bool WaylandPasteboard::write(const Text& text, std::int64_t count) {
+    if (connection_->isLost()) return false;
     std::unique_ptr<Own> copy = copyOf(text);
     // The input that this answers may not have been handled here, and a long text is long enough in the making for
     // somebody else's copy. One that comes from here on is overwritten, which no protocol can prevent.
-    if ((isShared_ || toldCount) && !synchronise()) return false;
-    if (!seat_ || (isShared_ && !seat_->input->hasFocus())) return false;
-    if (toldCount && isOvertaken(*toldCount)) return false;
+    if (!synchronise() || !seat_ || !mayCopy() || isOvertaken(count)) return false;
     const std::uint32_t seatName = seat_->name;
     std::unique_ptr<Own> before = std::exchange(own_, std::move(copy));
-    select(own_->source.get());
+    seat_->device->setSelection(own_->source.get(), inputSerial());
     const bool isAnswered = synchronise();
-    if (isAnswered && isOwner()) return true;
+    if (isAnswered && ownText() != nullptr) return true;
     // Where the compositor refused, our text of before, if it was there, still is.
     if (isAnswered && seat_ && seat_->name == seatName) own_ = std::move(before);
     return false;
 }
 
-std::unique_ptr<WaylandPasteboard::Own> WaylandPasteboard::copyOf(std::string_view text) {
-    const auto content = std::make_shared<const std::string>(text);
-    auto own = std::make_unique<Own>(Own{.source = nullptr, .text = content, .mark = "", .isAccepted = !isShared_});
+std::unique_ptr<WaylandPasteboard::Own> WaylandPasteboard::copyOf(const Text& text) {
+    const std::string mark = nextMark();
+    auto own = std::make_unique<Own>(Own{.source = nullptr, .text = text, .mark = mark, .isAccepted = mark.empty()});
     own->source = manager_->createSource(
-        {.send = [this, content](std::string_view type, int descriptor) { serve(type, descriptor, content); },
+        {.send = [this, text](std::string_view type, int descriptor) { serve(type, descriptor, text); },
          .cancelled = [self = own.get()] { self->text = nullptr; }});
-    for (const std::string& type : ClipboardTypes::servedTypes(text)) own->source->offer(type);
-    if (isShared_) {
-        // The core protocol may refuse a copy and say nothing; that it took it shows when it offers it.
-        own->mark = "application/x-ravlin-" + std::to_string(getpid()) + "-" + std::to_string(++ownCount_);
-        own->source->offer(own->mark);
+    for (const TextFormat& each : TextFormats::kAll) {
+        if (TextFormats::canHold(each, *text)) own->source->offer(std::string(each.name));
     }
+    if (!mark.empty()) own->source->offer(mark);
     return own;
 }
 
-void WaylandPasteboard::select(const DataControl::Source* source) {
-    seat_->device->setSelection(source, seat_->input ? seat_->input->latestSerial() : 0);
+void WaylandPasteboard::clear() {
+    own_.reset();
+    // Without access only our own text can be taken away.
+    if (seat_ && hasAccess()) seat_->device->setSelection(nullptr, inputSerial());
 }
 
-void WaylandPasteboard::processEvents() {
-    toldCount_.reset();
+// --- Events ----------------------------------------------------------------------------------------------------------
+
+void WaylandPasteboard::handleEvents() {
     connection_->processEvents();
     update();
-    if (isClearPending_) {
-        completeClear();
-        connection_->processEvents();
-    }
     proceedWithTransfers();
 }
 
-/// Makes `changeCount_`, `foreign_` and `own_` those of now. False where that cannot be known.
-bool WaylandPasteboard::catchUp() {
-    if (isClearPending_) completeClear();
-    if (!synchronise()) return false;
-    if (!hasAccess()) ++changeCount_;  // for all we know
-    return hasAccess();
-}
-
-/// Whether the compositor tells what is on the clipboard.
-bool WaylandPasteboard::hasAccess() const {
-    return !seat_ || !seat_->input || isOwner() || (seat_->input->hasFocus() && foreign_.isTold);
-}
-
-bool WaylandPasteboard::synchronise() {
+bool WaylandPasteboard::awaitAnswer() {
     bool isAnswered = connection_->synchronise();
     while (update() && isAnswered) isAnswered = connection_->synchronise();
-    if (!isAnswered) ++changeCount_;
     return isAnswered;
 }
 
@@ -220,37 +163,31 @@ bool WaylandPasteboard::update() {
     if (own_ && !own_->text) own_.reset();
     if (isSeatFinished_) {
         isSeatFinished_ = false;
-        ++changeCount_;
+        noteChange();
         own_.reset();
         foreign_ = {};
         if (seat_) std::erase(seatNames_, seat_->name);
-        seat_.reset();
+        leaveSeat();
     }
-    return chooseSeat() || (seat_ && seat_->input && seat_->input->takeNewDevice());
-}
-
-void WaylandPasteboard::completeClear() {
-    isClearPending_ = false;
-    own_.reset();
-    // Without the focus only our own text can be taken away.
-    if (seat_ && hasAccess()) select(nullptr);
+    return chooseSeat() || hasAskedSeat();
 }
 
 // --- Reading ---------------------------------------------------------------------------------------------------------
 
-/// The name under which another program offers what is read as `type`; nothing where it does not. A copy: the offer may
-/// be gone by the end of the reading.
-std::optional<std::string> WaylandPasteboard::offeredAs(Type type) const {
-    const std::string* const name =
-        foreign_.offer != nullptr ? ClipboardTypes::best(type, foreign_.offer->types()) : nullptr;
-    return name != nullptr ? std::optional(*name) : std::nullopt;
+std::optional<std::string> WaylandPasteboard::read(Type type) {
+    if (type == Type::string) foreign_.isSilent = false;
+    if (foreign_.offer == nullptr || foreign_.isSilent) return std::nullopt;
+    const std::optional<TextFormats::Match> match = TextFormats::best(type, foreign_.offer->types());
+    std::optional<std::string> bytes = match ? receive(match->name) : std::nullopt;
+    if (!bytes || type != Type::string) return bytes;
+    return TextFormats::decodedUntyped(match->format, std::move(*bytes));
 }
 
 /// All that the program writes as the type `name`. One that ends in the middle cannot be told from one that is through;
 /// that the clipboard has changed by then is told by the counter.
-std::optional<std::string> WaylandPasteboard::read(const std::string& name) {
+std::optional<std::string> WaylandPasteboard::receive(const std::string& name) {
     Patience patience(limits_);
-    const std::shared_ptr<DataControl::Offer> offer = foreign_.offer;
+    const std::shared_ptr<Offer> offer = foreign_.offer;  // which may be another one by the end
     PipeReader pipe(limits_.byteSize);
     if (pipe.writingEnd() < 0) return std::nullopt;
     offer->receive(name, pipe.writingEnd());
@@ -272,11 +209,19 @@ std::optional<std::string> WaylandPasteboard::read(const std::string& name) {
 // --- Serving ---------------------------------------------------------------------------------------------------------
 
 /// Writes the text into a pipe, as far as that takes it; the rest follows when it takes more.
-void WaylandPasteboard::serve(std::string_view type, int descriptor, const std::shared_ptr<const std::string>& text) {
-    PipeWriter transfer(descriptor, ClipboardTypes::encoded(type, text));
+void WaylandPasteboard::serve(std::string_view type, int descriptor, const Text& text) {
+    const auto* const format = std::ranges::find(TextFormats::kAll, type, &TextFormat::name);
+    PipeWriter transfer(
+        descriptor, TextFormats::encoded(format != TextFormats::kAll.end() ? *format : TextFormats::kUTF8String, text));
     if (!transfer.proceed()) return;
     connection_->watchWritable(descriptor);
     transfers_.push_back(std::move(transfer));
+}
+
+std::vector<int> WaylandPasteboard::servingDescriptors() const {
+    std::vector<int> descriptors = connection_->descriptors();
+    for (const PipeWriter& each : transfers_) descriptors.push_back(each.descriptor());
+    return descriptors;
 }
 
 void WaylandPasteboard::proceedWithTransfers() {
@@ -288,36 +233,6 @@ void WaylandPasteboard::proceedWithTransfers() {
             connection_->unwatch(transfer->descriptor());
             transfer = transfers_.erase(transfer);
         }
-    }
-}
-
-void WaylandPasteboard::lingerIfOwner() {
-    if (isShared_ || !catchUp() || !(isOwner() || !transfers_.empty())) return;
-    std::vector<int> kept = {connection_->socket(), connection_->watcher()};
-    for (const PipeWriter& each : transfers_) kept.push_back(each.descriptor());
-    switch (forkLingeringChild(kept)) {
-        case ForkSide::parent:
-            connection_->giveAway();
-            transfers_.clear();
-            return;
-        case ForkSide::failed: return;
-        case ForkSide::child: break;
-    }
-    serveToTheEnd();
-    _exit(0);
-}
-
-void WaylandPasteboard::finishTransfers(WaylandConnection::TimePoint deadline) {
-    processEvents();
-    while (!transfers_.empty() && Clock::now() < deadline && connection_->waitFor(-1, deadline)) processEvents();
-}
-
-void WaylandPasteboard::serveToTheEnd() {
-    for (;;) {
-        processEvents();
-        if (connection_->isLost() || !(isOwner() || !transfers_.empty())) return;
-        connection_->waitFor(-1,
-                             transfers_.empty() ? WaylandConnection::TimePoint::max() : Clock::now() + kTransferLimit);
     }
 }
 

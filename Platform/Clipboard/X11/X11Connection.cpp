@@ -5,7 +5,7 @@
 #include <xcb/xcbext.h>
 #include <xcb/xfixes.h>
 
-#include <string_view>
+#include <algorithm>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -16,21 +16,8 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 // In the order of X11Atom.
-constexpr std::array<std::string_view, kX11AtomCount> kAtomNames = {"CLIPBOARD",
-                                                                    "TARGETS",
-                                                                    "MULTIPLE",
-                                                                    "TIMESTAMP",
-                                                                    "INCR",
-                                                                    "UTF8_STRING",
-                                                                    "text/plain;charset=utf-8",
-                                                                    "text/plain",
-                                                                    "STRING",
-                                                                    "TEXT",
-                                                                    "text/rtf",
-                                                                    "application/rtf",
-                                                                    "text/richtext",
-                                                                    "text/html",
-                                                                    "RAVLIN_CLOCK"};
+constexpr std::array<std::string_view, kX11AtomCount> kAtomNames = {"CLIPBOARD", "TARGETS", "MULTIPLE",
+                                                                    "TIMESTAMP", "INCR",    "RAVLIN_CLOCK"};
 static_assert(!kAtomNames.back().empty());
 
 constexpr std::size_t kRequestUnit = 4;           // bytes; the server tells its maximum in these
@@ -67,15 +54,16 @@ X11Connection::~X11Connection() {
 }
 
 bool X11Connection::internAtoms() {
-    std::array<xcb_intern_atom_cookie_t, kX11AtomCount> cookies = {};
-    for (std::size_t i = 0; i < kX11AtomCount; ++i) {
-        cookies.at(i) = xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(kAtomNames.at(i).size()),
-                                        kAtomNames.at(i).data());
+    std::vector<std::string_view> names(kAtomNames.begin(), kAtomNames.end());
+    for (const TextFormat& each : TextFormats::kAll) names.push_back(each.name);
+    std::vector<xcb_intern_atom_cookie_t> cookies;
+    for (const std::string_view each : names) {
+        cookies.push_back(xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(each.size()), each.data()));
     }
-    for (std::size_t i = 0; i < kX11AtomCount; ++i) {
-        const auto reply = await<xcb_intern_atom_reply_t>(cookies.at(i));
+    for (std::size_t i = 0; i < cookies.size(); ++i) {
+        const auto reply = await<xcb_intern_atom_reply_t>(cookies[i]);
         if (!reply) return false;
-        atoms_.at(i) = reply->atom;
+        (i < kX11AtomCount ? atoms_.at(i) : formatAtoms_.at(i - kX11AtomCount)) = reply->atom;
     }
     maximumDataSize_ = xcb_get_maximum_request_length(connection_) * kRequestUnit - kRequestHeaderSize;
     return true;
@@ -105,6 +93,12 @@ bool X11Connection::selectOwnerChanges() {
     return true;
 }
 
+const TextFormat* X11Connection::formatOf(xcb_atom_t atom) const {
+    const auto* const found = std::ranges::find(formatAtoms_, atom);
+    return found != formatAtoms_.end() ? &TextFormats::kAll[static_cast<std::size_t>(found - formatAtoms_.begin())]
+                                       : nullptr;
+}
+
 int X11Connection::fileDescriptor() const {
     return isLost() ? -1 : xcb_get_file_descriptor(connection_);
 }
@@ -126,7 +120,7 @@ void* X11Connection::awaitReply(unsigned int sequence) {
     void* reply = nullptr;
     xcb_generic_error_t* error = nullptr;
     while (xcb_poll_for_reply(connection_, sequence, &reply, &error) == 0) {
-        if (!waitReadable(deadline)) {
+        if (!isReady(xcb_get_file_descriptor(connection_), POLLIN, deadline)) {
             xcb_discard_reply(connection_, sequence);
             return nullptr;
         }
@@ -139,19 +133,31 @@ X11Event X11Connection::waitForEvent(TimePoint deadline) {
     flush();
     while (!isLost()) {
         if (X11Event event = pollEvent()) return event;
-        if (!waitReadable(deadline)) return nullptr;
+        if (!isReady(xcb_get_file_descriptor(connection_), POLLIN, deadline)) return nullptr;
     }
     return nullptr;
-}
-
-bool X11Connection::waitReadable(TimePoint deadline) const {
-    return isReady(xcb_get_file_descriptor(connection_), POLLIN, deadline);
 }
 
 xcb_atom_t X11Connection::intern(const std::string& name) {
     const auto reply = await<xcb_intern_atom_reply_t>(
         xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()), name.data()));
     return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+}
+
+std::vector<std::string> X11Connection::namesOf(std::span<const xcb_atom_t> atoms) {
+    std::vector<xcb_get_atom_name_cookie_t> cookies;
+    for (const xcb_atom_t each : atoms) cookies.push_back(xcb_get_atom_name(connection_, each));
+    // The answer to this comes last: then no other is waited for. A server that hangs is waited for once.
+    const bool isAnswered = await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection_)) != nullptr;
+    std::vector<std::string> names(atoms.size());
+    for (std::size_t i = 0; i < cookies.size(); ++i) {
+        if (!isAnswered) {
+            xcb_discard_reply(connection_, cookies[i].sequence);
+        } else if (const auto reply = await<xcb_get_atom_name_reply_t>(cookies[i])) {
+            names[i].assign(xcb_get_atom_name_name(reply.get()), reply->name_len);
+        }
+    }
+    return names;
 }
 
 void X11Connection::putBytes(xcb_window_t window, xcb_atom_t property, xcb_atom_t type, std::string_view bytes) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Platform/Clipboard/TextFormats.h"
+
 #include <xcb/xcb.h>
 
 #include <array>
@@ -12,28 +14,20 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace ravlin {
 
-/// The atoms that the clipboard protocol (ICCCM, section 2) and its usual data formats need.
+/// The atoms that the clipboard protocol (ICCCM, section 2) needs besides those of the formats.
 enum class X11Atom : std::uint8_t {
     clipboard,
     targets,
     multiple,
     timestamp,
     incr,
-    utf8String,
-    plainUTF8,
-    plain,
-    latin1String,
-    text,
-    textRTF,
-    applicationRTF,
-    richtext,
-    html,
     clock,  // the property of our own window whose changes tell the server's time
 };
-inline constexpr std::size_t kX11AtomCount = 15;
+inline constexpr std::size_t kX11AtomCount = 6;
 
 /// Frees what libxcb hands over, which it allocates with malloc.
 struct X11Deleter {
@@ -67,6 +61,10 @@ public:
     xcb_window_t window() const { return window_; }
     xcb_atom_t atom(X11Atom atom) const { return atoms_.at(static_cast<std::size_t>(atom)); }
 
+    /// The target by which `format`, one of `TextFormats::kAll`, goes; and the format of a target, null for others.
+    xcb_atom_t atom(const TextFormat& format) const { return formatAtoms_.at(indexOf(format)); }
+    const TextFormat* formatOf(xcb_atom_t atom) const;
+
     /// The type of the event that tells a change of the clipboard's owner.
     int ownerChangeEvent() const { return ownerChangeEvent_; }
 
@@ -98,13 +96,13 @@ public:
     /// The next event that libxcb has read along with something else; the socket tells nothing about these.
     X11Event queuedEvent() { return X11Event(xcb_poll_for_queued_event(connection_)); }
 
-    /// Sleeps until there is something to read. False at the deadline; `TimePoint::max()` means for ever.
-    bool waitReadable(TimePoint deadline) const;
-
     void flush() { xcb_flush(connection_); }
 
     /// The atom of that name; XCB_ATOM_NONE where the server does not answer.
     xcb_atom_t intern(const std::string& name);
+
+    /// The names of `atoms`, in their order; "" for what is no atom, and for all where the server does not answer.
+    std::vector<std::string> namesOf(std::span<const xcb_atom_t> atoms);
 
     /// Replaces a property of any window by bytes, or by 32-bit values.
     void putBytes(xcb_window_t window, xcb_atom_t property, xcb_atom_t type, std::string_view bytes);
@@ -112,6 +110,10 @@ public:
 
 private:
     friend class X11WindowWatch;
+
+    static std::size_t indexOf(const TextFormat& format) {
+        return static_cast<std::size_t>(&format - TextFormats::kAll.data());
+    }
 
     explicit X11Connection(xcb_connection_t* connection);
     bool selectOwnerChanges();
@@ -124,6 +126,7 @@ private:
     xcb_connection_t* connection_;
     xcb_window_t window_ = XCB_WINDOW_NONE;
     std::array<xcb_atom_t, kX11AtomCount> atoms_{};
+    std::array<xcb_atom_t, TextFormats::kAll.size()> formatAtoms_{};
     int ownerChangeEvent_ = 0;
     std::size_t maximumDataSize_ = 0;
     std::map<xcb_window_t, int> watchCounts_;

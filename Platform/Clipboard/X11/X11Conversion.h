@@ -33,7 +33,6 @@ public:
 
     State state() const { return state_; }
     bool isDone() const { return state_ != State::waiting && state_ != State::receiving; }
-    xcb_atom_t property() const { return question_.property; }
 
     /// What has come so far, its type and the size of its units in bits.
     std::string& bytes() { return bytes_; }

@@ -1,23 +1,14 @@
 #include "Platform/Clipboard/X11/X11Pasteboard.h"
 
-#include "Platform/Clipboard/LingeringChild.h"
-
 #include <xcb/xfixes.h>
 
-#include <array>
 #include <chrono>
-#include <span>
 #include <utility>
-
-#include <unistd.h>
 
 namespace ravlin {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-
-constexpr std::array kRTFTargets = {X11Atom::textRTF, X11Atom::applicationRTF, X11Atom::richtext};
-constexpr std::array kHTMLTargets = {X11Atom::html};
 
 }  // namespace
 
@@ -42,81 +33,22 @@ X11Pasteboard::X11Pasteboard(std::unique_ptr<X11Connection> connection, ReadLimi
       reader_(*connection_, limits, [this](X11Connection::TimePoint deadline) { return pump(deadline); }),
       server_(*connection_) {}
 
-std::int64_t X11Pasteboard::changeCount() {
-    catchUp();
-    settle();
-    toldCount_ = changeCount_;
-    return changeCount_;
+std::optional<std::string> X11Pasteboard::read(Type type) {
+    return reader_.read({.owner = owner_, .changeCount = countSoFar()}, type);
 }
 
-std::optional<std::string> X11Pasteboard::string() {
-    toldCount_.reset();
-    std::optional<std::string> text;
-    if (catchUp()) text = isOwner() ? ownText() : reader_.plainText({.owner = owner_, .changeCount = changeCount_});
-    settle();
-    return text;
-}
-
-/// Asked through the server, we would wait for ourselves.
-std::optional<std::string> X11Pasteboard::ownText() const {
-    return server_.text() != nullptr ? std::optional(*server_.text()) : std::nullopt;
-}
-
-std::optional<std::string> X11Pasteboard::data(Type type) {
-    if (type == Type::string) return string();
-    toldCount_.reset();
-    std::optional<std::string> bytes;
-    if (catchUp() && !isOwner()) {
-        const auto targets = type == Type::rtf ? std::span<const X11Atom>(kRTFTargets) : kHTMLTargets;
-        bytes = reader_.bytes({.owner = owner_, .changeCount = changeCount_}, targets);
-    }
-    settle();
-    return bytes;
-}
-
-std::optional<std::size_t> X11Pasteboard::itemCount() {
-    toldCount_.reset();
-    const bool isUpToDate = catchUp();
-    settle();
-    if (!isUpToDate) return std::nullopt;
-    return owner_ == XCB_WINDOW_NONE ? 0 : 1;
-}
-
-void X11Pasteboard::clearContents() {
-    isClearPending_ = true;
-    // Its answer makes the descriptor readable, so that `processEvents` comes even if nothing else happens.
-    askServerTime();
-    settle();
-}
-
-bool X11Pasteboard::setString(std::string_view text) {
-    isClearPending_ = false;
-    const std::optional<std::int64_t> toldCount = std::exchange(toldCount_, std::nullopt);
-    if (!toldCount) catchUp();
-    const std::int64_t count = toldCount.value_or(changeCount_);
-    const auto shared = std::make_shared<const std::string>(text);
-    const bool isTaken = takeAfterOwner(shared, count) || takeNow(shared, count);
-    settle();
-    return isTaken;
-}
-
-/// Takes the selection unless somebody has taken it since `count`. The time is the one right after the owner's that is
-/// known: the server refuses it if anybody has come later, so that no copy is overwritten that we have not seen.
-bool X11Pasteboard::takeAfterOwner(const std::shared_ptr<const std::string>& text, std::int64_t count) {
-    if (isOvertaken(count) || !ownerSince_) return false;
-    const xcb_timestamp_t time = *ownerSince_ + 1;
-    return time != XCB_CURRENT_TIME && take(text, time);
-}
-
-/// The same where that time is not known, still to come, or weeks ago. It can overwrite a copy that is made between the
-/// server's telling the time and our taking the selection.
-bool X11Pasteboard::takeNow(const std::shared_ptr<const std::string>& text, std::int64_t count) {
+bool X11Pasteboard::write(const Text& text, std::int64_t count) {
+    // The time right after the owner's: the server refuses it if anybody has come later, so that no copy is overwritten
+    // that we have not seen.
+    if (ownerSince_ && *ownerSince_ + 1 != XCB_CURRENT_TIME && take(text, *ownerSince_ + 1)) return true;
+    // The owner's time is not known, still to come, or weeks ago. The server's own can overwrite a copy that is made
+    // between its telling and our taking the selection.
     if (isOvertaken(count)) return false;
     const std::optional<xcb_timestamp_t> now = serverTime();
     return now && !isOvertaken(count) && take(text, *now);
 }
 
-bool X11Pasteboard::take(const std::shared_ptr<const std::string>& text, xcb_timestamp_t time) {
+bool X11Pasteboard::take(const Text& text, xcb_timestamp_t time) {
     nextText_ = text;
     xcb_set_selection_owner(connection_->get(), connection_->window(), connection_->atom(X11Atom::clipboard), time);
     const bool isAnswered = synchronise();
@@ -125,54 +57,19 @@ bool X11Pasteboard::take(const std::shared_ptr<const std::string>& text, xcb_tim
     return isTaken;
 }
 
-void X11Pasteboard::processEvents() {
-    toldCount_.reset();
+void X11Pasteboard::handleEvents() {
     while (const X11Event event = connection_->pollEvent()) handle(*event);
-    if (isClearPending_) completeClear();
-    settle();
+    server_.dropStalledTransfers();
 }
 
-void X11Pasteboard::lingerIfOwner() {
-    if (!catchUp() || !(isOwner() || server_.isTransferring())) return;
-    settle();
-    switch (forkLingeringChild({connection_->fileDescriptor()})) {
-        case ForkSide::parent: connection_->giveAway(); return;
-        case ForkSide::failed: return;
-        case ForkSide::child: break;
-    }
-    serveToTheEnd();
-    // A socket that is closed while events wait in it loses the requests on their way, a reader's last increment too.
-    synchronise();
-    _exit(0);
-}
-
-void X11Pasteboard::serveToTheEnd() {
-    for (;;) {
-        processEvents();
-        server_.dropStalledTransfers();
-        if (connection_->isLost() || !(isOwner() || server_.isTransferring())) return;
-        const bool isWaitingForReader = server_.isTransferring();
-        connection_->waitReadable(isWaitingForReader ? Clock::now() + X11SelectionServer::kTransferLimit
-                                                     : X11Connection::TimePoint::max());
-    }
-}
-
-/// Makes `changeCount_` and `owner_` those of now. False where the server does not answer.
-bool X11Pasteboard::catchUp() {
-    if (isClearPending_) completeClear();
-    return synchronise();
-}
-
-/// Waits until the server has done everything it was asked, and handles what it told about that.
-bool X11Pasteboard::synchronise() {
+/// What the server tells comes before its answers to later questions.
+bool X11Pasteboard::awaitAnswer() {
     const auto reply = connection_->await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection_->get()));
     handleQueuedEvents();
-    if (!reply) ++changeCount_;
     return reply != nullptr;
 }
 
-void X11Pasteboard::completeClear() {
-    isClearPending_ = false;
+void X11Pasteboard::clear() {
     if (const std::optional<xcb_timestamp_t> now = serverTime()) {
         xcb_set_selection_owner(connection_->get(), XCB_WINDOW_NONE, connection_->atom(X11Atom::clipboard), *now);
     }
@@ -204,8 +101,8 @@ void X11Pasteboard::handleQueuedEvents() {
     while (const X11Event event = connection_->queuedEvent()) handle(*event);
 }
 
-/// Every operation ends here. Events that libxcb has read along with a reply, or while it wrote, are in its own queue:
-/// the descriptor will not become readable for them, so they are handled now.
+/// Events that libxcb has read along with a reply, or while it wrote, are in its own queue: the descriptor will not
+/// become readable for them, so they are handled now.
 void X11Pasteboard::settle() {
     connection_->flush();
     while (const X11Event event = connection_->queuedEvent()) {
@@ -231,7 +128,7 @@ void X11Pasteboard::handle(const xcb_generic_event_t& event) {
 /// cannot be told from one sent afterwards within the same millisecond.
 void X11Pasteboard::noteOwner(const xcb_generic_event_t& event) {
     const auto& change = x11EventAs<xcb_xfixes_selection_notify_event_t>(event);
-    ++changeCount_;
+    noteChange();
     owner_ = change.owner;
     ownerSince_ = change.selection_timestamp;
     if (!isOwner()) {

@@ -1,19 +1,11 @@
 #include "Platform/Clipboard/X11/X11SelectionReader.h"
 
-#include "Engine/Support/Characters/Unicode.h"
-#include "Platform/Clipboard/Latin1.h"
-
 #include <algorithm>
-#include <array>
 #include <cstring>
 #include <utility>
 
 namespace ravlin {
 namespace {
-
-// The best first. STRING is Latin-1; TEXT is in whatever encoding the type of the answer tells.
-constexpr std::array kPlainTargets = {X11Atom::utf8String, X11Atom::plainUTF8, X11Atom::plain, X11Atom::latin1String,
-                                      X11Atom::text};
 
 constexpr int kByteFormat = 8;
 constexpr int kAtomFormat = 32;
@@ -25,27 +17,19 @@ X11SelectionReader::X11SelectionReader(X11Connection& connection, ReadLimits lim
     takeNewProperty();
 }
 
-std::optional<std::string> X11SelectionReader::plainText(Source source) {
-    knowledge_ = {};
+std::optional<std::string> X11SelectionReader::read(Source source, Pasteboard::Type type) {
+    const bool isText = type == Pasteboard::Type::string;
+    if (isText) knowledge_ = {};
     Patience patience(limits_);
     if (!learnTargets(source, patience)) return std::nullopt;
-    for (const X11Atom target : kPlainTargets) {
-        if (knowledge_.isSilent) return std::nullopt;
-        if (knowledge_.targets && !mayOffer(target)) continue;
+    for (const TextFormat& format : TextFormats::kAll) {
+        const xcb_atom_t target = format.type == type && !knowledge_.isSilent ? targetOf(format) : xcb_atom_t{};
+        if (target == XCB_ATOM_NONE) continue;
         std::optional<Answer> answer = ask(source, target, patience);
         if (!answer) continue;
-        if (auto text = decoded(target, std::move(*answer))) return Unicode::isValidUTF8(*text) ? text : std::nullopt;
-    }
-    return std::nullopt;
-}
-
-std::optional<std::string> X11SelectionReader::bytes(Source source, std::span<const X11Atom> targets) {
-    Patience patience(limits_);
-    if (!learnTargets(source, patience)) return std::nullopt;
-    for (const X11Atom target : targets) {
-        // An owner too old to list its targets is too old for these.
-        if (knowledge_.isSilent || !mayOffer(target)) continue;
-        if (std::optional<Answer> answer = ask(source, target, patience)) return std::move(answer->bytes);
+        if (!isText) return std::move(answer->bytes);
+        const auto encoding = encodingOf(format, *answer);
+        if (encoding) return TextFormats::decoded(*encoding, std::move(answer->bytes));
     }
     return std::nullopt;
 }
@@ -57,7 +41,7 @@ bool X11SelectionReader::learnTargets(Source source, Patience& patience) {
     if (source.owner == XCB_WINDOW_NONE) return false;
     if (knowledge_.isSilent || knowledge_.isAsked) return !knowledge_.isSilent;
     knowledge_.isAsked = true;
-    const std::optional<Answer> answer = ask(source, X11Atom::targets, patience);
+    const std::optional<Answer> answer = ask(source, connection_.atom(X11Atom::targets), patience);
     if (answer && answer->format == kAtomFormat) {
         knowledge_.targets.emplace(answer->bytes.size() / sizeof(xcb_atom_t));
         std::memcpy(knowledge_.targets->data(), answer->bytes.data(), knowledge_.targets->size() * sizeof(xcb_atom_t));
@@ -65,18 +49,40 @@ bool X11SelectionReader::learnTargets(Source source, Patience& patience) {
     return !knowledge_.isSilent;
 }
 
-bool X11SelectionReader::mayOffer(X11Atom target) const {
-    return knowledge_.targets && std::ranges::count(*knowledge_.targets, connection_.atom(target)) > 0;
+/// The target by which the owner has `format`; XCB_ATOM_NONE where it has not.
+xcb_atom_t X11SelectionReader::targetOf(const TextFormat& format) {
+    const xcb_atom_t usual = connection_.atom(format);
+    // An owner too old to list its targets is too old for any but plain text.
+    if (!knowledge_.targets) return format.type == Pasteboard::Type::string ? usual : xcb_atom_t{XCB_ATOM_NONE};
+    if (std::ranges::count(*knowledge_.targets, usual) > 0) return usual;
+    if (!knowledge_.names) learnNames();
+    const auto isMeant = [&format](const auto& each) { return TextFormats::isNameOf(each.first, format); };
+    const auto found = std::ranges::find_if(*knowledge_.names, isMeant);
+    return found != knowledge_.names->end() ? found->second : xcb_atom_t{XCB_ATOM_NONE};
+}
+
+/// A format may go by a name with other letters or blanks, which is another atom. Most owners have the best format of
+/// all by its usual name, so that nothing has to be asked for.
+void X11SelectionReader::learnNames() {
+    std::vector<xcb_atom_t> unknown;
+    for (const xcb_atom_t each : *knowledge_.targets) {
+        if (unknown.size() == kMaximumNames) break;
+        if (connection_.formatOf(each) == nullptr) unknown.push_back(each);
+    }
+    std::vector<std::string> names = connection_.namesOf(unknown);
+    knowledge_.names.emplace();
+    for (std::size_t i = 0; i < names.size(); ++i) knowledge_.names->emplace_back(std::move(names[i]), unknown[i]);
 }
 
 /// The owner's content as `target`, or nothing: because it has no such target, or because it does not answer.
-std::optional<X11SelectionReader::Answer> X11SelectionReader::ask(Source source, X11Atom target, Patience& patience) {
-    conversion_.emplace(connection_, X11Conversion::Question{.owner = source.owner,
-                                                             .target = connection_.atom(target),
-                                                             .property = property_,
-                                                             .maximumSize = limits_.byteSize});
+std::optional<X11SelectionReader::Answer> X11SelectionReader::ask(Source source, xcb_atom_t target,
+                                                                  Patience& patience) {
+    conversion_.emplace(
+        connection_,
+        X11Conversion::Question{
+            .owner = source.owner, .target = target, .property = property_, .maximumSize = limits_.byteSize});
     while (!conversion_->isDone() && pump_(patience.deadline())) {
-        if (target != X11Atom::targets) patience.noteSize(conversion_->bytes().size());
+        if (target != connection_.atom(X11Atom::targets)) patience.noteSize(conversion_->bytes().size());
     }
     std::optional<Answer> answer;
     if (conversion_->state() == X11Conversion::State::answered) {
@@ -89,17 +95,12 @@ std::optional<X11SelectionReader::Answer> X11SelectionReader::ask(Source source,
     return answer;
 }
 
-/// The text of a plain target's answer as UTF-8, not yet checked; nothing where its type is none that we understand.
-std::optional<std::string> X11SelectionReader::decoded(X11Atom target, Answer answer) const {
+/// Nothing where that is none we understand.
+std::optional<TextFormat::Encoding> X11SelectionReader::encodingOf(const TextFormat& format,
+                                                                   const Answer& answer) const {
     // An empty answer may come without a format of its own.
     if (answer.format != kByteFormat && !answer.bytes.empty()) return std::nullopt;
-    if (answer.bytes.ends_with('\0')) answer.bytes.pop_back();
-    const bool isNamedUTF8 = target == X11Atom::utf8String || target == X11Atom::plainUTF8;
-    if (isNamedUTF8 || answer.type == connection_.atom(X11Atom::utf8String)) return std::move(answer.bytes);
-    if (answer.type == connection_.atom(X11Atom::latin1String)) return Latin1::toUTF8(answer.bytes);
-    // text/plain without a character set: every toolkit of today means UTF-8.
-    if (target == X11Atom::plain) return std::move(answer.bytes);
-    return std::nullopt;
+    return TextFormats::encodingOf(format, connection_.formatOf(answer.type));
 }
 
 /// An owner that was given up may still answer, into the property that it was told. Nothing else is put there any more.

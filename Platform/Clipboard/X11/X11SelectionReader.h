@@ -1,6 +1,7 @@
 #pragma once
 
-#include "Platform/Clipboard/ReadLimits.h"
+#include "Platform/Clipboard/Patience.h"
+#include "Platform/Clipboard/TextFormats.h"
 #include "Platform/Clipboard/X11/X11Connection.h"
 #include "Platform/Clipboard/X11/X11Conversion.h"
 
@@ -8,18 +9,22 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
-#include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace ravlin {
 
 /// Reads the clipboard of another program.
 ///
-/// One reading is a call of `plainText` and the calls of `bytes` that follow it: the owner is asked once what it
-/// offers, and one that did not answer is not waited for again, until the clipboard changes or the next reading begins.
+/// One reading begins with a call for plain text: the owner is asked once what it offers, and one that did not answer
+/// is not waited for again, until the clipboard changes or the next reading begins.
 class X11SelectionReader {
 public:
+    /// The names of so many targets that we do not know are looked at, those that the owner lists first. The longest
+    /// lists of real programs have some fifty.
+    static constexpr std::size_t kMaximumNames = 256;
+
     /// Handles the next event, waiting for it until the time given at most; false when there was none.
     using Pump = std::function<bool(X11Connection::TimePoint deadline)>;
 
@@ -31,14 +36,11 @@ public:
 
     X11SelectionReader(X11Connection& connection, ReadLimits limits, Pump pump);
 
-    /// The plain text as valid UTF-8, less one NUL at its end, which some programs count in. Begins a reading.
+    /// The owner's content in the best format of `type` that it has: plain text as valid UTF-8, otherwise as it is.
     ///
-    /// A text that is not valid UTF-8 counts as absent, and no other plain target is tried then: it would be the same
-    /// bytes under a label that makes them look right, or a conversion that has lost what Latin-1 cannot hold.
-    std::optional<std::string> plainText(Source source);
-
-    /// The bytes of the first of `targets` that the owner has.
-    std::optional<std::string> bytes(Source source, std::span<const X11Atom> targets);
+    /// A text that is not valid UTF-8 counts as absent, and no other format is tried then: it would be the same bytes
+    /// under a label that makes them look right, or a conversion that has lost what Latin-1 cannot hold.
+    std::optional<std::string> read(Source source, Pasteboard::Type type);
 
     void handle(const xcb_generic_event_t& event);
 
@@ -55,12 +57,14 @@ private:
         bool isSilent = false;                           // did not answer in time, ended, or sent too much
         bool isAsked = false;                            // for its targets
         std::optional<std::vector<xcb_atom_t>> targets;  // nothing where it refused to list them
+        std::optional<std::vector<std::pair<std::string, xcb_atom_t>>> names;  // of those we do not know, once needed
     };
 
     bool learnTargets(Source source, Patience& patience);
-    bool mayOffer(X11Atom target) const;
-    std::optional<Answer> ask(Source source, X11Atom target, Patience& patience);
-    std::optional<std::string> decoded(X11Atom target, Answer answer) const;
+    void learnNames();
+    xcb_atom_t targetOf(const TextFormat& format);
+    std::optional<Answer> ask(Source source, xcb_atom_t target, Patience& patience);
+    std::optional<TextFormat::Encoding> encodingOf(const TextFormat& format, const Answer& answer) const;
     void takeNewProperty();
     void discardLateAnswer(const xcb_generic_event_t& event);
 

@@ -1,6 +1,7 @@
 #include "Platform/Clipboard/X11/X11SelectionServer.h"
 
-#include "Platform/Clipboard/Latin1.h"
+#include "Platform/Clipboard/SystemPasteboard.h"
+#include "Platform/Clipboard/TextFormats.h"
 
 #include <algorithm>
 #include <array>
@@ -52,10 +53,7 @@ void X11SelectionServer::offer(std::shared_ptr<const std::string> text, xcb_time
 
 void X11SelectionServer::handle(const xcb_generic_event_t& event) {
     switch (x11EventType(event)) {
-        case XCB_SELECTION_REQUEST:
-            dropStalledTransfers();
-            answer(x11EventAs<xcb_selection_request_event_t>(event));
-            return;
+        case XCB_SELECTION_REQUEST: answer(x11EventAs<xcb_selection_request_event_t>(event)); return;
         case XCB_PROPERTY_NOTIFY: {
             const auto& change = x11EventAs<xcb_property_notify_event_t>(event);
             if (change.state == XCB_PROPERTY_DELETE) continueTransfer({change.window, change.atom});
@@ -71,7 +69,7 @@ void X11SelectionServer::handle(const xcb_generic_event_t& event) {
 }
 
 void X11SelectionServer::dropStalledTransfers() {
-    const auto oldest = Clock::now() - kTransferLimit;
+    const auto oldest = Clock::now() - SystemPasteboard::kTransferLimit;
     std::erase_if(transfers_, [oldest](const Transfer& each) { return each.lastStep < oldest; });
 }
 
@@ -130,32 +128,20 @@ bool X11SelectionServer::convert(xcb_atom_t target, Destination destination) {
 }
 
 void X11SelectionServer::listTargets(Destination destination) {
-    std::vector<xcb_atom_t> targets;
-    for (const X11Atom each : {X11Atom::targets, X11Atom::timestamp, X11Atom::multiple, X11Atom::utf8String,
-                               X11Atom::plainUTF8, X11Atom::plain, X11Atom::text}) {
-        targets.push_back(connection_.atom(each));
+    std::vector<xcb_atom_t> targets = {connection_.atom(X11Atom::targets), connection_.atom(X11Atom::timestamp),
+                                       connection_.atom(X11Atom::multiple)};
+    for (const TextFormat& each : TextFormats::kAll) {
+        if (TextFormats::canHold(each, *text_)) targets.push_back(connection_.atom(each));
     }
-    if (Latin1::canHold(*text_)) targets.push_back(connection_.atom(X11Atom::latin1String));
     connection_.putValues(destination.window, destination.property, XCB_ATOM_ATOM, targets);
 }
 
 std::optional<X11SelectionServer::Content> X11SelectionServer::contentAs(xcb_atom_t target) const {
-    for (const X11Atom each : {X11Atom::utf8String, X11Atom::plainUTF8, X11Atom::plain}) {
-        if (target == connection_.atom(each)) return Content{target, text_};
-    }
-    if (target == connection_.atom(X11Atom::latin1String)) return contentAsLatin1();
-    if (target != connection_.atom(X11Atom::text)) return std::nullopt;
-    // TEXT leaves the encoding to us: the oldest one that holds the text, since only old programs ask for TEXT.
-    if (auto latin1 = contentAsLatin1()) return latin1;
-    return Content{connection_.atom(X11Atom::utf8String), text_};
-}
-
-/// A text that Latin-1 cannot hold is not offered as STRING at all: a program that would get question marks for its
-/// letters cannot tell that anything is missing, whereas one that is refused asks for another target or pastes nothing.
-std::optional<X11SelectionServer::Content> X11SelectionServer::contentAsLatin1() const {
-    std::optional<std::string> latin1 = Latin1::fromUTF8(*text_);
-    if (!latin1) return std::nullopt;
-    return Content{connection_.atom(X11Atom::latin1String), std::make_shared<const std::string>(std::move(*latin1))};
+    const TextFormat* const format = connection_.formatOf(target);
+    if (format == nullptr || !TextFormats::canHold(*format, *text_)) return std::nullopt;
+    const bool isTypeTold = format->encoding == TextFormat::Encoding::told;
+    return Content{isTypeTold ? connection_.atom(TextFormats::kUTF8String) : target,
+                   TextFormats::encoded(*format, text_)};
 }
 
 void X11SelectionServer::deliver(Destination destination, Content content) {

@@ -20,9 +20,6 @@ public:
     /// Content above this size goes out in increments of this size, in bytes; smaller where the server takes less.
     static constexpr std::size_t kIncrementSize = std::size_t{256} << 10;
 
-    /// After this time without a step a transfer is given up, as soon as anything else happens.
-    static constexpr std::chrono::seconds kTransferLimit{30};
-
     explicit X11SelectionServer(X11Connection& connection);
 
     /// From now on requests get `text`, which is valid UTF-8 and which we have owned since the server time `since`.
@@ -35,6 +32,8 @@ public:
     const std::shared_ptr<const std::string>& text() const { return text_; }
 
     bool isTransferring() const { return !transfers_.empty(); }
+
+    /// Gives up the readers that have taken nothing for `SystemPasteboard::kTransferLimit`.
     void dropStalledTransfers();
     void handle(const xcb_generic_event_t& event);
 
@@ -65,7 +64,6 @@ private:
     bool convert(xcb_atom_t target, Destination destination);
     void listTargets(Destination destination);
     std::optional<Content> contentAs(xcb_atom_t target) const;
-    std::optional<Content> contentAsLatin1() const;
     void deliver(Destination destination, Content content);
     void continueTransfer(Destination destination);
     bool sendIncrement(Transfer& transfer);

@@ -1,4 +1,4 @@
-#include "Platform/Clipboard/Wayland/DataControl.h"
+#include "Platform/Clipboard/Wayland/WaylandSelection.h"
 
 #include "Platform/Clipboard/Wayland/WaylandRequests.h"
 
@@ -9,7 +9,7 @@
 #include <optional>
 #include <utility>
 
-namespace ravlin::DataControl {
+namespace ravlin::WaylandSelection {
 namespace {
 
 using WaylandRequests::create;
@@ -38,8 +38,8 @@ constexpr Requests kDataControlRequests = {
 constexpr Requests kCoreRequests = {
     .managerDestroy = std::nullopt, .deviceSetSelection = 1, .deviceDestroy = 2, .offerReceive = 1, .offerDestroy = 2};
 
-constexpr const Requests& requestsOf(Dialect dialect) {
-    return dialect == Dialect::core ? kCoreRequests : kDataControlRequests;
+constexpr const Requests& requestsOf(Protocol protocol) {
+    return protocol == Protocol::core ? kCoreRequests : kDataControlRequests;
 }
 
 // The first version of data control has all that is needed here, and the second of the core protocol.
@@ -110,50 +110,46 @@ private:
     wl_interface offer_{interface(offerName_, offerRequests_, offerEvents_)};
 };
 
-Interfaces interfacesOf(Dialect dialect) {
+Interfaces interfacesOf(Protocol protocol) {
     static const Description kExt("ext_data_control_");
     static const Description kZwlr("zwlr_data_control_");
-    switch (dialect) {
-        case Dialect::ext: return kExt.interfaces();
-        case Dialect::zwlr: return kZwlr.interfaces();
-        case Dialect::core: break;
+    switch (protocol) {
+        case Protocol::extDataControl: return kExt.interfaces();
+        case Protocol::zwlrDataControl: return kZwlr.interfaces();
+        case Protocol::core: break;
     }
     return {wl_data_device_manager_interface, wl_data_device_interface, wl_data_source_interface};
 }
 
 /// An object whose protocol has no request for its end is destroyed on this side only.
 void destroy(wl_proxy* proxy, std::optional<std::uint32_t> request) {
-    if (request) {
-        WaylandRequests::destroy(proxy, *request);
-    } else {
-        wl_proxy_destroy(proxy);
-    }
+    request ? WaylandRequests::destroy(proxy, *request) : wl_proxy_destroy(proxy);
 }
 
 }  // namespace
 
-std::string_view managerName(Dialect dialect) noexcept {
-    return interfacesOf(dialect).manager.name;
+std::string_view managerName(Protocol protocol) noexcept {
+    return interfacesOf(protocol).manager.name;
 }
 
-std::uint32_t versionOf(Dialect dialect) noexcept {
-    return dialect == Dialect::core ? kCoreVersion : kDataControlVersion;
+std::uint32_t versionOf(Protocol protocol) noexcept {
+    return protocol == Protocol::core ? kCoreVersion : kDataControlVersion;
 }
 
 // --- Offer -----------------------------------------------------------------------------------------------------------
 
-Offer::Offer(wl_proxy* proxy, Dialect dialect) : proxy_(proxy), dialect_(dialect) {
+Offer::Offer(wl_proxy* proxy, Protocol protocol) : proxy_(proxy), protocol_(protocol) {
     // In its second version the core protocol, too, has no other event.
     static const std::array kListener = {handler(&Offer::onType)};
     listen(proxy_, kListener, this);
 }
 
 Offer::~Offer() {
-    destroy(proxy_, requestsOf(dialect_).offerDestroy);
+    destroy(proxy_, requestsOf(protocol_).offerDestroy);
 }
 
 void Offer::receive(const std::string& type, int descriptor) {
-    send(proxy_, requestsOf(dialect_).offerReceive, type.c_str(), descriptor);
+    send(proxy_, requestsOf(protocol_).offerReceive, type.c_str(), descriptor);
 }
 
 void Offer::onType(void* self, wl_proxy* /*proxy*/, const char* type) {
@@ -162,16 +158,12 @@ void Offer::onType(void* self, wl_proxy* /*proxy*/, const char* type) {
 
 // --- Source ----------------------------------------------------------------------------------------------------------
 
-Source::Source(wl_proxy* proxy, Dialect dialect, Events events)
-    : proxy_(proxy), dialect_(dialect), events_(std::move(events)) {
+Source::Source(wl_proxy* proxy, Protocol protocol, Events events)
+    : proxy_(proxy), protocol_(protocol), events_(std::move(events)) {
     static const std::array kListener = {handler(&Source::onSend), handler(&Source::onCancelled)};
     static const std::array kCoreListener = {handler(&Source::onTarget), handler(&Source::onSend),
                                              handler(&Source::onCancelled)};
-    if (dialect == Dialect::core) {
-        listen(proxy_, kCoreListener, this);
-    } else {
-        listen(proxy_, kListener, this);
-    }
+    protocol == Protocol::core ? listen(proxy_, kCoreListener, this) : listen(proxy_, kListener, this);
 }
 
 Source::~Source() {
@@ -195,45 +187,33 @@ void Source::onTarget(void* /*self*/, wl_proxy* /*proxy*/, const char* /*type*/)
 
 // --- Device ----------------------------------------------------------------------------------------------------------
 
-Device::Device(wl_proxy* proxy, Dialect dialect, Events events)
-    : proxy_(proxy), dialect_(dialect), events_(std::move(events)) {
+Device::Device(wl_proxy* proxy, Protocol protocol, Events events)
+    : proxy_(proxy), protocol_(protocol), events_(std::move(events)) {
     static const std::array kListener = {handler(&Device::onOffer), handler(&Device::onSelection),
                                          handler(&Device::onFinished), handler(&Device::onPrimarySelection)};
     static const std::array kCoreListener = {handler(&Device::onOffer),     handler(&Device::onDragEnter),
                                              handler(&Device::onDragLeave), handler(&Device::onDragMotion),
                                              handler(&Device::onDrop),      handler(&Device::onSelection)};
-    if (dialect == Dialect::core) {
-        listen(proxy_, kCoreListener, this);
-    } else {
-        listen(proxy_, kListener, this);
-    }
+    protocol == Protocol::core ? listen(proxy_, kCoreListener, this) : listen(proxy_, kListener, this);
 }
 
 Device::~Device() {
-    if (isRetired_) {
-        wl_proxy_destroy(proxy_);
-    } else {
-        destroy(proxy_, requestsOf(dialect_).deviceDestroy);
-    }
+    isRetired_ ? wl_proxy_destroy(proxy_) : destroy(proxy_, requestsOf(protocol_).deviceDestroy);
 }
 
 void Device::retire() {
-    if (!std::exchange(isRetired_, true)) send(proxy_, requestsOf(dialect_).deviceDestroy);
+    if (!std::exchange(isRetired_, true)) send(proxy_, requestsOf(protocol_).deviceDestroy);
 }
 
 void Device::setSelection(const Source* source, std::uint32_t serial) {
-    const std::uint32_t request = requestsOf(dialect_).deviceSetSelection;
+    const std::uint32_t request = requestsOf(protocol_).deviceSetSelection;
     wl_proxy* const content = source != nullptr ? source->proxy() : nullptr;
-    if (dialect_ == Dialect::core) {
-        send(proxy_, request, content, serial);
-    } else {
-        send(proxy_, request, content);
-    }
+    protocol_ == Protocol::core ? send(proxy_, request, content, serial) : send(proxy_, request, content);
 }
 
 void Device::onOffer(void* self, wl_proxy* /*proxy*/, wl_proxy* offer) {
     auto* const device = static_cast<Device*>(self);
-    device->announced_.push_back(std::make_shared<Offer>(offer, device->dialect_));
+    device->announced_.push_back(std::make_shared<Offer>(offer, device->protocol_));
 }
 
 void Device::onSelection(void* self, wl_proxy* /*proxy*/, wl_proxy* offer) {
@@ -278,23 +258,23 @@ std::shared_ptr<Offer> Device::take(wl_proxy* offer) {
 
 // --- Manager ---------------------------------------------------------------------------------------------------------
 
-Manager::Manager(wl_proxy* registry, std::uint32_t name, Dialect dialect)
-    : dialect_(dialect),
+Manager::Manager(wl_proxy* registry, std::uint32_t name, Protocol protocol)
+    : protocol_(protocol),
       proxy_(reinterpret_cast<wl_proxy*>(wl_registry_bind(reinterpret_cast<wl_registry*>(registry), name,
-                                                          &interfacesOf(dialect).manager, versionOf(dialect)))) {}
+                                                          &interfacesOf(protocol).manager, versionOf(protocol)))) {}
 
 Manager::~Manager() {
-    destroy(proxy_, requestsOf(dialect_).managerDestroy);
+    destroy(proxy_, requestsOf(protocol_).managerDestroy);
 }
 
 std::unique_ptr<Source> Manager::createSource(Source::Events events) {
-    wl_proxy* const source = create(proxy_, kManagerCreateSource, interfacesOf(dialect_).source);
-    return std::make_unique<Source>(source, dialect_, std::move(events));
+    wl_proxy* const source = create(proxy_, kManagerCreateSource, interfacesOf(protocol_).source);
+    return std::make_unique<Source>(source, protocol_, std::move(events));
 }
 
 std::unique_ptr<Device> Manager::deviceOf(wl_proxy* seat, Device::Events events) {
-    wl_proxy* const device = create(proxy_, kManagerGetDevice, interfacesOf(dialect_).device, seat);
-    return std::make_unique<Device>(device, dialect_, std::move(events));
+    wl_proxy* const device = create(proxy_, kManagerGetDevice, interfacesOf(protocol_).device, seat);
+    return std::make_unique<Device>(device, protocol_, std::move(events));
 }
 
-}  // namespace ravlin::DataControl
+}  // namespace ravlin::WaylandSelection

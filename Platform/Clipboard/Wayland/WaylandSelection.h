@@ -16,15 +16,15 @@
 ///
 /// Every object asks the compositor for its own end when it is destroyed. None waits for anything: requests go out with
 /// the next flush of the connection, and events arrive while it dispatches.
-namespace ravlin::DataControl {
+namespace ravlin::WaylandSelection {
 
-enum class Dialect : std::uint8_t { ext, zwlr, core };
+enum class Protocol : std::uint8_t { extDataControl, zwlrDataControl, core };
 
 /// The name of the global object by which a compositor offers the protocol.
-std::string_view managerName(Dialect dialect) noexcept;
+std::string_view managerName(Protocol protocol) noexcept;
 
 /// The version of the protocol that is used here, and so at least has to be offered.
-std::uint32_t versionOf(Dialect dialect) noexcept;
+std::uint32_t versionOf(Protocol protocol) noexcept;
 
 /// Destroys a protocol object that has no request for its end.
 struct ProxyDeleter {
@@ -34,7 +34,7 @@ struct ProxyDeleter {
 /// The content of the clipboard as a program offers it, in one or more types.
 class Offer {
 public:
-    Offer(wl_proxy* proxy, Dialect dialect);
+    Offer(wl_proxy* proxy, Protocol protocol);
     Offer(const Offer&) = delete;
     Offer& operator=(const Offer&) = delete;
     Offer(Offer&&) = delete;
@@ -54,7 +54,7 @@ private:
     static void onType(void* self, wl_proxy* proxy, const char* type);
 
     wl_proxy* proxy_;
-    Dialect dialect_;
+    Protocol protocol_;
     std::vector<std::string> types_;
 };
 
@@ -66,7 +66,7 @@ public:
         std::function<void()> cancelled;                                  // somebody else has copied
     };
 
-    Source(wl_proxy* proxy, Dialect dialect, Events events);
+    Source(wl_proxy* proxy, Protocol protocol, Events events);
     Source(const Source&) = delete;
     Source& operator=(const Source&) = delete;
     Source(Source&&) = delete;
@@ -82,7 +82,7 @@ private:
     static void onTarget(void* self, wl_proxy* proxy, const char* type);
 
     wl_proxy* proxy_;
-    Dialect dialect_;
+    Protocol protocol_;
     Events events_;
 };
 
@@ -94,7 +94,7 @@ public:
         std::function<void()> finished;                         // the seat has gone
     };
 
-    Device(wl_proxy* proxy, Dialect dialect, Events events);
+    Device(wl_proxy* proxy, Protocol protocol, Events events);
     Device(const Device&) = delete;
     Device& operator=(const Device&) = delete;
     Device(Device&&) = delete;
@@ -123,7 +123,7 @@ private:
     std::shared_ptr<Offer> take(wl_proxy* offer);
 
     wl_proxy* proxy_;
-    Dialect dialect_;
+    Protocol protocol_;
     Events events_;
     bool isRetired_ = false;
     std::vector<std::shared_ptr<Offer>> announced_;  // of which nobody has said yet what they are
@@ -133,8 +133,8 @@ private:
 /// The compositor's end of the protocol.
 class Manager {
 public:
-    /// Takes the global object `name`, whose interface is that of `dialect`.
-    Manager(wl_proxy* registry, std::uint32_t name, Dialect dialect);
+    /// Takes the global object `name`, whose interface is that of `protocol`.
+    Manager(wl_proxy* registry, std::uint32_t name, Protocol protocol);
     Manager(const Manager&) = delete;
     Manager& operator=(const Manager&) = delete;
     Manager(Manager&&) = delete;
@@ -145,8 +145,8 @@ public:
     std::unique_ptr<Device> deviceOf(wl_proxy* seat, Device::Events events);
 
 private:
-    Dialect dialect_;
+    Protocol protocol_;
     wl_proxy* proxy_;
 };
 
-}  // namespace ravlin::DataControl
+}  // namespace ravlin::WaylandSelection

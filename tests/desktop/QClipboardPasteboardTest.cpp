@@ -1,6 +1,6 @@
-// Qt's own clipboard, on a platform of Qt that has no desktop.
+// QClipboard, on a platform of Qt that has no desktop.
 
-#include "Platform/Desktop/QtPasteboard.h"
+#include "Platform/Desktop/QClipboardPasteboard.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -21,7 +21,7 @@ namespace {
 using testing::Optional;
 using Type = Pasteboard::Type;
 
-class QtPasteboardTest : public testing::Test {
+class QClipboardPasteboardTest : public testing::Test {
 protected:
     static void copyElsewhere(const QString& type, const QByteArray& bytes) {
         auto* const content = new QMimeData;  // NOLINT(cppcoreguidelines-owning-memory): the clipboard takes it
@@ -34,11 +34,10 @@ protected:
         return poll(&waited, 1, 0) > 0;
     }
 
-    std::string whyNot_;
-    std::unique_ptr<SystemPasteboard> pasteboard_ = QtPasteboard::open(whyNot_);
+    std::unique_ptr<SystemPasteboard> pasteboard_ = std::make_unique<QClipboardPasteboard>();
 };
 
-TEST_F(QtPasteboardTest, EveryChangeCounts) {
+TEST_F(QClipboardPasteboardTest, EveryChangeCounts) {
     const std::int64_t count = pasteboard_->changeCount();
     copyElsewhere(QStringLiteral("text/plain"), "theirs");
     EXPECT_EQ(pasteboard_->changeCount(), count + 1);
@@ -50,7 +49,17 @@ TEST_F(QtPasteboardTest, EveryChangeCounts) {
     EXPECT_THAT(pasteboard_->itemCount(), Optional(1U));
 }
 
-TEST_F(QtPasteboardTest, TypesAreToldApart) {
+TEST_F(QClipboardPasteboardTest, CopySinceALookIsKept) {
+    copyElsewhere(QStringLiteral("text/plain"), "theirs");
+    const std::int64_t count = pasteboard_->changeCount();
+    copyElsewhere(QStringLiteral("text/plain"), "newer");
+    EXPECT_FALSE(pasteboard_->replaceIfUnchanged(count, "too late"));
+    EXPECT_EQ(pasteboard_->string(), "newer");
+    EXPECT_TRUE(pasteboard_->replaceIfUnchanged(pasteboard_->changeCount(), "ours"));
+    EXPECT_EQ(pasteboard_->string(), "ours");
+}
+
+TEST_F(QClipboardPasteboardTest, TypesAreToldApart) {
     copyElsewhere(QStringLiteral("text/html"), "<b>x</b>");
     EXPECT_EQ(pasteboard_->string(), std::nullopt);
     EXPECT_EQ(pasteboard_->data(Type::html), "<b>x</b>");
@@ -60,7 +69,7 @@ TEST_F(QtPasteboardTest, TypesAreToldApart) {
     EXPECT_EQ(pasteboard_->data(Type::html), std::nullopt);
 }
 
-TEST_F(QtPasteboardTest, ListOfFilesIsNoText) {
+TEST_F(QClipboardPasteboardTest, ListOfFilesIsNoText) {
     auto* const files = new QMimeData;  // NOLINT(cppcoreguidelines-owning-memory): the clipboard takes it
     files->setUrls({QUrl(QStringLiteral("file:///tmp/a"))});
     QGuiApplication::clipboard()->setMimeData(files);
@@ -69,7 +78,7 @@ TEST_F(QtPasteboardTest, ListOfFilesIsNoText) {
     EXPECT_THAT(pasteboard_->itemCount(), Optional(1U));
 }
 
-TEST_F(QtPasteboardTest, ClearingAloneTakesEffectFromTheEventLoop) {
+TEST_F(QClipboardPasteboardTest, ClearingAloneTakesEffectFromTheEventLoop) {
     ASSERT_TRUE(pasteboard_->setString("ours"));
     EXPECT_FALSE(isWakeUpDue());
     pasteboard_->clearContents();

@@ -1,0 +1,111 @@
+#include "Platform/Clipboard/SystemPasteboard.h"
+
+#include "Platform/Clipboard/LingeringChild.h"
+#include "Platform/Clipboard/Polling.h"
+
+#include <utility>
+
+#include <unistd.h>
+
+namespace ravlin {
+
+/// What every operation is done by.
+template <class Operation>
+void SystemPasteboard::perform(Operation operation) {
+    operation();
+    settle();
+}
+
+/// Makes what is known what holds now, a pending clearing included. False where that cannot be known.
+bool SystemPasteboard::catchUp() {
+    if (std::exchange(isClearPending_, false)) clear();
+    if (!synchronise()) return false;
+    if (!hasAccess()) noteChange();  // for all that is known
+    return hasAccess();
+}
+
+bool SystemPasteboard::synchronise() {
+    const bool isAnswered = awaitAnswer();
+    if (!isAnswered) noteChange();
+    return isAnswered;
+}
+
+std::int64_t SystemPasteboard::changeCount() {
+    perform([this] { catchUp(); });
+    return changeCount_;
+}
+
+std::optional<std::string> SystemPasteboard::data(Type type) {
+    std::optional<std::string> content;
+    perform([&] {
+        if (!catchUp()) return;
+        // Asked for our own text through the system, we would wait for ourselves.
+        const Text own = ownText();
+        if (own == nullptr) content = read(type);
+        if (own != nullptr && type == Type::string) content = *own;
+    });
+    return content;
+}
+
+std::optional<std::size_t> SystemPasteboard::itemCount() {
+    std::optional<std::size_t> count;
+    perform([&] {
+        if (catchUp()) count = isEmpty() ? 0 : 1;
+    });
+    return count;
+}
+
+void SystemPasteboard::clearContents() {
+    perform([this] {
+        isClearPending_ = true;
+        wakeUp();  // so that `processEvents` comes even if nothing else happens
+    });
+}
+
+bool SystemPasteboard::setString(std::string_view text) {
+    bool isWritten = false;
+    perform([&] {
+        isClearPending_ = false;
+        isWritten = synchronise() && write(std::make_shared<const std::string>(text), changeCount_);
+    });
+    return isWritten;
+}
+
+bool SystemPasteboard::replaceIfUnchanged(std::int64_t count, std::string_view text) {
+    bool isWritten = false;
+    perform([&] {
+        isClearPending_ = false;
+        isWritten = !isOvertaken(count) && write(std::make_shared<const std::string>(text), count);
+    });
+    return isWritten;
+}
+
+void SystemPasteboard::processEvents() {
+    perform([this] {
+        handleEvents();
+        if (std::exchange(isClearPending_, false)) clear();
+    });
+}
+
+void SystemPasteboard::lingerIfOwner() {
+    bool mayLinger = false;
+    perform([&] { mayLinger = !servingDescriptors().empty() && catchUp() && isServing(); });
+    if (!mayLinger) return;
+    switch (forkLingeringChild(servingDescriptors())) {
+        case ForkSide::parent: giveAway(); return;
+        case ForkSide::failed: return;
+        case ForkSide::child: serveToTheEnd();
+    }
+}
+
+void SystemPasteboard::serveToTheEnd() {
+    for (processEvents(); fileDescriptor() >= 0 && isServing(); processEvents()) {
+        using Clock = std::chrono::steady_clock;
+        isReady(fileDescriptor(), POLLIN, isTransferring() ? Clock::now() + kTransferLimit : Clock::time_point::max());
+    }
+    // A socket that is closed while events wait in it loses the requests on their way, a reader's last increment too.
+    synchronise();
+    _exit(0);
+}
+
+}  // namespace ravlin
