@@ -1,14 +1,37 @@
 #include "Platform/Desktop/StatusIcon.h"
 
-#include <QIcon>
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
 #include <QPainter>
+#include <QStandardPaths>
 #include <QSvgRenderer>
 
 namespace ravlin::StatusIcon {
+namespace {
+
+const QString kName = QStringLiteral("org.ravlin.ravlin-symbolic");
+const QString kFile = QStringLiteral("/hicolor/symbolic/apps/org.ravlin.ravlin-symbolic.svg");
+
+/// Every theme falls back to hicolor, so the theme that is set, installed or not, plays no part.
+bool isInstalled() {
+    return !QStandardPaths::locate(QStandardPaths::GenericDataLocation, QStringLiteral("icons") + kFile).isEmpty();
+}
+
+/// A copy that is not the system's has them beside itself.
+QString ownThemes() {
+    const QString path = QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../share/icons"));
+    return QFileInfo::exists(path + kFile) ? path : QString();
+}
+
+}  // namespace
 
 QString themeName() {
-    const QString name = QStringLiteral("org.ravlin.ravlin-symbolic");
-    return QIcon::hasThemeIcon(name) ? name : QString();
+    return isInstalled() || !ownThemes().isEmpty() ? kName : QString();
+}
+
+QString themePath() {
+    return isInstalled() ? QString() : ownThemes();
 }
 
 QImage image(int size, const QColor& color) {

@@ -7,7 +7,6 @@
 #include <QEvent>
 #include <QGuiApplication>
 #include <QIcon>
-#include <QPalette>
 #include <QPixmap>
 
 namespace ravlin {
@@ -30,7 +29,7 @@ QIcon drawnIcon(const QColor& color) {
 
 StatusItem::StatusItem(const QDBusConnection& bus, QObject* parent)
     : QObject(parent),
-      openAction_(QStringLiteral("Ravlin")),
+      openAction_(QStringLiteral("Open Ravlin")),
       checkForUpdatesAction_(QStringLiteral("Check for Updates\u2026")),
       quitAction_(QStringLiteral("Quit")),
       exportedMenu_({&openAction_, &checkForUpdatesAction_, &quitAction_}, bus),
@@ -46,7 +45,6 @@ StatusItem::StatusItem(const QDBusConnection& bus, QObject* parent)
         if (const QRect point = clickedPoint(where); !point.isNull()) popupMenu().popup(point.topLeft());
     });
     qGuiApp->installEventFilter(this);
-    paintIcons();
     notifierItem_.start();
 }
 
@@ -56,7 +54,8 @@ bool StatusItem::isShown() const {
 }
 
 bool StatusItem::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == qGuiApp && event->type() == QEvent::ApplicationPaletteChange) paintIcons();
+    // The colours of the session have changed, and so have those in which the host paints the icon.
+    if (watched == qGuiApp && event->type() == QEvent::ApplicationPaletteChange) Q_EMIT notifierItem_.NewIcon();
     return QObject::eventFilter(watched, event);
 }
 
@@ -65,7 +64,7 @@ bool StatusItem::eventFilter(QObject* watched, QEvent* event) {
 /// screen locked.
 void StatusItem::followWatcher() {
     if (notifierItem_.registration() != StatusNotifierItem::Registration::noWatcher)
-        xembedIcon_.reset();
+        hideXEmbedIcon();
     else if (xembedIcon_ == nullptr && WindowSystem::isX11() && !notifierItem_.hasMetWatcher())
         showXEmbedIcon();
     Q_EMIT shownChanged();
@@ -79,14 +78,20 @@ void StatusItem::showXEmbedIcon() {
         if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::MiddleClick)
             Q_EMIT activated(xembedIcon_->geometry(), {});
     });
-    paintIcons();
+    QSystemTrayIcon::isSystemTrayAvailable();  // Qt begins to watch the tray here, and would outdo whoever began before
+    xembedColors_ = std::make_unique<TrayColors>();
+    connect(xembedColors_.get(), &TrayColors::changed, this, &StatusItem::paintXEmbedIcon);
+    paintXEmbedIcon();
     xembedIcon_->show();
 }
 
-void StatusItem::paintIcons() {
-    const QColor color = QGuiApplication::palette().color(QPalette::WindowText);
-    notifierItem_.setColor(color);
-    if (xembedIcon_ != nullptr) xembedIcon_->setIcon(drawnIcon(color));
+void StatusItem::hideXEmbedIcon() {
+    xembedColors_.reset();
+    xembedIcon_.reset();
+}
+
+void StatusItem::paintXEmbedIcon() {
+    xembedIcon_->setIcon(drawnIcon(xembedColors_->foreground().value_or(QColor(StatusIcon::kColorForAnyTray))));
 }
 
 /// Made at its first use, which most desktops never come to.

@@ -2,6 +2,7 @@
 
 #include "Platform/Desktop/DBusMenu.h"
 #include "Platform/Desktop/StatusNotifierItem.h"
+#include "Platform/Desktop/TrayColors.h"
 
 #include <QAction>
 #include <QDBusConnection>
@@ -49,7 +50,8 @@ protected:
 private:
     void followWatcher();
     void showXEmbedIcon();
-    void paintIcons();
+    void hideXEmbedIcon();
+    void paintXEmbedIcon();
     QMenu& popupMenu();
 
     QAction openAction_;
@@ -59,6 +61,7 @@ private:
     StatusNotifierItem notifierItem_;
     std::unique_ptr<QMenu> popupMenu_;
     std::unique_ptr<QSystemTrayIcon> xembedIcon_;
+    std::unique_ptr<TrayColors> xembedColors_;
 };
 
 }  // namespace ravlin

@@ -118,20 +118,18 @@ void StatusNotifierItem::setRegistration(Registration registration) {
     Q_EMIT registrationChanged();
 }
 
-void StatusNotifierItem::setColor(const QColor& color) {
-    if (color_ == color) return;
-    const bool isFirst = !color_.isValid();
-    color_ = color;
-    if (!isFirst) Q_EMIT NewIcon();
-}
-
 QString StatusNotifierItem::iconName() {
     return StatusIcon::themeName();
 }
 
-QList<StatusNotifierPixmap> StatusNotifierItem::iconPixmap() const {
+QString StatusNotifierItem::iconThemePath() {
+    return StatusIcon::themePath();
+}
+
+QList<StatusNotifierPixmap> StatusNotifierItem::iconPixmap() {
     QList<StatusNotifierPixmap> pixmaps;
-    for (const int size : StatusIcon::kSizes) pixmaps.append(travelling(StatusIcon::image(size, color_)));
+    for (const int size : StatusIcon::kSizes)
+        pixmaps.append(travelling(StatusIcon::image(size, StatusIcon::kColorForAnyTray)));
     return pixmaps;
 }
 

@@ -2,7 +2,6 @@
 
 #include "Platform/Desktop/DBusStruct.h"
 
-#include <QColor>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
@@ -58,9 +57,9 @@ class StatusNotifierItem final : public QObject {
     Q_PROPERTY(QString Title READ title SCRIPTABLE true CONSTANT)
     Q_PROPERTY(QString Status READ status SCRIPTABLE true CONSTANT)
     Q_PROPERTY(int WindowId READ windowId SCRIPTABLE true CONSTANT)
-    Q_PROPERTY(QString IconThemePath READ none SCRIPTABLE true CONSTANT)
-    Q_PROPERTY(QString IconName READ iconName SCRIPTABLE true)
-    Q_PROPERTY(QList<ravlin::StatusNotifierPixmap> IconPixmap READ iconPixmap SCRIPTABLE true)
+    Q_PROPERTY(QString IconThemePath READ iconThemePath SCRIPTABLE true CONSTANT)
+    Q_PROPERTY(QString IconName READ iconName SCRIPTABLE true CONSTANT)
+    Q_PROPERTY(QList<ravlin::StatusNotifierPixmap> IconPixmap READ iconPixmap SCRIPTABLE true CONSTANT)
     Q_PROPERTY(QString OverlayIconName READ none SCRIPTABLE true CONSTANT)
     Q_PROPERTY(QList<ravlin::StatusNotifierPixmap> OverlayIconPixmap READ noPixmap SCRIPTABLE true CONSTANT)
     Q_PROPERTY(QString AttentionIconName READ none SCRIPTABLE true CONSTANT)
@@ -95,9 +94,6 @@ public:
     /// bus, and waits for its answer.
     bool hasMetWatcher();
 
-    /// The colour of the pictures for hosts that do not take the icon by name. A new one is told to the host.
-    void setColor(const QColor& color);
-
     /// The token that the host gave for raising a window, once.
     QString takeActivationToken() { return std::exchange(activationToken_, {}); }
 
@@ -108,7 +104,8 @@ public:
     static int windowId() { return 0; }
     static QString none() { return {}; }
     static QString iconName();
-    QList<StatusNotifierPixmap> iconPixmap() const;
+    static QString iconThemePath();
+    static QList<StatusNotifierPixmap> iconPixmap();
     static QList<StatusNotifierPixmap> noPixmap() { return {}; }
     static StatusNotifierToolTip toolTip() { return {{}, {}, title(), {}}; }
     static bool itemIsMenu() { return false; }
@@ -121,6 +118,7 @@ public:
     Q_SLOT Q_SCRIPTABLE void ProvideXdgActivationToken(const QString& token);
 
 Q_SIGNALS:
+    /// The host is to paint the icon anew.
     Q_SCRIPTABLE void NewIcon();
 
     void registrationChanged();
@@ -141,7 +139,6 @@ private:
     Registration registration_ = Registration::asked;
     bool hasMetWatcher_ = false;
     unsigned lastQuestion_ = 0;
-    QColor color_;
     QString activationToken_;
 };
 

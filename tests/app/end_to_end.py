@@ -452,7 +452,7 @@ class NotifierTray(DesktopTest):
         wait_for_panel()
 
     def test_the_menu_opens_the_panel(self):
-        self.tray.choose_in_menu("Ravlin")
+        self.tray.choose_in_menu("Open Ravlin")
         wait_for_panel()
 
     def test_the_menu_checks_for_updates(self):

@@ -1,3 +1,4 @@
+#include "Platform/Desktop/StatusIcon.h"
 #include "Platform/Desktop/StatusItem.h"
 #include "tests/desktop/FakeTray.h"
 
@@ -5,14 +6,23 @@
 #include <QDBusArgument>
 #include <QDBusObjectPath>
 #include <QDBusVariant>
+#include <QDir>
+#include <QFile>
 #include <QMenu>
 #include <QProcess>
 #include <QSignalSpy>
+#include <QTemporaryDir>
+
+#include <xcb/xcb.h>
 
 #include <array>
+#include <cmath>
+#include <cstdlib>
 #include <memory>
+#include <optional>
 #include <ostream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -22,7 +32,14 @@ namespace {
 
 const QString kItemPath = QStringLiteral("/StatusNotifierItem");
 const QString kItemInterface = QStringLiteral("org.kde.StatusNotifierItem");
+const QString kIconName = QStringLiteral("org.ravlin.ravlin-symbolic");
+const QString kIconFile = QStringLiteral("/hicolor/symbolic/apps/org.ravlin.ravlin-symbolic.svg");
 const QString kMenuInterface = QStringLiteral("com.canonical.dbusmenu");
+
+/// Where the icon lies beside a program that is not installed.
+QString ownThemes() {
+    return QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../share/icons"));
+}
 
 /// A status item, and the tray of a desktop that has one from the start.
 struct Desktop {
@@ -84,8 +101,8 @@ TEST(StatusItemProperties, AreThoseHostsAskFor) {
         {"Title", QStringLiteral("Ravlin")},
         {"Status", QStringLiteral("Active")},
         {"WindowId", 0},
-        {"IconThemePath", QString()},
-        {"IconName", QString()},  // no theme of the test's empty home has it
+        {"IconThemePath", ownThemes()},
+        {"IconName", kIconName},
         {"OverlayIconName", QString()},
         {"AttentionIconName", QString()},
         {"AttentionMovieName", QString()},
@@ -112,17 +129,18 @@ int coveredPixels(const StatusNotifierPixmap& pixmap, const QColor& color) {
     for (qsizetype at = 0; at + 4 <= pixmap.pixels.size(); at += 4) {
         const auto byte = [&](int offset) { return int(static_cast<unsigned char>(pixmap.pixels[at + offset])); };
         if (byte(0) == 0) continue;
-        // A pixel that is hardly covered has lost the low bits of its colour.
-        const bool faint = byte(0) < 128;
-        if (!faint && QColor(byte(1), byte(2), byte(3)) != color) return -1;
+        // A pixel that is partly covered has lost the low bits of its colour.
+        const int lost = byte(0) == 255 ? 0 : byte(0) < 128 ? 255 : 1;
+        const auto differs = [&](int offset, int channel) { return std::abs(byte(offset) - channel) > lost; };
+        if (differs(1, color.red()) || differs(2, color.green()) || differs(3, color.blue())) return -1;
         ++count;
     }
     return count;
 }
 
-TEST(StatusItemPixmaps, AreSquaresOfEverySizeInTheColourOfText) {
+TEST(StatusItemPixmaps, AreSquaresOfEverySizeInOneColour) {
     const Desktop desktop;
-    const QColor color = QGuiApplication::palette().color(QPalette::WindowText);
+    const QColor color(StatusIcon::kColorForAnyTray);
     std::vector<int> sizes;
     for (const StatusNotifierPixmap& pixmap : pixmaps(desktop)) {
         sizes.push_back(pixmap.width);
@@ -150,7 +168,38 @@ private:
     QList<QDBusMessage> messages_;
 };
 
-TEST(StatusItemPixmaps, FollowTheDesktopIntoTheDark) {
+/// Of WCAG, 0 to 1.
+double luminance(const QColor& color) {
+    const auto part = [](double channel) {
+        return channel <= 0.03928 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * part(color.redF()) + 0.7152 * part(color.greenF()) + 0.0722 * part(color.blueF());
+}
+
+TEST(StatusItemPixmaps, CanBeSeenOnBlackAndOnWhite) {
+    const double own = luminance(QColor(StatusIcon::kColorForAnyTray));
+    EXPECT_GE((own + 0.05) / (luminance(Qt::black) + 0.05), 3);
+    EXPECT_GE((luminance(Qt::white) + 0.05) / (own + 0.05), 3);
+}
+
+TEST(StatusItemIcon, HasThatColourForHostsThatShowTheNamedOneAsItIs) {
+    QFile file(ownThemes() + kIconFile);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(file.readAll().contains(QColor(StatusIcon::kColorForAnyTray).name().toLatin1()));
+}
+
+TEST(StatusItemIcon, IsTheSystemsWhereItIsInstalled) {
+    const QTemporaryDir data;
+    ASSERT_TRUE(QDir().mkpath(data.filePath(QStringLiteral("icons/hicolor/symbolic/apps"))));
+    ASSERT_TRUE(QFile::copy(ownThemes() + kIconFile, data.filePath(QStringLiteral("icons") + kIconFile)));
+    const QByteArray before = qgetenv("XDG_DATA_DIRS");
+    qputenv("XDG_DATA_DIRS", QFile::encodeName(data.path()));
+    EXPECT_EQ(StatusIcon::themePath(), QString());
+    EXPECT_EQ(StatusIcon::themeName(), kIconName);
+    before.isNull() ? qunsetenv("XDG_DATA_DIRS") : qputenv("XDG_DATA_DIRS", before);
+}
+
+TEST(StatusItemIcon, IsPaintedAnewWhenTheColoursOfTheSessionChange) {
     const Desktop desktop;
     const SignalCounter newIcon(desktop.tray.bus(), kItemInterface, QStringLiteral("NewIcon"));
     const QPalette before = QGuiApplication::palette();
@@ -158,7 +207,6 @@ TEST(StatusItemPixmaps, FollowTheDesktopIntoTheDark) {
     dark.setColor(QPalette::WindowText, Qt::white);
     QGuiApplication::setPalette(dark);
     EXPECT_TRUE(eventually([&] { return !newIcon.messages().isEmpty(); }));
-    EXPECT_GT(coveredPixels(pixmaps(desktop).value(0), Qt::white), 0);
     QGuiApplication::setPalette(before);
 }
 
@@ -235,7 +283,7 @@ TEST(StatusItemMenu, HasThreeEntries) {
     const Desktop desktop;
     const DBusMenuLayoutItem menu = layout(desktop, 0, -1);
     EXPECT_EQ(menu.properties.value(QStringLiteral("children-display")), QStringLiteral("submenu"));
-    EXPECT_EQ(entries(menu), (std::vector<std::string>{"1 Ravlin", "2 Check for Updates\u2026", "3 Quit"}));
+    EXPECT_EQ(entries(menu), (std::vector<std::string>{"1 Open Ravlin", "2 Check for Updates\u2026", "3 Quit"}));
 }
 
 TEST(StatusItemMenu, GivesNoMoreOfItselfThanAskedFor) {
@@ -374,6 +422,59 @@ TEST(XEmbedIcon, IsShownWhereThereIsNoWatcher) {
     EXPECT_TRUE(eventually([&] { return item.isShown() && trayHoldsTheIcon(); }));
 }
 
+/// Has the tray tell the colour of its icons, as bars of window managers do, or tell none.
+void setTrayColor(const std::optional<QColor>& color) {
+    xcb_connection_t* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>()->connection();
+    const auto atom = [&](std::string_view name) {
+        const auto cookie = xcb_intern_atom(x11, 0, std::uint16_t(name.size()), name.data());
+        const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> reply(
+            xcb_intern_atom_reply(x11, cookie, nullptr), &std::free);
+        return reply->atom;
+    };
+    const auto cookie = xcb_get_selection_owner(x11, atom("_NET_SYSTEM_TRAY_S0"));
+    const std::unique_ptr<xcb_get_selection_owner_reply_t, decltype(&std::free)> tray(
+        xcb_get_selection_owner_reply(x11, cookie, nullptr), &std::free);
+    const xcb_atom_t property = atom("_NET_SYSTEM_TRAY_COLORS");
+    if (color.has_value()) {
+        std::array<std::uint32_t, 12> channels = {};
+        for (size_t at = 0; at < channels.size(); at += 3) {
+            channels[at] = std::uint32_t(color->red()) * 0x101;
+            channels[at + 1] = std::uint32_t(color->green()) * 0x101;
+            channels[at + 2] = std::uint32_t(color->blue()) * 0x101;
+        }
+        xcb_change_property(x11, XCB_PROP_MODE_REPLACE, tray->owner, property, XCB_ATOM_CARDINAL, 32, 12,
+                            channels.data());
+    } else {
+        xcb_delete_property(x11, tray->owner, property);
+    }
+    xcb_flush(x11);
+}
+
+/// Whether the icon is painted in this colour.
+bool isPainted(const QColor& color) {
+    const QImage picture = xembedWidget() == nullptr ? QImage() : xembedWidget()->grab().toImage();
+    int count = 0;
+    for (int y = 0; y < picture.height(); ++y)
+        for (int x = 0; x < picture.width(); ++x) count += picture.pixelColor(x, y) == color ? 1 : 0;
+    return count > 10;
+}
+
+TEST(XEmbedIcon, IsPaintedInTheColoursOfTheTray) {
+    setTrayColor(QColor(240, 230, 140));
+    const StatusItem item(QDBusConnection::sessionBus());
+    EXPECT_TRUE(eventually([] { return isPainted(QColor(240, 230, 140)); }));
+    setTrayColor(std::nullopt);
+}
+
+TEST(XEmbedIcon, FollowsTheColoursOfTheTray) {
+    const StatusItem item(QDBusConnection::sessionBus());
+    EXPECT_TRUE(eventually([] { return isPainted(QColor(StatusIcon::kColorForAnyTray)); }));
+    setTrayColor(Qt::white);
+    EXPECT_TRUE(eventually([] { return isPainted(Qt::white); }));
+    setTrayColor(std::nullopt);
+    EXPECT_TRUE(eventually([] { return isPainted(QColor(StatusIcon::kColorForAnyTray)); }));
+}
+
 TEST(XEmbedIcon, TellsWhereItIsWhenClicked) {
     const StatusItem item(QDBusConnection::sessionBus());
     ASSERT_TRUE(eventually(trayHoldsTheIcon));
@@ -392,7 +493,7 @@ TEST(XEmbedIcon, ShowsTheMenuOnARightClick) {
     ASSERT_TRUE(eventually([] { return QApplication::activePopupWidget() != nullptr; }));
     QStringList texts;
     for (const QAction* action : QApplication::activePopupWidget()->actions()) texts.append(action->text());
-    EXPECT_EQ(texts, (QStringList{QStringLiteral("Ravlin"), QStringLiteral("Check for Updates\u2026"),
+    EXPECT_EQ(texts, (QStringList{QStringLiteral("Open Ravlin"), QStringLiteral("Check for Updates\u2026"),
                                   QStringLiteral("Quit")}));
     QApplication::activePopupWidget()->close();
 }
