@@ -1,7 +1,7 @@
 """Cinnamon on X11."""
 from kinds.gnome import WithSystemBus
 from kinds.x11 import listed_x11_windows
-from ravlin_desktop import eventually, output_of
+
 
 
 class Cinnamon(WithSystemBus):
@@ -24,7 +24,7 @@ class Cinnamon(WithSystemBus):
 
     def start_tray(self):
         """The program that turns items of others into those that Cinnamon's bar shows."""
-        self.run("tray", ["/usr/lib/x86_64-linux-gnu/xapps/xapp-sn-watcher"])
+        self.run("tray", ["/usr/libexec/xapps/sn-watcher/xapp-sn-watcher"])
 
     def stop_tray(self):
         self.stop("tray")

@@ -1,13 +1,12 @@
 """GNOME Shell, on X11 and on Wayland in a window of the X server, with and without the extension that shows tray icons."""
 import json
 import re
-import subprocess
 
 from gi.repository import GLib
 
 from kinds.desktop import RUNTIME, Desktop
 from ravlin_desktop import call, eventually, output_of
-from screen import changed_areas
+from screen import Area, changed_areas
 
 EXTENSION = "ubuntu-appindicators@ubuntu.com"
 SYSTEM_BUS = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
@@ -53,6 +52,7 @@ class Gnome(WithSystemBus):
         self.set_setting("org.gnome.shell", "enabled-extensions", str(self.extensions))
         self.set_setting("org.gnome.desktop.interface", "enable-animations", "false")
         self.set_setting("org.gnome.desktop.session", "idle-delay", "0")
+        self.set_setting("org.gnome.desktop.notifications", "show-banners", "false")
         self.set_setting("org.gnome.desktop.background", "picture-options", "none")
         self.set_setting("org.gnome.desktop.background", "primary-color", "#3b6ea5")
         self.environment["GNOME_SETUP_DISPLAY"] = ":99"
@@ -66,6 +66,11 @@ class Gnome(WithSystemBus):
         # It starts with the overview, which it shows a moment later than it answers.
         eventually(lambda: self.evaluate("Main.overview.hide() || Main.layoutManager._startingUp || Main.overview.visible")
                    is False, "the overview is gone")
+
+    def bar(self):
+        """Its right half: at the left the name of the program that has the focus stands beside that program's icon."""
+        bar = super().bar()
+        return Area(bar.right // 2, bar.top, bar.right, bar.bottom)
 
     def start_shell(self):
         raise NotImplementedError
