@@ -19,6 +19,7 @@ public:
     /// Breaks `text` in `font` into lines of at most `width` pixels. Beyond `maxLines` lines, the last one ends in "…".
     TextBlock(const QString& text, const QFont& font, int width, int maxLines = kUnlimited);
 
+    QFont font() const { return layout_.font(); }
     int height() const { return height_; }
     int lineCount() const { return lineCount_; }
 

@@ -6,6 +6,7 @@
 #include "Views/TextLabel.h"
 #include "Views/TransformRow.h"
 
+#include <QCursor>
 #include <QEvent>
 #include <QKeyEvent>
 #include <QWheelEvent>
@@ -282,7 +283,8 @@ void TransformList::resizeEvent(QResizeEvent* event) {
 // pointer.
 void TransformList::keepHighlightInView() {
     const std::optional<std::size_t> index = markedIndex();
-    if (index && highlighted() && !underMouse())
+    const bool isPointedAt = rect().contains(mapFromGlobal(QCursor::pos()));
+    if (index && highlighted() && !isPointedAt)
         verticalScrollBar()->setValue(geometry_.scrollToShow(*index, scrollPosition(), height()));
 }
 

@@ -154,6 +154,19 @@ TEST_F(AppcastSourceTest, ASkippedVersionIsFoundAgainOnlyWhenAskedFor) {
     EXPECT_TRUE(std::holds_alternative<UpToDate>(*result));
 }
 
+TEST_F(AppcastSourceTest, ASkippedVersionIsRememberedAsItIsComparedAndNotAsItIsShown) {
+    const QByteArray shownAs = "<sparkle:shortVersionString>Spring</sparkle:shortVersionString>";
+    serveItems(itemText("1.1.0", enclosureOf("new") + shownAs));
+    EXPECT_EQ(check(), "found Spring");
+    user.answer(UpdateAnswer::skip);
+    EXPECT_EQ(state.skippedVersion().toStdString(), "1.1.0");
+    std::optional<CheckResult> result;
+    QObject::connect(&source, &UpdateSource::checked, [&](const CheckResult& checked) { result = checked; });
+    source.check(/*isAskedForByUser=*/false);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return result.has_value(); }, kDeadline));
+    EXPECT_TRUE(std::holds_alternative<UpToDate>(*result));
+}
+
 TEST_F(AppcastSourceTest, AnImportantVersionCannotBeSkipped) {
     serveItems(itemText("1.1.0", enclosureOf("new") + "<sparkle:criticalUpdate/>"));
     EXPECT_EQ(check(), "found 1.1.0");

@@ -20,6 +20,15 @@ TEST(FeedbackFor, SuccessNamesTheTransformAndBothCounts) {
               (Feedback{"HTML → Markdown — ready, paste with ⌘V  (10000000000→0 chars)", true}));
 }
 
+TEST(FeedbackFor, CountsOfNoneAndOneReadLikeAllOthers) {
+    EXPECT_EQ(feedbackFor(TextTransform::upperCase, Success{1, 1}).text,
+              "UPPERCASE — ready, paste with ⌘V  (1→1 chars)");
+    EXPECT_EQ(feedbackFor(TextTransform::upperCase, Success{0, 0}).text,
+              "UPPERCASE — ready, paste with ⌘V  (0→0 chars)");
+    EXPECT_EQ(feedbackFor(TextTransform::upperCase, Success{2, 1}).text,
+              "UPPERCASE — ready, paste with ⌘V  (2→1 chars)");
+}
+
 TEST(FeedbackFor, EachFailureTellsWhatToDo) {
     EXPECT_EQ(feedbackFor(TextTransform::upperCase, ClipboardEmpty{}),
               (Feedback{"Clipboard is empty — copy some text first", false}));

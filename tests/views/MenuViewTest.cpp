@@ -499,6 +499,14 @@ TEST_F(MenuViewTest, QueryAndStatusAreKeptWhileThePanelIsHidden) {
     EXPECT_FALSE(has(TextTransform::stripTracking));
 }
 
+TEST_F(MenuViewTest, ThePlaceInTheListIsKeptWhileThePanelIsHidden) {
+    open();
+    scrollTo(700);
+    close();
+    open();
+    EXPECT_EQ(list().verticalScrollBar()->value(), 700);
+}
+
 TEST_F(MenuViewTest, AKeptQueryIsSelectedSoThatTypingReplacesIt) {
     open();
     type("form");

@@ -144,6 +144,8 @@ TEST_F(PanelRoomTest, EachOpeningTakesTheRoomThatThereIsThen) {
 
 TEST_F(PanelRoomTest, TheRowThatTheKeyboardChoseStaysInSightOfAStatusBelowIt) {
     openIn(panel->height());
+    QTest::mouseMove(panel.get(), QPoint(3, 3));
+    QApplication::processEvents();
     while (bottom(row(list().highlighted().value_or(TextTransform::stripTracking))) < bottom(list()) - 20)
         press(Qt::Key_Down);
     const TransformRow& chosen = row(*list().highlighted());
