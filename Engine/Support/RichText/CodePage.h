@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Engine/Support/NonCopyable.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -42,13 +44,9 @@ inline constexpr CodePage CodePage::kSymbol{1};
 
 /// Appends bytes of changing code pages to a text, as UTF-8. What no character begins with or goes on with becomes
 /// U+FFFD.
-class CodePageDecoder {
+class CodePageDecoder : NonCopyable {
 public:
     CodePageDecoder();
-    CodePageDecoder(const CodePageDecoder&) = delete;
-    CodePageDecoder& operator=(const CodePageDecoder&) = delete;
-    CodePageDecoder(CodePageDecoder&&) = delete;
-    CodePageDecoder& operator=(CodePageDecoder&&) = delete;
     ~CodePageDecoder();
 
     /// Appends `bytes`. The last ones are held back until the next call or `finish`: they may belong to one character.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Engine/Support/NonCopyable.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -25,14 +27,9 @@ struct RTFToken {
 };
 
 /// Cuts rich text into tokens. Line ends and NULs between them, and the binary data behind \bin, are left out.
-class RTFTokenizer {
+class RTFTokenizer : NonCopyable {
 public:
     explicit RTFTokenizer(std::string_view rtf) noexcept : rtf_(rtf) {}
-    RTFTokenizer(const RTFTokenizer&) = delete;
-    RTFTokenizer& operator=(const RTFTokenizer&) = delete;
-    RTFTokenizer(RTFTokenizer&&) = delete;
-    RTFTokenizer& operator=(RTFTokenizer&&) = delete;
-    ~RTFTokenizer() = default;
 
     /// The next token, whose views are valid until the one after it. Ends again and again at the end.
     RTFToken next() noexcept;
