@@ -1,5 +1,6 @@
 #include "Engine/Support/Characters/CharacterKind.h"
 #include "tests/engine/oracles/Oracle.h"
+#include "tests/engine/texts/AlphabetTexts.h"
 
 #include <unicode/uchar.h>
 
@@ -53,7 +54,7 @@ TEST(CharacterKind, OfSeveralCodePointsGoesByTheFirstAndByTheCaseOfAll) {
 }
 
 TEST(CharacterKind, OfACharacterOfOneCodePointIsThatOfTheCodePoint) {
-    for (const char32_t scalar : Oracle::kTextAlphabet)
+    for (const char32_t scalar : tests::kTextAlphabet)
         EXPECT_EQ(CharacterKind::of(std::string_view(Oracle::utf8(scalar))), CharacterKind::of(scalar));
 }
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "tests/engine/texts/AlphabetTexts.h"
-
 #include <span>
 #include <string>
 #include <string_view>
@@ -39,9 +37,5 @@ std::string titleCased(char32_t scalar);
 /// Every occurrence of `from` that begins and ends with whole characters replaced by `to`, found by ICU's iterator; the
 /// point between CR and LF counts as such an end.
 std::string replaceAll(std::string_view text, std::string_view from, std::string_view to);
-
-using Texts = tests::AlphabetTexts;
-using tests::kClusterAlphabet;
-using tests::kTextAlphabet;
 
 }  // namespace ravlin::Oracle
