@@ -17,6 +17,7 @@ using Pinned = ListGeometry::PinnedHeader;
 
 constexpr int kHeader = 20;
 constexpr int kRow = 40;
+const std::size_t kLast = TextTransform::allCases().size() - 1;
 
 // Clean: header 0-20, rows 26-66 and 72-112. Case: header 118-138, row 144-184. Padding to 188.
 ListGeometry twoSections() {
@@ -95,7 +96,7 @@ TEST(ListGeometry, ScrollingToARowGoesNoFartherThanNeeded) {
     EXPECT_EQ(list.scrollToShow(1, 5, kView), 5) << "it is in view already";
     EXPECT_EQ(list.scrollToShow(20, 0, kView), list.rows()[20].bottom() - kView) << "from above, to the bottom";
     EXPECT_EQ(list.scrollToShow(20, 5000, kView), list.rows()[20].top - kHeader - 6) << "from below, under the header";
-    EXPECT_EQ(list.scrollToShow(53, 0, kView), list.height() - kView) << "the last row brings the padding along";
+    EXPECT_EQ(list.scrollToShow(kLast, 0, kView), list.height() - kView) << "the last row brings the padding along";
 }
 
 TEST(ListGeometry, ScrollingToASectionsFirstRowBringsItsHeaderAlong) {
@@ -135,13 +136,13 @@ TEST(ListGeometry, APageIsWhatFitsUnderThePinnedHeader) {
 
 TEST(ListGeometry, PagesEndAtTheEndsAndAlwaysAdvance) {
     const ListGeometry list = wholeCatalogue();
-    EXPECT_EQ(list.pageDownFrom(53, 380), 53U);
+    EXPECT_EQ(list.pageDownFrom(kLast, 380), kLast);
     EXPECT_EQ(list.pageUpFrom(0, 380), 0U);
     EXPECT_EQ(list.pageDownFrom(10, 30), 11U) << "a view lower than a row";
     EXPECT_EQ(list.pageUpFrom(10, 30), 9U);
     std::size_t row = 0;
     int presses = 0;
-    for (; row != 53; ++presses) row = list.pageDownFrom(row, 380);
+    for (; row != kLast; ++presses) row = list.pageDownFrom(row, 380);
     EXPECT_LT(presses, 12);
 }
 
