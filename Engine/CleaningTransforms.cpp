@@ -28,6 +28,7 @@ constexpr auto kSortedKeys = [] {
 
 /// Whether a parameter of this name is for tracking.
 bool isTrackingName(std::string_view name) noexcept {
+    if (name.size() < kSortedKeys.front().size()) return false;
     return ASCII::hasWordAt(name, 0, "utm_") ||
            std::binary_search(kSortedKeys.begin(), kSortedKeys.end(), name, isBefore);
 }

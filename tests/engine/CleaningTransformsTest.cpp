@@ -180,6 +180,18 @@ TEST(StripTracking, LeavesTextOfOtherScriptsAlone) {
         {"https://a.test/?utm_campaign=été", "https://a.test/"},
         {"https://a.test/?utm_campaign=распродажа", "https://a.test/"},
         {"https://a.test/?utm_campaign=谢谢&id=1", "https://a.test/?id=1"},
+        {"https://a.test/p?id=1&utm_campaign=微信", "https://a.test/p?id=1"},
+        {"https://a.test/p?utm_campaign=微信", "https://a.test/p"},
+        {"https://a.test/p?utm_campaign=wechat谢谢", "https://a.test/p谢谢"},
+        {"http://www.foo。bar.com?utm_source=x", "http://www.foo。bar.com"},
+    });
+}
+
+TEST(StripTracking, KeepsTheQuestionMarkOfAParameterBeforeASemicolon) {
+    expectCleaned({
+        {"https://a.test/p?utm_source=x&flag; next", "https://a.test/p?flag; next"},
+        {"https://a.test/p?utm_source=x&copy; next", "https://a.test/p&copy; next"},
+        {"https://a.test/p?utm_source=x&lang; next", "https://a.test/p&lang; next"},
     });
 }
 

@@ -9,6 +9,7 @@ using Links::asciiHost;
 using Links::goesOnAfterHost;
 using Links::hostOf;
 using Links::internationalHost;
+using Links::isJoinedAt;
 using Links::mayPrecedeQuery;
 using Links::mayStartBareHost;
 using Links::mayStartHost;
@@ -48,6 +49,16 @@ TEST(Host, MayHaveLettersOfAllScripts) {
     EXPECT_EQ(internationalHostOf("www.example.com\u8C22\u8C22"), "www.example.com");
     EXPECT_EQ(internationalHostOf("www.example.com\u00E9"), "");
     EXPECT_EQ(asciiHostOf("b\u00FCcher.de"), "");
+}
+
+TEST(Host, MayHaveAFullStopOfAnotherScript) {
+    EXPECT_EQ(internationalHostOf("www.foo\u3002bar.com/x"), "www.foo\u3002bar.com");
+    EXPECT_TRUE(isJoinedAt("http://www.foo\u3002bar.com/x", 7, 14));
+    for (const char* const text : {"a.test", "a.test\u3002", "a.test\u3002x", "a.test\u3002www.b.com", "a.test,b.com",
+                                   "a.test\u3002\u8C22.com", "a.test\u3002b.com@c.test"})
+        EXPECT_FALSE(isJoinedAt(text, 0, 6)) << text;
+    EXPECT_FALSE(isJoinedAt("a.test/\u3002b.com", 0, 7));
+    EXPECT_FALSE(isJoinedAt("\u3002b.com", 0, 0));
 }
 
 TEST(Host, TellsHowFarItLooked) {

@@ -221,6 +221,47 @@ TEST(LinkDetector, LeavesTextOfOtherScriptsOutside) {
     });
 }
 
+TEST(LinkDetector, TakesForeignLettersRightBehindTheEqualsSignForTheValue) {
+    expectLinks({
+        "⟦https://a.test/p?id=1&r=微信⟧",
+        "⟦https://a.test/p?r=微信⟧",
+        "⟦https://a.test/p?r=微信⟧。谢谢",
+        "⟦https://a.test/p?r=微信⟧，谢谢",
+        "⟦https://a.test/p?r=微信⟧ 谢谢",
+        "⟦https://a.test/p?r=微信2024春⟧ x",
+        "(⟦https://a.test/p?r=微信⟧)",
+        "⟦https://a.test/p?r=네이버⟧ ⟦https://a.test/p?r=ツイッター⟧ ⟦https://a.test/p?r=ไลน์⟧",
+        "⟦www.a.com/?r=微信⟧ ⟦a.com/?r=微信⟧",
+        "⟦https://a.test/p?r=wechat⟧谢谢 ⟦https://a.test/p?r=été⟧谢谢 ⟦https://a.test/p?r=1⟧谢谢",
+        "⟦https://a.test/p?r=⟧😀 ⟦https://a.test/p?r=⟧→next",
+        "⟦https://a.test/p?r=微信&r=x⟧谢谢",
+        "⟦https://a.test/p?r⟧谢谢",
+    });
+}
+
+TEST(LinkDetector, EndsAtNamesThatHTMLKnowsOnly) {
+    expectLinks({
+        "⟦https://a.test/p?r=x&flag⟧; next",
+        "⟦https://a.test/p?r=x&flag⟧;",
+        "⟦https://a.test/p?r=x&flag;b=2⟧",
+        "⟦https://a.test/p?r=x⟧&copy; ⟦https://a.test/p?r=x⟧&lang; ⟦https://a.test/p?r=x⟧&nbsp;next",
+        "⟦https://a.test/p?r=x⟧&rightarrow; ⟦https://a.test/p?r=x⟧&CounterClockwiseContourIntegral;",
+        "⟦https://a.test/p?r=x&Copy⟧; ⟦https://a.test/p?r=x&nbspx⟧;",
+    });
+}
+
+TEST(LinkDetector, TakesTheFullStopOfOtherScriptsInTheMiddleOfAHost) {
+    expectLinks({
+        "⟦http://www.foo。bar.com?r=x⟧",
+        "⟦http://www.foo。bar.com/p?r=x⟧。",
+        "⟦www.foo。bar.com?r=x⟧ ⟦www.example。co.uk/p⟧",
+        "看⟦http://a.test⟧。谢谢 看⟦http://a.test⟧。Thanks 看⟦www.a.com⟧。谢谢",
+        "⟦http://a.test⟧。⟦www.b.com/?r=x⟧ ⟦http://a.test⟧。⟦https://b.test⟧",
+        "⟦http://a.test/x⟧。⟦b.com/?r=x⟧",
+        "谢谢。⟦b.com/?r=x⟧",
+    });
+}
+
 TEST(LinkDetector, FindsHostsWithWWW) {
     expectLinks({
         "⟦www.example.com⟧",

@@ -59,6 +59,14 @@ TEST(LinkWalk, LeavesForeignTextOutsideOfTheLastItemOnlyIfThatIsRemoved) {
     EXPECT_EQ(linkOf("http://h/?r=x\u8C22(y"), "http://h/?r=x");
 }
 
+TEST(LinkWalk, TakesForeignLettersForTheValueThatTheyBegin) {
+    EXPECT_EQ(linkOf("http://h/?r=\u8C22x\u8C22"), "http://h/?r=\u8C22x\u8C22");
+    EXPECT_EQ(linkOf("http://h/?r=\u00E9\u8C22"), "http://h/?r=\u00E9");
+    EXPECT_EQ(linkOf("http://h/?r=\u2192\u8C22"), "http://h/?r=");
+    EXPECT_EQ(linkOf("http://h/?r=\u8C22&r=x\u8C22"), "http://h/?r=\u8C22&r=x");
+    EXPECT_EQ(linkOf("http://h/?r\u8C22"), "http://h/?r");
+}
+
 TEST(LinkWalk, TellsWhetherTheLinkIsWhole) {
     EXPECT_TRUE(walked("http://h/?a=1&b=2").isWhole);
     EXPECT_FALSE(walked("http://h/?a=1&amp;b=2").isWhole);

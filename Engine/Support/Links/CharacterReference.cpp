@@ -9,30 +9,51 @@
 namespace ravlin::Links {
 namespace {
 
-constexpr std::size_t kLongest = 10;  // bytes
+constexpr auto kNames = std::to_array<std::string_view>({
+#include "Engine/Support/Links/ReferenceNames.inc"
+});
+static_assert(std::is_sorted(kNames.begin(), kNames.end()));
+
+/// The size of the longest reference, with its "&" and ";".
+constexpr std::size_t kLongest = [] {
+    std::size_t longest = 0;
+    for (const std::string_view name : kNames) longest = std::max(longest, name.size() + 2);
+    return longest;
+}();
+
+/// Whether `name`, what stands between "&" and ";", is that of the ampersand itself, in any case.
+constexpr bool isAmpersand(std::string_view name) noexcept {
+    for (const std::string_view each : {"amp", "#38", "#038", "#x26"})
+        if (ASCII::isWord(name, each)) return true;
+    return false;
+}
+
+constexpr bool isNumber(std::string_view name) noexcept {
+    return name.size() > 1 && name.front() == '#';
+}
 
 }  // namespace
 
 CharacterReference referenceAt(std::string_view text, std::size_t at) noexcept {
-    const std::string_view start = text.substr(at, kLongest);
-    const std::size_t end = start.find(';');
-    if (end == std::string_view::npos) return {};
-    const std::string_view name = start.substr(1, end - 1);
-    const std::string_view word = name.starts_with('#') ? name.substr(1) : name;
-    const bool isWord = std::all_of(word.begin(), word.end(), ASCII::isAlphanumeric);
-    if (!isWord || name.size() < 2 || ASCII::isDigit(name[0])) return {};
-    constexpr auto kAmpersands = std::to_array<std::string_view>({"amp", "#38", "#038", "#x26"});
-    const bool isAmpersand = std::any_of(kAmpersands.begin(), kAmpersands.end(),
-                                         [&](std::string_view each) { return ASCII::isWord(name, each); });
-    return {.size = end + 1, .isAmpersand = isAmpersand};
+    const std::size_t limit = std::min(text.size(), at + kLongest);
+    std::size_t end = at + 1;
+    if (Scan::peek(text, end) == '#') ++end;
+    while (end < limit && ASCII::isAlphanumeric(text[end])) ++end;
+    if (end >= limit || text[end] != ';') return {};
+    const std::string_view name = Scan::between(text, at + 1, end);
+    const std::size_t size = name.size() + 2;
+    if (isAmpersand(name)) return {.size = size, .isAmpersand = true};
+    return {.size = isNumber(name) || std::binary_search(kNames.begin(), kNames.end(), name) ? size : 0};
 }
 
 std::size_t sizeOfReferenceBefore(std::string_view text, std::size_t begin, std::size_t end) noexcept {
     const std::size_t from = end - begin > kLongest ? end - kLongest : begin;
-    const std::size_t ampersand = Scan::between(text, from, end).rfind('&');
-    if (ampersand == std::string_view::npos) return 0;
-    const std::size_t size = end - (from + ampersand);
-    return referenceAt(text, from + ampersand).size == size ? size : 0;
+    std::size_t at = end - 1;
+    while (at > from && ASCII::isAlphanumeric(text[at - 1])) --at;
+    if (at > from && text[at - 1] == '#') --at;
+    if (at == from || text[at - 1] != '&') return 0;
+    const CharacterReference reference = referenceAt(text, at - 1);
+    return reference.size == end - (at - 1) ? reference.size : 0;
 }
 
 }  // namespace ravlin::Links

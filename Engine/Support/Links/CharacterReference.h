@@ -12,7 +12,8 @@ struct CharacterReference {
     bool isAmpersand = false;
 };
 
-/// The reference that starts with the "&" at byte `at`.
+/// The reference that starts with the "&" at byte `at`: a number, or a name that HTML knows. Any other name is that of
+/// a query item, though a ";" may follow it.
 CharacterReference referenceAt(std::string_view text, std::size_t at) noexcept;
 
 /// The size of the reference that ends before byte `end` and starts not before `begin`, or 0.

@@ -77,6 +77,14 @@ Host hostOfLabels(std::string_view text, std::size_t begin, std::size_t readEnd)
     return {.end = end != kNone && isInsideMailAddress(text, end) ? kNone : end, .readEnd = readEnd};
 }
 
+/// The end of the host that a full stop U+3002 joins to the labels of bytes [`begin`, `end`), or kNone.
+std::size_t endOfJoined(std::string_view text, std::size_t begin, std::size_t end) {
+    constexpr std::string_view kFullStop = "\u3002";
+    const std::size_t next = end + kFullStop.size();
+    const bool isJoined = end > begin && text.substr(end).starts_with(kFullStop);
+    return isJoined && !ASCII::hasWordAt(text, next, "www.") ? asciiHost(text, next).end : kNone;
+}
+
 bool startsPort(std::string_view text, std::size_t at) noexcept {
     return peek(text, at) == ':' && ASCII::isDigit(peek(text, at + 1));
 }
@@ -88,7 +96,13 @@ Host asciiHost(std::string_view text, std::size_t begin) {
 }
 
 Host internationalHost(std::string_view text, std::size_t begin) {
-    return hostOfLabels(text, begin, internationalLabelsEnd(text, begin));
+    const std::size_t end = internationalLabelsEnd(text, begin);
+    const std::size_t joinedEnd = endOfJoined(text, begin, end);
+    return joinedEnd == kNone ? hostOfLabels(text, begin, end) : Host{.end = joinedEnd, .readEnd = joinedEnd};
+}
+
+bool isJoinedAt(std::string_view text, std::size_t begin, std::size_t at) {
+    return internationalLabelsEnd(text, begin) == at && endOfJoined(text, begin, at) != kNone;
 }
 
 bool mayStartHost(std::string_view text, std::size_t at) noexcept {

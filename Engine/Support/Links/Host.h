@@ -18,9 +18,13 @@ struct Host {
 ///     asciiHost("see a.com.", 4)  ->  end 9        asciiHost("e.g. this", 0)  ->  none
 Host asciiHost(std::string_view text, std::size_t begin);
 
-/// The same, where labels may have underscores and letters of all scripts. Where text in a script without spaces
-/// follows the top-level domain, the host ends before it.
+/// The same, where labels may have underscores and letters of all scripts, and may be joined by a full stop U+3002.
+/// Where text in a script without spaces follows the top-level domain, the host ends before it.
 Host internationalHost(std::string_view text, std::size_t begin);
+
+/// Whether the labels that start at byte `begin` end at byte `at` with a full stop U+3002, which browsers take for a
+/// ".", and another host directly behind it: then the two are one.
+bool isJoinedAt(std::string_view text, std::size_t begin, std::size_t at);
 
 /// Whether a host without a scheme may start at byte `at`: not in the middle of a name, path, address or assignment.
 bool mayStartHost(std::string_view text, std::size_t at) noexcept;

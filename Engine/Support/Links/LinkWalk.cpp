@@ -44,6 +44,9 @@ public:
         return *isRemoved_;
     }
 
+    /// Whether the value begins at byte `at`.
+    bool isValueBegin(std::size_t at) const noexcept { return nameEnd_ == at - 1; }
+
 private:
     std::string_view text_;
     IsRemoved ask_;  // whether it will be removed
@@ -170,14 +173,18 @@ private:
 
     std::size_t beyondASCII(std::size_t at) {
         const Unicode::Scalar scalar = Unicode::decode(text_, at);
-        if (isBoundary(scalar.value)) return end(at);
-        if (foreign_ == kNone && mayFollowWithoutSpace(scalar.value) && isInRemovedItem(at)) markForeign(at);
+        if (isBoundary(scalar.value)) return isJoinedAt(text_, from_, at) ? scalar.byteSize : end(at);
+        if (foreign_ != kNone || isForeignValue_ || !mayFollowWithoutSpace(scalar.value)) return scalar.byteSize;
+        if (!isInRemovedItem(at)) return scalar.byteSize;
+        isForeignValue_ = item_.isValueBegin(at) && Unicode::isWordCharacter(scalar.value);
+        if (!isForeignValue_) markForeign(at);
         return scalar.byteSize;
     }
 
     void startItem(std::size_t at) noexcept {
         part_ = Part::query;
         item_.start(at);
+        isForeignValue_ = false;
         foreign_ = kNone;
     }
 
@@ -198,6 +205,7 @@ private:
 
     Part part_ = Part::path;
     Item item_;
+    bool isForeignValue_ = false;  // the item is removed, and its value begins with letters of a script without spaces
     std::size_t foreign_ = kNone;  // where foreign text begins, should the item be the last one
 
     std::string closers_;             // of the brackets that are open
