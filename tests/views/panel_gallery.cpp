@@ -24,7 +24,9 @@
 
 #include <algorithm>
 #include <functional>
+#include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -226,14 +228,31 @@ QString fileName(const char* name) {
 /// Their bars move.
 const QStringList kMoving = {QStringLiteral("update-checking"), QStringLiteral("update-installing")};
 
-/// Kept pictures take half the room with every sixth shade only.
-constexpr int kShadeStep = 6;
+/// By how much two colours differ in the channel in which they differ most.
+int distance(QRgb a, QRgb b) {
+    return std::max({std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)), std::abs(qBlue(a) - qBlue(b))});
+}
 
-QRgb withFewShades(QRgb color) {
-    const auto rounded = [](int channel) {
-        return std::min(255, (channel + kShadeStep / 2) / kShadeStep * kShadeStep);
-    };
-    return qRgb(rounded(qRed(color)), rounded(qGreen(color)), rounded(qBlue(color)));
+/// Kept pictures take half the room with fewer shades at the edges of letters: each may be off by so much.
+constexpr int kShadeStep = 3;
+
+/// What each colour of a picture is kept as: itself where nothing like it is more frequent.
+std::map<QRgb, QRgb> keptColors(const QImage& picture) {
+    std::map<QRgb, int> counts;
+    for (int y = 0; y < picture.height(); ++y)
+        for (int x = 0; x < picture.width(); ++x) ++counts[picture.pixel(x, y)];
+    std::vector<std::pair<int, QRgb>> byCount;
+    for (const auto& [color, count] : counts) byCount.emplace_back(-count, color);
+    std::sort(byCount.begin(), byCount.end());
+    std::vector<QRgb> kept;
+    std::map<QRgb, QRgb> result;
+    for (const auto& [count, color] : byCount) {
+        const auto like = std::find_if(kept.begin(), kept.end(),
+                                       [color = color](QRgb each) { return distance(each, color) <= kShadeStep; });
+        result[color] = like == kept.end() ? color : *like;
+        if (like == kept.end()) kept.push_back(color);
+    }
+    return result;
 }
 
 /// The same picture with a byte a pixel, where it has few enough colours.
@@ -254,9 +273,10 @@ QImage withTable(const QImage& picture) {
 
 void keep(const QImage& picture, const QString& file) {
     constexpr int kSmallestFile = 0;  // of the quality, which stands for the effort with this format
+    const std::map<QRgb, QRgb> colors = keptColors(picture);
     QImage kept(picture.size(), QImage::Format_RGB32);
     for (int y = 0; y < picture.height(); ++y)
-        for (int x = 0; x < picture.width(); ++x) kept.setPixel(x, y, withFewShades(picture.pixel(x, y)));
+        for (int x = 0; x < picture.width(); ++x) kept.setPixel(x, y, colors.at(picture.pixel(x, y)));
     if (!withTable(kept).save(file, "PNG", kSmallestFile)) qFatal("cannot write %s", qUtf8Printable(file));
 }
 
@@ -292,9 +312,7 @@ public:
 
 private:
     static bool isOther(QRgb a, QRgb b) {
-        constexpr int kTolerated = kShadeStep / 2 + 1;  // of 255
-        return std::max({std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)), std::abs(qBlue(a) - qBlue(b))}) >
-               kTolerated;
+        return distance(a, b) > kShadeStep + 1;  // of 255
     }
 
     void fail(const char* name, const QImage& picture, const QString& what) {
