@@ -19,7 +19,7 @@ QString themeName();
 QString themePath();
 
 /// Told by no tray, this colour can be seen on black and on white: the contrast is more than 3:1 on both.
-inline constexpr QRgb kColorForAnyTray = 0xff8f7ff5;
+inline constexpr QRgb kColorForAnyTray = 0xff9485f6;
 
 /// The drawing as a square of `size` pixels, transparent but for `color`.
 QImage image(int size, const QColor& color);

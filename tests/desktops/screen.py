@@ -160,7 +160,7 @@ class Icon:
         return f"{self.area} contrast {self.contrast:.1f}"
 
 
-MINIMUM_LIKENESS = 0.75
+MINIMUM_LIKENESS = 0.8
 
 
 def find_icon(pixels, bar, drawing, sizes):
@@ -171,7 +171,10 @@ def find_icon(pixels, bar, drawing, sizes):
         mask = _drawn(drawing, size)
         if gray.shape[0] < size or gray.shape[1] < size:
             continue
-        likeness = numpy.abs(_likeness(gray, mask))
+        # In one colour, or in one with an edge in another.
+        edge = _widened(mask) - mask
+        edge -= mask * ((edge * (mask - mask.mean())).sum() / (mask * (mask - mask.mean())).sum())
+        likeness = numpy.hypot(_likeness(gray, mask), _likeness(gray, edge))
         y, x = numpy.unravel_index(likeness.argmax(), likeness.shape)
         if likeness[y, x] > best[0]:
             best = (likeness[y, x], int(x), int(y), mask)
@@ -184,16 +187,26 @@ def find_icon(pixels, bar, drawing, sizes):
 
 def _contrast(part, mask):
     """That of the drawing to what is behind it: of its inside or of its edge, whichever stands out more."""
-    near = numpy.pad(mask, 1)
-    near = numpy.max([near[y:y + mask.shape[0], x:x + mask.shape[1]] for y in range(3) for x in range(3)], axis=0)
+    near = _widened(mask)
     inside, edge = mask >= numpy.quantile(mask, 0.93), (mask < 0.4) & (near > 0.6)
     background = numpy.median(part[near < 0.02], axis=0)
     return max(contrast(numpy.median(part[each], axis=0), background) for each in (inside, edge))
 
 
+def _widened(mask):
+    """The mask and what is one pixel from it."""
+    near = numpy.pad(mask, 1)
+    return numpy.max([near[y:y + mask.shape[0], x:x + mask.shape[1]] for y in range(3) for x in range(3)], axis=0)
+
+
 def _drawn(drawing, size):
-    """How much of each pixel the drawing covers, 0 to 1."""
-    pixbuf = GdkPixbuf.Pixbuf.new_from_file_at_size(str(drawing), size, size)
+    """How much of each pixel the drawing covers, 0 to 1, without what it looks like in a document of its own."""
+    loader = GdkPixbuf.PixbufLoader.new_with_type("svg")
+    loader.set_size(size, size)
+    with open(drawing, "rb") as file:
+        loader.write(file.read().replace(b":root", b":link"))
+    loader.close()
+    pixbuf = loader.get_pixbuf()
     data = numpy.frombuffer(pixbuf.get_pixels(), numpy.uint8)
     rows = [data[row * pixbuf.get_rowstride():][:size * 4] for row in range(size)]
     return numpy.array(rows).reshape(size, size, 4)[:, :, 3] / 255
