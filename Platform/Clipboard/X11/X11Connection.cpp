@@ -57,6 +57,7 @@ bool X11Connection::internAtoms() {
     std::vector<std::string_view> names(kAtomNames.begin(), kAtomNames.end());
     for (const TextFormat& each : TextFormats::kAll) names.push_back(each.name);
     std::vector<xcb_intern_atom_cookie_t> cookies;
+    cookies.reserve(names.size());
     for (const std::string_view each : names) {
         cookies.push_back(xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(each.size()), each.data()));
     }
