@@ -10,8 +10,8 @@
 namespace ravlin::StatusIcon {
 namespace {
 
-const QString kName = QStringLiteral("org.ravlin.ravlin-symbolic");
-const QString kFile = QStringLiteral("/hicolor/symbolic/apps/org.ravlin.ravlin-symbolic.svg");
+constexpr QLatin1String kName("org.ravlin.ravlin-symbolic");
+constexpr QLatin1String kFile("/hicolor/symbolic/apps/org.ravlin.ravlin-symbolic.svg");
 
 /// Every theme falls back to hicolor, so the theme that is set, installed or not, plays no part.
 bool isInstalled() {
@@ -27,7 +27,7 @@ QString ownThemes() {
 }  // namespace
 
 QString themeName() {
-    return isInstalled() || !ownThemes().isEmpty() ? kName : QString();
+    return isInstalled() || !ownThemes().isEmpty() ? QString(kName) : QString();
 }
 
 QString themePath() {

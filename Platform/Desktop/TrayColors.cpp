@@ -45,7 +45,7 @@ bool TrayColors::nativeEventFilter(const QByteArray& /*eventType*/, void* messag
         const auto* announcement = static_cast<const xcb_client_message_event_t*>(message);
         // Later, for Qt handles the same message, and then says itself what it wants to hear of the tray's window.
         if (announcement->type == manager_ && announcement->data.data32[1] == selection_)
-            QMetaObject::invokeMethod(this, &TrayColors::watchTray, Qt::QueuedConnection);
+            QMetaObject::invokeMethod(this, "watchTray", Qt::QueuedConnection);
     } else if (type == XCB_PROPERTY_NOTIFY) {
         const auto* change = static_cast<const xcb_property_notify_event_t*>(message);
         if (change->window == tray_ && change->atom == colors_) readColors();

@@ -19,10 +19,6 @@ class TrayColors final : public QObject, private QAbstractNativeEventFilter {
 
 public:
     explicit TrayColors(QObject* parent = nullptr);
-    TrayColors(const TrayColors&) = delete;
-    TrayColors& operator=(const TrayColors&) = delete;
-    TrayColors(TrayColors&&) = delete;
-    TrayColors& operator=(TrayColors&&) = delete;
     ~TrayColors() override;
 
     /// The colour of one-coloured icons there; nullopt where no tray tells one.
@@ -33,7 +29,7 @@ Q_SIGNALS:
 
 private:
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
-    void watchTray();
+    Q_SLOT void watchTray();
     void readColors();
 
     xcb_connection_t* connection_ = nullptr;  // Qt's; none on other desktops
