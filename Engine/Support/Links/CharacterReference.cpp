@@ -23,9 +23,9 @@ constexpr std::size_t kLongest = [] {
 
 /// Whether `name`, what stands between "&" and ";", is that of the ampersand itself, in any case.
 constexpr bool isAmpersand(std::string_view name) noexcept {
-    for (const std::string_view each : {"amp", "#38", "#038", "#x26"})
-        if (ASCII::isWord(name, each)) return true;
-    return false;
+    constexpr auto kAmpersands = std::to_array<std::string_view>({"amp", "#38", "#038", "#x26"});
+    return std::any_of(kAmpersands.begin(), kAmpersands.end(),
+                       [name](std::string_view each) { return ASCII::isWord(name, each); });
 }
 
 constexpr bool isNumber(std::string_view name) noexcept {
