@@ -111,6 +111,17 @@ void appendNumber(std::string& text, std::size_t number) {
     text.append(digits.data(), end);
 }
 
+/// Whether sorting would leave `text` as it is.
+bool isSorted(std::string_view text, const Collation::Sorter& sorter, bool ascending) {
+    bool result = true;
+    std::string_view previous = lineAt(text, 0);
+    LineModel::forEachLine(text, [&](std::string_view line) {
+        result = result && sorter.isInOrder(previous, line, ascending);
+        previous = line;
+    });
+    return result;
+}
+
 }  // namespace
 
 std::string listify(std::string_view text, bool numbered) {
@@ -130,11 +141,16 @@ std::string listify(std::string_view text, bool numbered) {
 }
 
 std::string sortLines(std::string_view text, bool ascending) {
-    const std::size_t lineCount = LineModel::count(text);
-    if (lineCount == 1) return std::string(text);
     Collation::Sorter sorter(Collation::userLocale());
-    sorter.reserve(lineCount);
-    LineModel::forEachLine(text, [&](std::string_view line) { sorter.add(line); });
+    if (isSorted(text, sorter, ascending)) return std::string(text);
+    sorter.reserve(LineModel::count(text));
+    std::string_view previous = "\n";  // no line is
+    LineModel::forEachLine(text, [&](std::string_view line) {
+        // Equal neighbours stay together, so they are sorted as one.
+        if (line == previous) return sorter.extendLast(line.size() + 1);
+        sorter.add(line);
+        previous = line;
+    });
     sorter.sort(ascending);
     LineModel::Joiner joiner(text.size());
     sorter.forEach([&](std::string_view line) { joiner.startLine() += line; });

@@ -31,7 +31,16 @@ public:
     /// Makes room for `count` texts.
     void reserve(std::size_t count) { entries_.reserve(count); }
 
+    /// Whether `b` may follow `a` where it does already. False where only keys would tell.
+    bool isInOrder(std::string_view a, std::string_view b, bool ascending) const;
+
     void add(std::string_view text);
+
+    /// Makes the last text longer by `size` bytes, which do not count when it is compared.
+    void extendLast(std::size_t size) {
+        std::string_view& last = entries_.back().text;
+        last = std::string_view(last.data(), last.size() + size);
+    }
 
     /// Puts what was added in order. Texts that compare as equal keep the order in which they were added, whether
     /// ascending or descending; that order is also the order of their addresses.

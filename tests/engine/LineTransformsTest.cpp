@@ -1,5 +1,6 @@
 #include "Engine/LineTransforms.h"
 #include "Engine/TextTransform.h"
+#include "tests/engine/oracles/PlainCollation.h"
 #include "tests/engine/oracles/PlainLines.h"
 #include "tests/engine/texts/AlphabetTexts.h"
 
@@ -109,6 +110,28 @@ TEST_F(SortLines, FollowsTheUsersLanguage) {
     EXPECT_EQ(sortLines("ö\nz", /*ascending=*/true), "ö\nz");
     setenv("LC_ALL", "sv_SE.UTF-8", 1);
     EXPECT_EQ(sortLines("ö\nz", /*ascending=*/true), "z\nö");
+}
+
+TEST_F(SortLines, EqualNeighboursAndTextsInOrderAreSortedLikeOthers) {
+    for (const std::u32string_view alphabet : {U"aA\n\n\n\n", U"abá\u0301\u200b\r\n\n\n"}) {
+        tests::AlphabetTexts texts(alphabet, 40);
+        for (int i = 0; i < 2'000; ++i) {
+            const std::string text = texts.next();
+            for (const bool ascending : {true, false}) {
+                const std::string expected = tests::plainlySorted(text, "", ascending);
+                ASSERT_EQ(sortLines(text, ascending), expected) << testing::PrintToString(text);
+                ASSERT_EQ(sortLines(expected, ascending), expected);
+            }
+        }
+    }
+}
+
+TEST_F(SortLines, MarksThatDoNotCountDoNotPutLinesOutOfOrder) {
+    std::string marks;
+    for (int i = 0; i < 64; ++i) marks += "\u0301";
+    const std::string tie = "a" + marks + "\u0308\na" + marks + "\u0301\nb";
+    EXPECT_EQ(sortLines(tie, /*ascending=*/true), tie);
+    EXPECT_EQ(sortLines(tie, /*ascending=*/false), "b\n" + tie.substr(0, tie.size() - 2));
 }
 
 TEST(ReverseLines, TurnsTheOrderRoundAndKeepsCarriageReturnsWithTheirLines) {
