@@ -21,10 +21,6 @@ class PanelPresenter final : public QObject {
 public:
     /// `updater` must outlive the presenter.
     explicit PanelPresenter(UpdaterController& updater, QObject* parent = nullptr);
-    PanelPresenter(const PanelPresenter&) = delete;
-    PanelPresenter& operator=(const PanelPresenter&) = delete;
-    PanelPresenter(PanelPresenter&&) = delete;
-    PanelPresenter& operator=(PanelPresenter&&) = delete;
     ~PanelPresenter() override;
 
     /// What a click on the icon does: closes the panel where it is open, opens it under `icon` where it is not.

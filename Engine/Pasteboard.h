@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Engine/Support/NonCopyable.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -10,16 +12,12 @@ namespace ravlin {
 
 /// The system clipboard, as far as Ravlin needs it. Every operation is synchronous and bounded in time, never runs an
 /// event loop, and is called from the user-interface thread. Implementations stand in Platform/; tests have a fake.
-class Pasteboard {
+class Pasteboard : NonCopyable {
 public:
     /// The representations that can be read.
     enum class Type : std::uint8_t { string, rtf, html };
 
     Pasteboard() = default;
-    Pasteboard(const Pasteboard&) = delete;
-    Pasteboard& operator=(const Pasteboard&) = delete;
-    Pasteboard(Pasteboard&&) = delete;
-    Pasteboard& operator=(Pasteboard&&) = delete;
     virtual ~Pasteboard();
 
     /// A number that grows with every change of the clipboard's content by any application, this one included.

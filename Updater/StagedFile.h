@@ -19,10 +19,7 @@ class StagedFile {
 public:
     /// `folder` must outlive the file.
     explicit StagedFile(const OpenedFolder& folder);
-    StagedFile(const StagedFile&) = delete;
-    StagedFile& operator=(const StagedFile&) = delete;
-    StagedFile(StagedFile&&) = delete;
-    StagedFile& operator=(StagedFile&&) = delete;
+    Q_DISABLE_COPY_MOVE(StagedFile)
     ~StagedFile();
 
     /// Puts `contents` on the disk. As with `replace`, `errno` tells why not.

@@ -1,7 +1,7 @@
 #include "Views/SearchLine.h"
 
 #include "Engine/PasteboardService.h"
-#include "Views/TextStyle.h"
+#include "Views/QtText.h"
 
 #include <QAction>
 #include <QContextMenuEvent>

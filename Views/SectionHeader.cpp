@@ -3,6 +3,7 @@
 #include "Engine/Support/Characters/Unicode.h"
 #include "Views/Metrics.h"
 #include "Views/PanelColors.h"
+#include "Views/QtText.h"
 #include "Views/TextStyle.h"
 
 #include <QFontMetrics>

@@ -2,6 +2,7 @@
 
 #include "Views/Divider.h"
 #include "Views/Metrics.h"
+#include "Views/QtText.h"
 #include "Views/StatusLabel.h"
 #include "Views/SymbolView.h"
 

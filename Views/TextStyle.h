@@ -1,10 +1,8 @@
 #pragma once
 
 #include <QFont>
-#include <QString>
 
 #include <cstdint>
-#include <string_view>
 
 namespace ravlin {
 
@@ -14,10 +12,5 @@ enum class TextStyle : std::uint8_t { headline, callout, calloutMedium, caption,
 /// `base` stepped to `style`. A text style is never smaller than 8 points (or the user's font, where that is smaller
 /// still), so that a small desktop font stays legible.
 QFont fontFor(TextStyle style, const QFont& base);
-
-/// The catalogue's and the engine's UTF-8 as Qt wants it.
-inline QString toQString(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 }  // namespace ravlin

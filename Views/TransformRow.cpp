@@ -2,6 +2,7 @@
 
 #include "Views/Icon.h"
 #include "Views/Metrics.h"
+#include "Views/QtText.h"
 #include "Views/TextStyle.h"
 
 #include <QHelpEvent>

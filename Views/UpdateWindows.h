@@ -18,10 +18,7 @@ class UpdateWindow;
 class UpdateWindows final : public UserDriver {
 public:
     UpdateWindows();
-    UpdateWindows(const UpdateWindows&) = delete;
-    UpdateWindows& operator=(const UpdateWindows&) = delete;
-    UpdateWindows(UpdateWindows&&) = delete;
-    UpdateWindows& operator=(UpdateWindows&&) = delete;
+    Q_DISABLE_COPY_MOVE(UpdateWindows)
     ~UpdateWindows() override;
 
     void askForPermission(std::function<void(std::optional<bool> isAutomatic)> answer) override;

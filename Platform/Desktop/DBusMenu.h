@@ -85,10 +85,6 @@ public:
 
     /// Exports `entries`, which must outlive the menu; their texts are fixed, whether they are enabled may change.
     DBusMenu(QList<QAction*> entries, QDBusConnection bus, QObject* parent = nullptr);
-    DBusMenu(const DBusMenu&) = delete;
-    DBusMenu& operator=(const DBusMenu&) = delete;
-    DBusMenu(DBusMenu&&) = delete;
-    DBusMenu& operator=(DBusMenu&&) = delete;
     ~DBusMenu() override;
 
     static uint version() { return 3; }

@@ -1,5 +1,6 @@
 #include "Platform/Desktop/LayerShell.h"
 
+#include "Engine/Support/NonCopyable.h"
 #include "Platform/Clipboard/Wayland/WaylandRequests.h"
 #include "Platform/Desktop/WindowSystem.h"
 
@@ -52,15 +53,8 @@ constexpr int kMargin = 4;  // from the screen's edge, or from a bar that has re
 /// The description of the protocol, in the form in which libwayland wants it: "u" an unsigned number, "i" a signed one,
 /// "s" a string, "o" an object, "?" if it may be missing, "n" a new one; a number is the version that a message came
 /// with.
-class Protocol {
+class Protocol : NonCopyable {
 public:
-    Protocol() = default;
-    Protocol(const Protocol&) = delete;
-    Protocol& operator=(const Protocol&) = delete;
-    Protocol(Protocol&&) = delete;
-    Protocol& operator=(Protocol&&) = delete;
-    ~Protocol() = default;
-
     const wl_interface& shell() const noexcept { return shell_; }
     const wl_interface& surface() const noexcept { return surface_; }
 

@@ -27,10 +27,6 @@ public:
     /// Null where Qt does not run on Wayland, or the compositor has no such protocol.
     static std::unique_ptr<LayerShell> connectToCompositor();
 
-    LayerShell(const LayerShell&) = delete;
-    LayerShell& operator=(const LayerShell&) = delete;
-    LayerShell(LayerShell&&) = delete;
-    LayerShell& operator=(LayerShell&&) = delete;
     ~LayerShell() override;
 
     /// Gives `window`, which has the flag Qt::BypassWindowManagerHint and is about to be shown for the first time or

@@ -79,10 +79,6 @@ public:
     };
 
     explicit StatusNotifierItem(QDBusConnection bus, QObject* parent = nullptr);
-    StatusNotifierItem(const StatusNotifierItem&) = delete;
-    StatusNotifierItem& operator=(const StatusNotifierItem&) = delete;
-    StatusNotifierItem(StatusNotifierItem&&) = delete;
-    StatusNotifierItem& operator=(StatusNotifierItem&&) = delete;
     ~StatusNotifierItem() override;
 
     /// Registers the item, once everybody who wants to know has connected to its signals.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Engine/Support/NonCopyable.h"
 #include "tests/platform/Processes.h"
 
 #include <chrono>
@@ -31,7 +32,7 @@ struct OwnerPlan {
 };
 
 /// Another program, a process of its own, that owns the clipboard as soon as this object exists.
-class ForeignProgram {
+class ForeignProgram : NonCopyable {
 public:
     static constexpr char kObeyed = 'o';
     static constexpr char kTransferEnded = 't';
@@ -40,10 +41,6 @@ public:
     /// Runs `program` in another process, until the pipe of its commands is closed. It writes `kObeyed` into its
     /// replies when it owns the clipboard and after each command.
     explicit ForeignProgram(const std::function<void(int commands, int replies)>& program);
-    ForeignProgram(const ForeignProgram&) = delete;
-    ForeignProgram& operator=(const ForeignProgram&) = delete;
-    ForeignProgram(ForeignProgram&&) = delete;
-    ForeignProgram& operator=(ForeignProgram&&) = delete;
     virtual ~ForeignProgram();
 
     Process& process() { return *process_; }

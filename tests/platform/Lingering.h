@@ -15,10 +15,6 @@ namespace ravlin::tests {
 class Lingering : public testing::Test {
 protected:
     Lingering();
-    Lingering(const Lingering&) = delete;
-    Lingering& operator=(const Lingering&) = delete;
-    Lingering(Lingering&&) = delete;
-    Lingering& operator=(Lingering&&) = delete;
     ~Lingering() override;
 
     /// Runs the program that copies `text` and ends. False where it does not end well.

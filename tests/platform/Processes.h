@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Engine/Support/NonCopyable.h"
+
 #include <chrono>
 #include <functional>
 #include <optional>
@@ -20,7 +22,7 @@ using Clock = std::chrono::steady_clock;
 bool isReadable(int descriptor, std::chrono::milliseconds atMost);
 
 /// A child process that ends with this object at the latest.
-class Process {
+class Process : NonCopyable {
 public:
     /// Starts a program with `standardInput` as its input; what it writes is collected by `readOutput`.
     explicit Process(const std::vector<std::string>& command, std::string_view standardInput = "");
@@ -28,10 +30,6 @@ public:
     /// Runs `body` in a copy of this process, which ends with it.
     explicit Process(const std::function<void()>& body);
 
-    Process(const Process&) = delete;
-    Process& operator=(const Process&) = delete;
-    Process(Process&&) = delete;
-    Process& operator=(Process&&) = delete;
     ~Process();
 
     pid_t id() const { return id_; }

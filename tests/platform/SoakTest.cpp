@@ -45,10 +45,6 @@ constexpr auto kMoments = std::to_array({Moment::beforeFirstLook, Moment::before
 class Interrupted final : public Pasteboard {
 public:
     explicit Interrupted(SystemPasteboard& pasteboard) : pasteboard_(pasteboard) { setGeneral(this); }
-    Interrupted(const Interrupted&) = delete;
-    Interrupted& operator=(const Interrupted&) = delete;
-    Interrupted(Interrupted&&) = delete;
-    Interrupted& operator=(Interrupted&&) = delete;
     ~Interrupted() override { setGeneral(nullptr); }
 
     /// Once, at that moment of the next click, if the click has it.

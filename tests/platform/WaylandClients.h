@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Engine/Support/NonCopyable.h"
 #include "Platform/Clipboard/Wayland/WaylandPasteboard.h"
 #include "tests/platform/BackEnd.h"
 
@@ -49,13 +50,9 @@ private:
 bool takeFrom(int pipe, std::string& bytes);
 
 /// A compositor of its own, for tests that do something to it.
-class PrivateCompositor {
+class PrivateCompositor : NonCopyable {
 public:
     PrivateCompositor();
-    PrivateCompositor(const PrivateCompositor&) = delete;
-    PrivateCompositor& operator=(const PrivateCompositor&) = delete;
-    PrivateCompositor(PrivateCompositor&&) = delete;
-    PrivateCompositor& operator=(PrivateCompositor&&) = delete;
     ~PrivateCompositor();
 
     const std::string& display() const { return display_; }

@@ -1,5 +1,6 @@
 // FocusPasteboard: what it can do while its window has the keyboard's focus, and that it does no harm while it has not.
 
+#include "Engine/Support/NonCopyable.h"
 #include "tests/platform/FakeCompositor.h"
 #include "tests/platform/WaylandClients.h"
 #include "tests/platform/WaylandWindow.h"
@@ -210,13 +211,9 @@ TEST_F(WaylandFocus, ReaderThatTakesNothingHoldsTheEndUpUntilTheDeadlineOnly) {
 }
 
 /// Reads from a connection in a thread of its own, as toolkits do, and dispatches nothing.
-class OtherReader {
+class OtherReader : NonCopyable {
 public:
     explicit OtherReader(wl_display* display) : display_(display) {}
-    OtherReader(const OtherReader&) = delete;
-    OtherReader& operator=(const OtherReader&) = delete;
-    OtherReader(OtherReader&&) = delete;
-    OtherReader& operator=(OtherReader&&) = delete;
     ~OtherReader() {
         isEnding_ = true;
         thread_.join();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Engine/Support/NonCopyable.h"
 #include "Platform/Clipboard/Wayland/FocusPasteboard.h"
 
 #include <wayland-client-protocol.h>
@@ -11,13 +12,9 @@ namespace ravlin::tests {
 
 /// A program's connection to a compositor, with a surface that can have the keyboard's focus. Nobody reads from it but
 /// those that share it.
-class WaylandWindow {
+class WaylandWindow : NonCopyable {
 public:
     explicit WaylandWindow(const std::string& displayName);
-    WaylandWindow(const WaylandWindow&) = delete;
-    WaylandWindow& operator=(const WaylandWindow&) = delete;
-    WaylandWindow(WaylandWindow&&) = delete;
-    WaylandWindow& operator=(WaylandWindow&&) = delete;
     ~WaylandWindow();
 
     wl_display* display() const { return display_; }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Engine/Support/NonCopyable.h"
 #include "Platform/Clipboard/X11/X11Pasteboard.h"
 #include "tests/platform/BackEnd.h"
 
@@ -19,13 +20,9 @@ namespace ravlin::tests {
 std::unique_ptr<X11Pasteboard> openPasteboard(ReadLimits limits = {}, const char* displayName = nullptr);
 
 /// A plain X client with a window of its own; its calls wait for the server.
-class X11Client {
+class X11Client : NonCopyable {
 public:
     explicit X11Client(const char* displayName = nullptr);
-    X11Client(const X11Client&) = delete;
-    X11Client& operator=(const X11Client&) = delete;
-    X11Client(X11Client&&) = delete;
-    X11Client& operator=(X11Client&&) = delete;
     ~X11Client();
 
     xcb_connection_t* get() const { return connection_; }

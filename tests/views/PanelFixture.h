@@ -4,6 +4,7 @@
 #include "Views/Icon.h"
 #include "Views/MenuView.h"
 #include "Views/PanelColors.h"
+#include "Views/QtText.h"
 #include "Views/SearchLine.h"
 #include "Views/SectionHeader.h"
 #include "Views/StatusLabel.h"
@@ -37,10 +38,6 @@ protected:
         FakeUpdater::reset();
         panel = std::make_unique<MenuView>(updater);
     }
-    PanelFixture(const PanelFixture&) = delete;
-    PanelFixture& operator=(const PanelFixture&) = delete;
-    PanelFixture(PanelFixture&&) = delete;
-    PanelFixture& operator=(PanelFixture&&) = delete;
     ~PanelFixture() override {
         panel.reset();
         QApplication::setFont(appFont_);

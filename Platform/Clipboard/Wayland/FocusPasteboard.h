@@ -22,10 +22,6 @@ public:
     /// has no clipboard.
     static std::unique_ptr<FocusPasteboard> open(wl_display* display, std::string& whyNot, ReadLimits limits = {});
 
-    FocusPasteboard(const FocusPasteboard&) = delete;
-    FocusPasteboard& operator=(const FocusPasteboard&) = delete;
-    FocusPasteboard(FocusPasteboard&&) = delete;
-    FocusPasteboard& operator=(FocusPasteboard&&) = delete;
     ~FocusPasteboard() override;
 
     /// Goes on serving until everybody who has asked for our text has it, or until `deadline`.

@@ -1,5 +1,6 @@
 #include "Platform/Clipboard/Wayland/WaylandConnection.h"
 
+#include "Engine/Support/NonCopyable.h"
 #include "Platform/Clipboard/Polling.h"
 
 #include <wayland-client-protocol.h>
@@ -18,7 +19,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 /// An answer to wl_display.sync, which comes after all that was asked before.
-class SyncCallback {
+class SyncCallback : NonCopyable {
 public:
     explicit SyncCallback(wl_display* display) : callback_(wl_display_sync(display)) {
         static constexpr wl_callback_listener kListener = {
@@ -27,10 +28,6 @@ public:
             }};
         wl_callback_add_listener(callback_, &kListener, this);
     }
-    SyncCallback(const SyncCallback&) = delete;
-    SyncCallback& operator=(const SyncCallback&) = delete;
-    SyncCallback(SyncCallback&&) = delete;
-    SyncCallback& operator=(SyncCallback&&) = delete;
     ~SyncCallback() { wl_callback_destroy(callback_); }
 
     bool isDone() const noexcept { return isDone_; }

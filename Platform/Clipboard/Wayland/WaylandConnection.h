@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Engine/Support/NonCopyable.h"
 #include "Platform/Clipboard/Descriptor.h"
 
 #include <wayland-client-core.h>
@@ -18,7 +19,7 @@ namespace ravlin {
 /// connection.
 ///
 /// Besides the compositor's socket it watches descriptors that its user adds, and makes one descriptor of them all.
-class WaylandConnection {
+class WaylandConnection : NonCopyable {
 public:
     using TimePoint = std::chrono::steady_clock::time_point;
 
@@ -41,10 +42,6 @@ public:
     /// arrive without the descriptor telling: `processEvents` is due whenever the other side has read.
     static std::unique_ptr<WaylandConnection> share(wl_display* display, Globals globals);
 
-    WaylandConnection(const WaylandConnection&) = delete;
-    WaylandConnection& operator=(const WaylandConnection&) = delete;
-    WaylandConnection(WaylandConnection&&) = delete;
-    WaylandConnection& operator=(WaylandConnection&&) = delete;
     ~WaylandConnection();
 
     wl_proxy* registry() const noexcept { return registry_; }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Engine/Support/NonCopyable.h"
+
 #include <wayland-client-protocol.h>
 
 #include <cstdint>
@@ -10,14 +12,10 @@ namespace ravlin {
 
 /// What a seat tells about the input of the program's windows: whether one of them has the keyboard's focus, and which
 /// input was the latest. The events come through the event queue of the seat's object.
-class WaylandInput {
+class WaylandInput : NonCopyable {
 public:
     /// Follows `seat`, which must outlive this object and have no other listener.
     explicit WaylandInput(wl_seat* seat);
-    WaylandInput(const WaylandInput&) = delete;
-    WaylandInput& operator=(const WaylandInput&) = delete;
-    WaylandInput(WaylandInput&&) = delete;
-    WaylandInput& operator=(WaylandInput&&) = delete;
     ~WaylandInput() = default;
 
     bool hasFocus() const noexcept { return hasFocus_; }

@@ -1,5 +1,6 @@
 #include "Platform/Clipboard/Wayland/WaylandSelection.h"
 
+#include "Engine/Support/NonCopyable.h"
 #include "Platform/Clipboard/Wayland/WaylandRequests.h"
 
 #include <wayland-client-protocol.h>
@@ -56,17 +57,13 @@ struct Interfaces {
 /// The description of data control by one of its names, in the form in which libwayland wants it: a letter for each
 /// argument ("n" a new object, "o" an object, "?" one that may be missing, "s" a string, "h" a descriptor), and for
 /// each the interface, if it has one.
-class Description {
+class Description : NonCopyable {
 public:
     explicit Description(const std::string& prefix)
         : managerName_(prefix + "manager_v1"),
           deviceName_(prefix + "device_v1"),
           sourceName_(prefix + "source_v1"),
           offerName_(prefix + "offer_v1") {}
-    Description(const Description&) = delete;
-    Description& operator=(const Description&) = delete;
-    Description(Description&&) = delete;
-    Description& operator=(Description&&) = delete;
     ~Description() = default;
 
     Interfaces interfaces() const noexcept { return {manager_, device_, source_}; }
@@ -158,8 +155,7 @@ void Offer::onType(void* self, wl_proxy* /*proxy*/, const char* type) {
 
 // --- Source ----------------------------------------------------------------------------------------------------------
 
-Source::Source(wl_proxy* proxy, Protocol protocol, Events events)
-    : proxy_(proxy), protocol_(protocol), events_(std::move(events)) {
+Source::Source(wl_proxy* proxy, Protocol protocol, Events events) : proxy_(proxy), events_(std::move(events)) {
     static const std::array kListener = {handler(&Source::onSend), handler(&Source::onCancelled)};
     static const std::array kCoreListener = {handler(&Source::onTarget), handler(&Source::onSend),
                                              handler(&Source::onCancelled)};

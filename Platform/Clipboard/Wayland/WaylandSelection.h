@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Engine/Support/NonCopyable.h"
+
 #include <wayland-client-core.h>
 
 #include <cstdint>
@@ -32,13 +34,9 @@ struct ProxyDeleter {
 };
 
 /// The content of the clipboard as a program offers it, in one or more types.
-class Offer {
+class Offer : NonCopyable {
 public:
     Offer(wl_proxy* proxy, Protocol protocol);
-    Offer(const Offer&) = delete;
-    Offer& operator=(const Offer&) = delete;
-    Offer(Offer&&) = delete;
-    Offer& operator=(Offer&&) = delete;
     ~Offer();
 
     wl_proxy* proxy() const noexcept { return proxy_; }
@@ -59,7 +57,7 @@ private:
 };
 
 /// Content of our own for the clipboard.
-class Source {
+class Source : NonCopyable {
 public:
     struct Events {
         std::function<void(std::string_view type, int descriptor)> send;  // the descriptor is now the callee's
@@ -67,10 +65,6 @@ public:
     };
 
     Source(wl_proxy* proxy, Protocol protocol, Events events);
-    Source(const Source&) = delete;
-    Source& operator=(const Source&) = delete;
-    Source(Source&&) = delete;
-    Source& operator=(Source&&) = delete;
     ~Source();
 
     wl_proxy* proxy() const noexcept { return proxy_; }
@@ -82,12 +76,11 @@ private:
     static void onTarget(void* self, wl_proxy* proxy, const char* type);
 
     wl_proxy* proxy_;
-    Protocol protocol_;
     Events events_;
 };
 
 /// The clipboard of a seat.
-class Device {
+class Device : NonCopyable {
 public:
     struct Events {
         std::function<void(std::shared_ptr<Offer>)> selection;  // each change of the clipboard; null: it is empty
@@ -95,10 +88,6 @@ public:
     };
 
     Device(wl_proxy* proxy, Protocol protocol, Events events);
-    Device(const Device&) = delete;
-    Device& operator=(const Device&) = delete;
-    Device(Device&&) = delete;
-    Device& operator=(Device&&) = delete;
     ~Device();
 
     /// Makes `source` the clipboard's content; null empties it. The core protocol wants the serial number of the input
@@ -131,14 +120,10 @@ private:
 };
 
 /// The compositor's end of the protocol.
-class Manager {
+class Manager : NonCopyable {
 public:
     /// Takes the global object `name`, whose interface is that of `protocol`.
     Manager(wl_proxy* registry, std::uint32_t name, Protocol protocol);
-    Manager(const Manager&) = delete;
-    Manager& operator=(const Manager&) = delete;
-    Manager(Manager&&) = delete;
-    Manager& operator=(Manager&&) = delete;
     ~Manager();
 
     std::unique_ptr<Source> createSource(Source::Events events);

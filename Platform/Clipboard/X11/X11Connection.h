@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Engine/Support/NonCopyable.h"
 #include "Platform/Clipboard/TextFormats.h"
 
 #include <xcb/xcb.h>
@@ -39,7 +40,7 @@ using X11Reply = std::unique_ptr<Reply, X11Deleter>;
 
 /// A connection to an X server with one window that nobody sees, which asks for data and owns selections. Every wait
 /// has an end, and neither an X error nor the loss of the connection ends the program.
-class X11Connection {
+class X11Connection : NonCopyable {
 public:
     using TimePoint = std::chrono::steady_clock::time_point;
 
@@ -51,10 +52,6 @@ public:
     /// `whyNot`.
     static std::unique_ptr<X11Connection> open(const char* displayName, std::string& whyNot);
 
-    X11Connection(const X11Connection&) = delete;
-    X11Connection& operator=(const X11Connection&) = delete;
-    X11Connection(X11Connection&&) = delete;
-    X11Connection& operator=(X11Connection&&) = delete;
     ~X11Connection();
 
     xcb_connection_t* get() const { return connection_; }
@@ -134,15 +131,11 @@ private:
 
 /// Lets events about another program's window come in for as long as it exists: changes of its properties and its
 /// destruction. One window may be watched for several reasons at once, since a clipboard manager both owns and asks.
-class X11WindowWatch {
+class X11WindowWatch : NonCopyable {
 public:
     X11WindowWatch(X11Connection& connection, xcb_window_t window) : connection_(connection), window_(window) {
         connection_.watch(window_);
     }
-    X11WindowWatch(const X11WindowWatch&) = delete;
-    X11WindowWatch& operator=(const X11WindowWatch&) = delete;
-    X11WindowWatch(X11WindowWatch&&) = delete;
-    X11WindowWatch& operator=(X11WindowWatch&&) = delete;
     ~X11WindowWatch() { connection_.unwatch(window_); }
 
     xcb_window_t window() const { return window_; }
