@@ -6,7 +6,7 @@
 
 namespace ravlin {
 
-/// A file descriptor that is closed with this object.
+/// Owns a file descriptor, and closes it.
 class Descriptor {
 public:
     Descriptor() = default;

@@ -11,10 +11,10 @@ namespace ravlin::Latin1 {
 ///     toUTF8("caf\xE9")  ->  "caf\xC3\xA9"
 std::string toUTF8(std::string_view latin1);
 
-/// Whether every character of `text`, which is valid UTF-8, lies in U+0000 to U+00FF.
+/// Whether every character of `text`, which must be valid UTF-8, lies in U+0000 to U+00FF.
 bool canHold(std::string_view text);
 
-/// `text`, which is valid UTF-8, as ISO 8859-1; nothing where one of its characters has no place there.
+/// `text`, which must be valid UTF-8, as ISO 8859-1; nothing if one of its characters does not fit.
 ///     fromUTF8("caf\xC3\xA9")  ->  "caf\xE9"
 ///     fromUTF8("\xE2\x82\xAC")  ->  nothing (the euro sign is U+20AC)
 std::optional<std::string> fromUTF8(std::string_view text);

@@ -11,8 +11,8 @@
 namespace ravlin {
 namespace {
 
-/// Every other connection of the program has to end with the program: a bus name, for one, stays taken for as long as
-/// any process holds the socket.
+/// All other connections must end with the program: a bus name, for one, stays taken as long as any process holds the
+/// socket.
 void closeDescriptorsExcept(std::vector<int> kept) {
     std::ranges::sort(kept);
     int next = STDERR_FILENO + 1;
@@ -49,7 +49,7 @@ ForkSide forkLingeringChild(std::vector<int> keptDescriptors) {
     closeDescriptorsExcept(std::move(keptDescriptors));
     const bool keepsNoFolderBusy = chdir("/") == 0;
     static_cast<void>(keepsNoFolderBusy);  // a courtesy
-    // Last of all: whoever waits for the program's output to end finds everything done.
+    // Last of all, so that a program waiting for our output to end finds everything done.
     redirectStandardStreamsToNull();
     return ForkSide::child;
 }

@@ -17,8 +17,8 @@ std::unique_ptr<SystemPasteboard> openDefault(std::string& whyNot) {
 }  // namespace
 
 std::span<const PasteboardBackEnd> pasteboardBackEnds() {
-    // Where a compositor offers data control, programs behind its X server may see nothing without the focus. Where it
-    // does not, as GNOME's, they see everything.
+    // If a compositor offers data control, programs on its X server may see nothing without focus. If it does not, like
+    // GNOME's, they see everything.
     static const std::array kBackEnds = {PasteboardBackEnd{.name = "Wayland", .open = openDefault<WaylandPasteboard>},
                                          PasteboardBackEnd{.name = "X11", .open = openDefault<X11Pasteboard>}};
     return kBackEnds;

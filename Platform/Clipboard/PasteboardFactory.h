@@ -20,17 +20,17 @@ struct PasteboardBackEnd {
 
 using PasteboardLog = std::function<void(const std::string& line)>;
 
-/// The back ends that need no toolkit, the best first: Wayland's data control, X11.
+/// The back ends that need no toolkit, best first: Wayland's data control, X11.
 std::span<const PasteboardBackEnd> pasteboardBackEnds();
 
-/// The clipboard of this desktop session: that of the first of `backEnds` that can be opened, or null. `log` gets one
-/// line that tells which it is, and why not those before it:
+/// The clipboard of this desktop session, from the first of `backEnds` that can be opened, or null. `log` gets one line
+/// that says which one that is, and why those before it failed:
 ///     "clipboard: Wayland"
 ///     "clipboard: X11 (Wayland: WAYLAND_DISPLAY is not set)"
 std::unique_ptr<SystemPasteboard> openSystemPasteboard(const PasteboardLog& log,
                                                        std::span<const PasteboardBackEnd> backEnds);
 
-/// The same; the line goes to the standard log.
+/// The same; the line goes to `std::clog`.
 std::unique_ptr<SystemPasteboard> openSystemPasteboard(std::span<const PasteboardBackEnd> backEnds);
 
 }  // namespace ravlin

@@ -9,7 +9,7 @@
 
 namespace ravlin {
 
-/// The time that one call may take: it ends when no content has come for a while, and in any case.
+/// How long one call may take: until no content has arrived for a while, and never longer than a total limit.
 class Patience {
 public:
     using Clock = std::chrono::steady_clock;
@@ -18,7 +18,7 @@ public:
 
     Clock::time_point deadline() const { return std::min(lastByte_ + limits_.idle, start_ + limits_.total); }
 
-    /// To be told how much of the present representation has come, in bytes.
+    /// Call this with how much of the current representation has arrived, in bytes.
     void noteSize(std::size_t byteSize) {
         if (byteSize > std::exchange(byteSize_, byteSize)) lastByte_ = Clock::now();
     }

@@ -9,18 +9,18 @@
 
 namespace ravlin {
 
-/// What every operation is done by.
+/// Every operation goes through this.
 template <class Operation>
 void SystemPasteboard::perform(Operation operation) {
     operation();
     settle();
 }
 
-/// Makes what is known what holds now, a pending clearing included. False where that cannot be known.
+/// Brings what is known up to date, which includes a pending clear. False if that is not possible.
 bool SystemPasteboard::catchUp() {
     if (std::exchange(isClearPending_, false)) clear();
     if (!synchronise()) return false;
-    if (!hasAccess()) noteChange();  // for all that is known
+    if (!hasAccess()) noteChange();  // there may have been one
     return hasAccess();
 }
 
@@ -39,7 +39,7 @@ std::optional<std::string> SystemPasteboard::data(Type type) {
     std::optional<std::string> content;
     perform([&] {
         if (!catchUp()) return;
-        // Asked for our own text through the system, we would wait for ourselves.
+        // If we read our own text through the system, we would wait for ourselves.
         const Text own = ownText();
         if (own == nullptr) content = read(type);
         if (own != nullptr && type == Type::string) content = *own;
@@ -58,7 +58,7 @@ std::optional<std::size_t> SystemPasteboard::itemCount() {
 void SystemPasteboard::clearContents() {
     perform([this] {
         isClearPending_ = true;
-        wakeUp();  // so that `processEvents` comes even if nothing else happens
+        wakeUp();  // so that `processEvents` is called even if nothing else happens
     });
 }
 
@@ -103,7 +103,7 @@ void SystemPasteboard::serveToTheEnd() {
         using Clock = std::chrono::steady_clock;
         isReady(fileDescriptor(), POLLIN, isTransferring() ? Clock::now() + kTransferLimit : Clock::time_point::max());
     }
-    // A socket that is closed while events wait in it loses the requests on their way, a reader's last increment too.
+    // Closing a socket while events wait in it loses the requests on their way, including a reader's last increment.
     synchronise();
     _exit(0);
 }

@@ -12,20 +12,21 @@
 
 namespace ravlin {
 
-/// The clipboard of a desktop session. Besides what every pasteboard does it serves the text it owns to other
-/// applications, from events that arrive on a descriptor which the application watches.
+/// The clipboard of a desktop session. In addition to what every pasteboard does, it serves the text it owns to other
+/// applications, driven by events that arrive on a descriptor which the application watches.
 ///
-/// `clearContents` takes effect with the next operation or at the next `processEvents`: a write that comes first takes
-/// its place, so that nobody sees an empty clipboard in between, which clipboard managers hasten to fill.
+/// `clearContents` takes effect with the next operation or at the next `processEvents`: a write that comes first
+/// replaces it, so that no program sees an empty clipboard in between, which clipboard managers hasten to fill.
 ///
-/// What every operation has to see to is done here: it counts changes, completes a clearing, and leaves nothing behind
-/// that the descriptor would not tell. Back ends fill in the steps, which are called within an operation only.
+/// This class does what every operation needs: it counts changes, completes a pending clear, and leaves nothing
+/// unhandled that the descriptor would not report. Back ends implement the steps, which are called only within an
+/// operation.
 class SystemPasteboard : public Pasteboard {
 public:
-    /// After this time without a step a reader of our text is given up, as soon as anything else happens.
+    /// A reader of our text that takes nothing for this long is dropped as soon as anything else happens.
     static constexpr std::chrono::seconds kTransferLimit{30};
 
-    /// Counts the changes since this object was made. What cannot be known is assumed to have changed.
+    /// Counts the changes since this object was made. Where that cannot be known, a change is assumed.
     std::int64_t changeCount() final;
 
     /// An owner that did not answer is asked again only by the next call of this function: `data` does not wait for it
@@ -36,33 +37,34 @@ public:
 
     void clearContents() final;
 
-    /// False also where another application copies in the very moment of the write, or the system does not answer.
+    /// Also false if another application copies at the moment of the write, or the system does not answer.
     bool setString(std::string_view text) final;
     bool replaceIfUnchanged(std::int64_t count, std::string_view text) final;
 
-    /// Becomes readable when `processEvents` has something to do. -1 once the connection is lost: look after each
-    /// `processEvents`, and stop watching then, since a lost connection stays readable for ever.
+    /// Becomes readable when `processEvents` has something to do. -1 once the connection is lost: check after each
+    /// `processEvents`, and stop watching then, since a lost connection stays readable forever.
     virtual int fileDescriptor() const = 0;
 
-    /// Serves the requests that have arrived, and completes a `clearContents` that no write followed. Waits for no
-    /// other application.
+    /// Serves the requests that have arrived, and completes a `clearContents` that no write followed. Never waits for
+    /// another application.
     void processEvents();
 
-    /// To be called as the program's last act, after the user interface is gone. Where this pasteboard owns the
-    /// clipboard, a child process of its own session goes on serving the text until another program copies or the
-    /// desktop session ends; the child never returns from this call. Afterwards this object has no connection any more.
+    /// Call this as the program's last act, after the user interface is gone. If this pasteboard owns the clipboard, a
+    /// child process in a session of its own goes on serving the text until another program copies or the desktop
+    /// session ends. The child takes over the connection, which this object no longer has, and never returns from this
+    /// call.
     void lingerIfOwner();
 
 protected:
     using Text = std::shared_ptr<const std::string>;
 
-    /// Whether the system tells this program what is on the clipboard.
+    /// Whether the system lets this program know what is on the clipboard.
     virtual bool hasAccess() const { return true; }
 
-    /// Makes what is known about the clipboard what holds now. False where the system does not answer.
+    /// Brings what is known about the clipboard up to date. False if the system does not answer.
     bool synchronise();
 
-    /// To be called by back ends for each change that they are told.
+    /// Back ends call this for each change that is reported to them.
     void noteChange() { ++changeCount_; }
     void forgetChanges() { changeCount_ = 0; }
     std::int64_t countSoFar() const { return changeCount_; }
@@ -73,19 +75,20 @@ protected:
 private:
     // The steps.
 
-    /// Waits until the system has told, and this object handled, all changes up to now; false where it does not answer.
+    /// Waits until the system has reported, and this object handled, all changes up to now; false if it does not
+    /// answer.
     virtual bool awaitAnswer() = 0;
 
-    /// Whether the clipboard holds nothing, as far as is known.
+    /// Whether the clipboard is empty, as far as is known.
     virtual bool isEmpty() const = 0;
 
-    /// The text that is on the clipboard if it is ours, or null.
+    /// The text on the clipboard if it is ours, or null.
     virtual Text ownText() const = 0;
 
-    /// What another application has put on the clipboard: as plain text valid UTF-8, otherwise as it is.
+    /// What another application has put on the clipboard: plain text as valid UTF-8, anything else as it is.
     virtual std::optional<std::string> read(Type type) = 0;
 
-    /// Replaces the content by `text`, if it can be done with no copy overwritten that `count` does not include.
+    /// Replaces the content with `text`, unless that would overwrite a copy that `count` does not include.
     virtual bool write(const Text& text, std::int64_t count) = 0;
 
     virtual void clear() = 0;
@@ -96,18 +99,18 @@ private:
     /// Handles the events that have arrived.
     virtual void handleEvents() = 0;
 
-    /// Sends what waits to be sent, and handles what was read on the way, of which the descriptor tells no more.
+    /// Sends what is waiting, and handles what was read on the way, which the descriptor no longer reports.
     virtual void settle() = 0;
 
     // For the child that lingers.
 
-    /// Whether somebody is still reading a text that was ours.
+    /// Whether another program is still reading a text that was ours.
     virtual bool isTransferring() const { return false; }
 
-    /// All descriptors that serving needs; none where it cannot outlive the program.
+    /// All descriptors that serving needs; none if serving cannot outlive the program.
     virtual std::vector<int> servingDescriptors() const { return {}; }
 
-    /// Leaves the connection to the child, without ending it.
+    /// Leaves the connection to the child without ending it.
     virtual void giveAway() {}
 
     template <class Operation>

@@ -10,7 +10,7 @@
 namespace ravlin::TextFormats {
 namespace {
 
-/// In the one form in which names are compared.
+/// The form in which names are compared.
 std::string normalized(std::string_view name) {
     std::string result;
     for (const char each : name) {

@@ -12,13 +12,14 @@
 
 namespace ravlin {
 
-/// One of the formats in which texts go over a clipboard. X11's targets and Wayland's types have the same names.
+/// One of the formats in which text is exchanged over a clipboard. X11's targets and Wayland's types have the same
+/// names.
 struct TextFormat {
     enum class Encoding : std::uint8_t {
         utf8,
-        usuallyUTF8,  // the type of an answer may tell another one
-        told,         // by the type of an answer; UTF-8 where answers have no type
-        latin1,       // where answers have no type UTF-8 as well, to some programs
+        usuallyUTF8,  // the type of an answer may say otherwise
+        told,         // by the type of an answer; UTF-8 if answers have no type
+        latin1,       // if answers have no type, some programs send UTF-8
     };
     std::string_view name;
     Pasteboard::Type type = Pasteboard::Type::string;
@@ -30,7 +31,8 @@ namespace TextFormats {
 using Type = Pasteboard::Type;
 using Encoding = TextFormat::Encoding;
 
-/// All that are read, in the order in which they are asked for. Our own text is offered in those of the type `string`.
+/// All formats that are read, in the order in which they are requested. Our own text is offered in those of type
+/// `string`.
 inline constexpr auto kAll = std::to_array<TextFormat>({
     {"UTF8_STRING", Type::string, Encoding::utf8},
     {"text/plain;charset=utf-8", Type::string, Encoding::utf8},
@@ -44,7 +46,7 @@ inline constexpr auto kAll = std::to_array<TextFormat>({
 });
 inline constexpr const TextFormat& kUTF8String = kAll.front();
 
-/// Whether `offered` is the name of `format`. Letter case and blanks do not count.
+/// Whether `offered` is the name of `format`, ignoring letter case and blanks.
 ///     isNameOf("text/plain; charset=UTF-8", text/plain;charset=utf-8)  ->  true
 bool isNameOf(std::string_view offered, const TextFormat& format);
 
@@ -52,15 +54,15 @@ struct Match {
     const TextFormat& format;
     std::string name;
 };
-/// The best format of `type` that is among the `offered` ones, and the name by which it is offered.
+/// The best format of `type` among the `offered` ones, and the name under which it is offered.
 std::optional<Match> best(Type type, const std::vector<std::string>& offered);
 
-/// The encoding of an answer in `format` whose own type is `told`, null for one that is not in the table; nothing where
-/// that is none we understand.
+/// The encoding of an answer in `format` whose own type is `told`, null for one that is not in the table; nothing if it
+/// is not an encoding we understand.
 std::optional<Encoding> encodingOf(const TextFormat& format, const TextFormat* told);
 
-/// The text that `bytes` mean, less one NUL at their end, which some programs count in. Nothing where they should be
-/// UTF-8 and are not.
+/// `bytes` as text, without one NUL at their end, which some programs include. Nothing if they should be UTF-8 and are
+/// not.
 std::optional<std::string> decoded(Encoding encoding, std::string bytes);
 
 /// The same for an answer in `format` that has no type of its own.
@@ -68,8 +70,8 @@ std::optional<std::string> decoded(Encoding encoding, std::string bytes);
 ///     UTF8_STRING, "caf\xE9" ->  nothing
 std::optional<std::string> decodedUntyped(const TextFormat& format, std::string bytes);
 
-/// Whether `text` is offered in `format`, which it is where nothing of it gets lost. A program that would get question
-/// marks for letters cannot tell that anything is missing, whereas one that finds no STRING takes another format.
+/// Whether `text` is offered in `format`, which it is if nothing would be lost. A program that got question marks for
+/// letters could not know that anything was missing, whereas one that finds no STRING takes another format.
 bool canHold(const TextFormat& format, std::string_view text);
 
 /// The bytes of `text` in a format that can hold it.

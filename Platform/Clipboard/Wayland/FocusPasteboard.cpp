@@ -45,7 +45,7 @@ bool FocusPasteboard::hasAccess() const {
     return !input_ || ownText() != nullptr || (input_->hasFocus() && isTold());
 }
 
-/// The core protocol may refuse a copy and say nothing; that it took it shows when it offers it.
+/// The core protocol may refuse a copy silently; that it has accepted one shows when it offers it back to us.
 std::string FocusPasteboard::nextMark() {
     return "application/x-ravlin-" + std::to_string(getpid()) + "-" + std::to_string(++copyCount_);
 }

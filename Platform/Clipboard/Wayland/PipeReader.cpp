@@ -11,7 +11,7 @@ namespace ravlin {
 PipeReader::PipeReader(std::size_t byteLimit) : byteLimit_(byteLimit) {
     std::array<int, 2> ends = {};
     if (pipe2(ends.data(), O_CLOEXEC) != 0) return;
-    // The program at the other end may rely on writes that wait.
+    // Only this end: the program at the other one may rely on blocking writes.
     fcntl(ends[0], F_SETFL, O_NONBLOCK);  // NOLINT(cppcoreguidelines-pro-type-vararg): there is no other way to call it
     reading_ = Descriptor(ends[0]);
     writing_ = Descriptor(ends[1]);

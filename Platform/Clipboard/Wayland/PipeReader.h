@@ -8,30 +8,30 @@
 
 namespace ravlin {
 
-/// What another program writes into a pipe, taken as it comes. No look into the pipe ever waits for that program.
+/// Collects what another program writes into a pipe, as it arrives. Never waits for that program.
 class PipeReader {
 public:
     enum class State : std::uint8_t {
-        open,     // more may come
-        ended,    // all is there
-        tooLarge  // more than the limit has come
+        open,     // more may arrive
+        ended,    // everything has arrived
+        tooLarge  // more than the limit has arrived
     };
 
-    /// Opens a pipe of which not more than `byteLimit` bytes will be read. Where the system has none left it is at its
-    /// end at once, and nothing can be asked for.
+    /// Opens a pipe from which at most `byteLimit` bytes will be read. If the system has none left, it is at its end at
+    /// once, and nothing can be requested.
     explicit PipeReader(std::size_t byteLimit);
 
-    /// Takes what is in the pipe at present.
+    /// Takes what is in the pipe now.
     State proceed();
 
-    /// The end for the other program, to be closed here once it has been handed over; -1 where there is no pipe.
+    /// The end for the other program; close it here once it has been handed over. -1 if there is no pipe.
     int writingEnd() const noexcept { return writing_.get(); }
     void closeWritingEnd() noexcept { writing_.reset(); }
 
     /// Readable when there is something to take.
     int descriptor() const noexcept { return reading_.get(); }
 
-    /// What has come so far.
+    /// What has arrived so far.
     std::string& bytes() noexcept { return bytes_; }
 
 private:

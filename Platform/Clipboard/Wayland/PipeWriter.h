@@ -9,13 +9,13 @@
 
 namespace ravlin {
 
-/// A text on its way into a pipe whose reader takes it at its own pace. No write ever waits for the reader.
+/// Writes a text into a pipe whose reader takes it at its own pace. Never waits for the reader.
 class PipeWriter {
 public:
-    /// Begins to write, into a descriptor that becomes this object's.
+    /// Takes ownership of `descriptor`, the pipe to write into.
     PipeWriter(int descriptor, std::shared_ptr<const std::string> text);
 
-    /// Writes what the pipe takes at present. False once there is nothing left to write, or nobody to read it.
+    /// Writes what the pipe takes now. False once there is nothing left to write, or no reader left.
     bool proceed();
 
     int descriptor() const noexcept { return descriptor_.get(); }

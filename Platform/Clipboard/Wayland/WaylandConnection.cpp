@@ -18,7 +18,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// An answer to wl_display.sync, which comes after all that was asked before.
+/// An answer to wl_display.sync, which comes after everything requested before it.
 class SyncCallback : NonCopyable {
 public:
     explicit SyncCallback(wl_display* display) : callback_(wl_display_sync(display)) {
@@ -41,7 +41,7 @@ private:
 
 std::unique_ptr<WaylandConnection> WaylandConnection::open(const char* displayName, Globals globals,
                                                            std::string& whyNot) {
-    // Without a name libwayland would try a usual one, and so reach a compositor that this session does not run on.
+    // Without a name libwayland would try a default, and so might reach a compositor that this session does not run on.
     if (displayName == nullptr) displayName = std::getenv("WAYLAND_DISPLAY");  // NOLINT(concurrency-mt-unsafe)
     if (displayName == nullptr || *displayName == '\0') {
         whyNot = "WAYLAND_DISPLAY is not set";
@@ -79,7 +79,7 @@ WaylandConnection::~WaylandConnection() {
 
 void WaylandConnection::close() {
     if (display_ == nullptr) return;
-    // A forked process has the same watcher: what would be taken out here would be taken out there.
+    // A forked process shares the watcher: anything removed from it here would be removed there, too.
     watcher_.reset();
     wl_proxy_destroy(registry_);
     wl_proxy_wrapper_destroy(queuedDisplay_);
@@ -138,18 +138,18 @@ bool WaylandConnection::waitFor(int descriptor, TimePoint deadline) {
     return !isLost() && readAndDispatch(descriptor, watcher_.get(), deadline);
 }
 
-/// One round: sends what is waiting, sleeps until something arrives (there, or from one of two other descriptors, where
-/// -1 stands for none) and handles events. False at the deadline.
+/// One round: sends what is waiting, sleeps until something arrives (from the compositor or two other descriptors, -1
+/// for none) and handles events. False at the deadline.
 ///
-/// From before the sleep to its end this object is one of the connection's readers: nobody else can take what arrives
-/// meanwhile out of the socket, and leave this sleeping over it.
+/// Throughout the sleep this object is one of the connection's readers: no other reader can take what arrives meanwhile
+/// out of the socket and leave this one asleep.
 bool WaylandConnection::readAndDispatch(int descriptor, int watcher, TimePoint deadline) {
-    // libwayland takes nobody for a reader before all that has been read is dispatched.
+    // libwayland accepts no reader before everything read so far has been dispatched.
     while (wl_display_prepare_read_queue(display_, queue_.get()) != 0) {
         if (wl_display_dispatch_queue_pending(display_, queue_.get()) < 0) return false;  // the connection is lost
-        deadline = Clock::time_point::min();  // what is waited for may have been among that
+        deadline = Clock::time_point::min();  // what is waited for may have been among it
     }
-    // A compositor that reads nothing takes nothing, either.
+    // The socket is full if the compositor reads nothing; then wait until it takes more.
     const bool isSent = wl_display_flush(display_) >= 0 || errno != EAGAIN;
     const auto events = static_cast<short>(isSent ? POLLIN : POLLIN | POLLOUT);
     std::array<pollfd, 3> waited = {pollfd{.fd = socket(), .events = events, .revents = 0},

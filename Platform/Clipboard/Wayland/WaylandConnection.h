@@ -15,31 +15,30 @@
 
 namespace ravlin {
 
-/// A connection to a Wayland compositor. Every wait has an end, and the loss of the connection ends nothing but the
-/// connection.
+/// A connection to a Wayland compositor. Every wait has a limit, and losing the connection ends nothing else.
 ///
-/// Besides the compositor's socket it watches descriptors that its user adds, and makes one descriptor of them all.
+/// It watches the compositor's socket and the descriptors added to it, and combines them all into one descriptor.
 class WaylandConnection : NonCopyable {
 public:
     using TimePoint = std::chrono::steady_clock::time_point;
 
-    /// How long the compositor may take for an answer before it counts as not answering.
+    /// How long the compositor may take to answer before it counts as not answering.
     static constexpr std::chrono::milliseconds kServerLimit{2000};
 
-    /// The compositor's global objects, as they come and go. To be told from the beginning, set them before the first
+    /// Called as the compositor's global objects come and go; those that are there already appear in the first
     /// `synchronise`.
     struct Globals {
         std::function<void(std::uint32_t name, std::string_view interface, std::uint32_t version)> appeared;
         std::function<void(std::uint32_t name)> removed;
     };
 
-    /// Connects to `displayName` (null: to the one that WAYLAND_DISPLAY names). Null where that fails, with the reason
-    /// in `whyNot`.
+    /// Connects to `displayName` (null: the one that WAYLAND_DISPLAY names). Null if that fails, with the reason in
+    /// `whyNot`.
     static std::unique_ptr<WaylandConnection> open(const char* displayName, Globals globals, std::string& whyNot);
 
-    /// Takes part in the connection of somebody else, which must outlive this object. Each side handles its own events
-    /// only, whoever of the two has read them from the socket, and in whatever thread; so events of this side may
-    /// arrive without the descriptor telling: `processEvents` is due whenever the other side has read.
+    /// Shares a connection that belongs to someone else and must outlive this object. Each side handles only its own
+    /// events, no matter which of the two has read them from the socket, and in which thread; so this side's events may
+    /// arrive without the descriptor becoming readable: call `processEvents` whenever the other side has read.
     static std::unique_ptr<WaylandConnection> share(wl_display* display, Globals globals);
 
     ~WaylandConnection();
@@ -50,11 +49,11 @@ public:
     /// Readable when there is something to do; -1 once the connection is lost or closed.
     int fileDescriptor() const;
 
-    /// The socket, and what watches it: a forked process that goes on with this connection needs both.
+    /// The socket, and what watches it: a forked process that continues this connection needs both.
     std::vector<int> descriptors() const { return {socket(), watcher_.get()}; }
 
-    /// Waits until the compositor has done all it was asked, and handles what it told about that. False where it does
-    /// not answer in time.
+    /// Waits until the compositor has done everything it was asked to, and handles the resulting events. False if it
+    /// does not answer in time.
     bool synchronise();
 
     /// Sends what is waiting, and handles the events that have arrived; never waits.
@@ -63,18 +62,18 @@ public:
     /// Sends what is waiting.
     void flush();
 
-    /// Asks the compositor for an answer that means nothing: it makes the descriptor readable.
+    /// Asks the compositor for a meaningless answer, which makes the descriptor readable.
     void askForWakeUp();
 
     /// Sleeps until `descriptor` is readable or there is something else to do, and handles the events that have
     /// arrived. False at the deadline.
     bool waitFor(int descriptor, TimePoint deadline);
 
-    /// Counts `descriptor` in, which is waited for to become writable, or leaves it out again.
+    /// Starts or stops watching for `descriptor` to become writable.
     void watchWritable(int descriptor) const;
     void unwatch(int descriptor) const;
 
-    /// Ends the connection on this side; a forked process may go on with it. All objects must be gone before.
+    /// Ends the connection on this side; a forked process may continue it. All its objects must be gone by then.
     void close();
 
 private:
@@ -90,7 +89,7 @@ private:
     wl_display* display_;  // null once closed
     bool isOwn_;
     std::unique_ptr<wl_event_queue, QueueDeleter> queue_;
-    wl_display* queuedDisplay_;  // the same, for requests whose answers come into the queue
+    wl_display* queuedDisplay_;  // the same, for requests whose answers go into the queue
     wl_proxy* registry_ = nullptr;
     Globals globals_;
     Descriptor watcher_;

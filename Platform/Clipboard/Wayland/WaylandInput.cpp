@@ -9,13 +9,13 @@ WaylandInput& input(void* self) {
     return *static_cast<WaylandInput*>(self);
 }
 
-/// For an event of no interest.
+/// For events of no interest.
 template <class... Arguments>
 void ignore(void* /*self*/, Arguments... /*arguments*/) {}
 
 }  // namespace
 
-// The objects are of the first version, which has no other events than those that the listeners handle.
+// The objects have version 1, which has no events other than those that the listeners handle.
 
 WaylandInput::WaylandInput(wl_seat* seat) : seat_(seat) {
     static constexpr wl_seat_listener kListener = [] {

@@ -10,8 +10,8 @@
 
 namespace ravlin {
 
-/// What a seat tells about the input of the program's windows: whether one of them has the keyboard's focus, and which
-/// input was the latest. The events come through the event queue of the seat's object.
+/// What a seat reports about input to the program's windows: whether one of them has keyboard focus, and which input
+/// was the latest. The events come through the event queue of the seat's object.
 class WaylandInput : NonCopyable {
 public:
     /// Follows `seat`, which must outlive this object and have no other listener.
@@ -20,10 +20,10 @@ public:
 
     bool hasFocus() const noexcept { return hasFocus_; }
 
-    /// Whether a keyboard or pointer has come since the last call: what the seat tells of it is still on its way.
+    /// Whether a keyboard or pointer has appeared since the last call: its first events are still on their way.
     bool takeNewDevice() noexcept { return std::exchange(hasNewDevice_, false); }
 
-    /// The number by which the compositor knows the latest key, button or change of focus; 0 before the first.
+    /// The compositor's serial number for the latest key, button or focus event; 0 before the first.
     std::uint32_t latestSerial() const noexcept { return latestSerial_; }
 
 private:

@@ -41,7 +41,7 @@ bool WaylandPasteboard::start(std::unique_ptr<WaylandConnection> connection, std
         whyNot = "the compositor offers no " + std::string(name_);
         return false;
     }
-    // The content that is there already comes like a change.
+    // Content that is there already is reported like a change.
     if (!isAnswering || !synchronise()) {
         whyNot = "the compositor does not answer in time";
         return false;
@@ -111,15 +111,15 @@ void WaylandPasteboard::noteSelection(std::shared_ptr<Offer> offer) {
 bool WaylandPasteboard::write(const Text& text, std::int64_t count) {
     if (connection_->isLost()) return false;
     std::unique_ptr<Own> copy = copyOf(text);
-    // The input that this answers may not have been handled here, and a long text is long enough in the making for
-    // somebody else's copy. One that comes from here on is overwritten, which no protocol can prevent.
+    // The input that this responds to may not have been handled here yet, and preparing a long text leaves time for
+    // another program's copy. A copy made from here on is overwritten, which no protocol can prevent.
     if (!synchronise() || !seat_ || !mayCopy() || isOvertaken(count)) return false;
     const std::uint32_t seatName = seat_->name;
     std::unique_ptr<Own> before = std::exchange(own_, std::move(copy));
     seat_->device->setSelection(own_->source.get(), inputSerial());
     const bool isAnswered = synchronise();
     if (isAnswered && ownText() != nullptr) return true;
-    // Where the compositor refused, our text of before, if it was there, still is.
+    // If the compositor refused, our previous text, if any, is still there.
     if (isAnswered && seat_ && seat_->name == seatName) own_ = std::move(before);
     return false;
 }
@@ -139,7 +139,7 @@ std::unique_ptr<WaylandPasteboard::Own> WaylandPasteboard::copyOf(const Text& te
 
 void WaylandPasteboard::clear() {
     own_.reset();
-    // Without access only our own text can be taken away.
+    // Without access, only our own text can be withdrawn.
     if (seat_ && hasAccess()) seat_->device->setSelection(nullptr, inputSerial());
 }
 
@@ -157,8 +157,8 @@ bool WaylandPasteboard::awaitAnswer() {
     return isAnswered;
 }
 
-/// Draws the conclusions from events that could not be drawn while they were handled: what they came to must not be
-/// destroyed meanwhile. True where there is more to be told: what is on another seat comes like a change.
+/// Acts on events once libwayland has dispatched them: the objects that they are addressed to must not be destroyed
+/// before. True if more events are due: the content of another seat is reported like a change.
 bool WaylandPasteboard::update() {
     if (own_ && !own_->text) own_.reset();
     if (isSeatFinished_) {
@@ -183,11 +183,11 @@ std::optional<std::string> WaylandPasteboard::read(Type type) {
     return TextFormats::decodedUntyped(match->format, std::move(*bytes));
 }
 
-/// All that the program writes as the type `name`. One that ends in the middle cannot be told from one that is through;
-/// that the clipboard has changed by then is told by the counter.
+/// Everything the program writes as the type `name`. A program that ends in the middle cannot be distinguished from one
+/// that has finished; the change count shows that the clipboard has changed by then.
 std::optional<std::string> WaylandPasteboard::receive(const std::string& name) {
     Patience patience(limits_);
-    const std::shared_ptr<Offer> offer = foreign_.offer;  // which may be another one by the end
+    const std::shared_ptr<Offer> offer = foreign_.offer;  // which may have been replaced by the end
     PipeReader pipe(limits_.byteSize);
     if (pipe.writingEnd() < 0) return std::nullopt;
     offer->receive(name, pipe.writingEnd());
@@ -208,7 +208,7 @@ std::optional<std::string> WaylandPasteboard::receive(const std::string& name) {
 
 // --- Serving ---------------------------------------------------------------------------------------------------------
 
-/// Writes the text into a pipe, as far as that takes it; the rest follows when it takes more.
+/// Writes as much of the text as the pipe takes; the rest follows when it takes more.
 void WaylandPasteboard::serve(std::string_view type, int descriptor, const Text& text) {
     const auto* const format = std::ranges::find(TextFormats::kAll, type, &TextFormat::name);
     PipeWriter transfer(

@@ -19,43 +19,43 @@
 
 namespace ravlin {
 
-/// The clipboard of a Wayland compositor by data control, which needs neither a window nor the keyboard's focus. Where
-/// there is no data control, see `FocusPasteboard`, which differs from this in what can be overridden.
+/// The clipboard of a Wayland compositor through data control, which needs neither a window nor keyboard focus. Where
+/// there is no data control, see `FocusPasteboard`, which overrides what differs.
 ///
-/// The compositor tells every change of the clipboard, our own included, and answers in the order of what happened. So
-/// after any answer the events before it say how many changes there were: nothing is missed. Writes have no order that
-/// it knows of: a copy in the very moment of one is overwritten.
+/// The compositor reports every change of the clipboard, our own included, and answers in the order in which things
+/// happened. So the events before any answer say how many changes there have been: nothing is missed. It knows no order
+/// of writes: a copy made at the moment of a write is overwritten.
 ///
-/// A clipboard belongs to a seat: this is that of the first one, and of the next when that goes.
+/// A clipboard belongs to a seat: this is the first seat's, and the next one's when that goes.
 ///
-/// Once the connection is lost every operation returns at once with nothing or false.
+/// Once the connection is lost, every operation returns nothing or false at once.
 class WaylandPasteboard : public SystemPasteboard {
 public:
-    /// Connects to `displayName` (null: to the one that WAYLAND_DISPLAY names). Null where that fails, with the reason
-    /// in `whyNot`, for example "the compositor offers no data control".
+    /// Connects to `displayName` (null: the one that WAYLAND_DISPLAY names). Null if that fails, with the reason in
+    /// `whyNot`, for example "the compositor offers no data control".
     static std::unique_ptr<WaylandPasteboard> open(const char* displayName, std::string& whyNot,
                                                    ReadLimits limits = {});
 
     int fileDescriptor() const override { return connection_->fileDescriptor(); }
 
 protected:
-    /// Uses the best of `protocols`, the best first, which together are called `name`.
+    /// Uses the best of `protocols`, listed best first and together called `name`.
     WaylandPasteboard(std::vector<WaylandSelection::Protocol> protocols, std::string_view name, ReadLimits limits)
         : protocols_(std::move(protocols)), name_(name), limits_(limits) {}
 
-    /// What this object has to be told of its connection.
+    /// How the connection notifies this object.
     WaylandConnection::Globals globals();
 
-    /// To be called first. False where there is no such protocol, with the reason in `whyNot`.
+    /// Call this first. False if there is no such protocol or no answer, with the reason in `whyNot`.
     bool start(std::unique_ptr<WaylandConnection> connection, std::string& whyNot);
 
-    /// Ends everything on this side of the connection, and the connection itself, without a word to the compositor.
+    /// Ends everything on this side of the connection, and the connection itself, without telling the compositor.
     void close();
 
     WaylandConnection& connection() const { return *connection_; }
     WaylandSelection::Device* device() const { return seat_ ? seat_->device.get() : nullptr; }
 
-    /// Whether the compositor has told what is on the clipboard, or that it is empty.
+    /// Whether the compositor has reported what is on the clipboard, or that it is empty.
     bool isTold() const { return foreign_.isTold; }
 
     Text ownText() const override { return own_ && own_->isAccepted ? own_->text : nullptr; }
@@ -75,27 +75,27 @@ private:
     struct Foreign {
         std::shared_ptr<WaylandSelection::Offer> offer;
         bool isTold = false;
-        bool isSilent = false;  // did not write in time, or too much
+        bool isSilent = false;  // did not write in time, or wrote too much
     };
 
     /// What we have copied.
     struct Own {
         std::unique_ptr<WaylandSelection::Source> source;
-        Text text;         // null once somebody else has copied
-        std::string mark;  // the type that tells it from every other copy, where that is needed
+        Text text;         // null once another program has copied
+        std::string mark;  // the type that distinguishes it from every other copy, if needed
         bool isAccepted = false;
     };
 
-    // What a protocol may need besides.
+    // What else a protocol may need.
 
-    /// The seat whose clipboard this is has come; null: it goes.
+    /// The seat whose clipboard this is has appeared; null: it is going.
     virtual void followSeat(wl_seat* /*seat*/) {}
-    /// Whether the seat has been asked something whose answer is on its way.
+    /// Whether the seat has been asked something and the answer is on its way.
     virtual bool hasAskedSeat() { return false; }
     virtual bool mayCopy() const { return true; }
-    /// The number of the input that a copy answers.
+    /// The serial number of the input that a copy responds to.
     virtual std::uint32_t inputSerial() const { return 0; }
-    /// A type by which our next copy can be known, where a copy may be refused.
+    /// A type by which our next copy can be recognised, if copies may be refused.
     virtual std::string nextMark() { return ""; }
 
     bool awaitAnswer() override;

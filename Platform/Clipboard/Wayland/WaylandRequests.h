@@ -4,9 +4,8 @@
 
 #include <cstdint>
 
-/// Requests and listeners of protocols that no generated header describes. libwayland takes the arguments of a request,
-/// and the functions that handle events, in the untyped forms of C: what is given here must be what the protocol's
-/// description says.
+/// Requests and listeners of protocols that have no generated header. libwayland takes the arguments of a request, and
+/// the functions that handle events, untyped, as C does: what is passed here must match the protocol's description.
 namespace ravlin::WaylandRequests {
 
 // NOLINTBEGIN(cppcoreguidelines-pro-type-vararg)
@@ -16,13 +15,13 @@ void send(wl_proxy* proxy, std::uint32_t request, Arguments... arguments) {
     wl_proxy_marshal_flags(proxy, request, nullptr, wl_proxy_get_version(proxy), 0, arguments...);
 }
 
-/// Sends a request that creates an object, for which its first argument stands.
+/// Sends a request that creates an object, which is the request's first argument.
 template <class... Arguments>
 wl_proxy* create(wl_proxy* proxy, std::uint32_t request, const wl_interface& interface, Arguments... arguments) {
     return wl_proxy_marshal_flags(proxy, request, &interface, wl_proxy_get_version(proxy), 0, nullptr, arguments...);
 }
 
-/// Sends the request that ends an object, and destroys it on this side.
+/// Sends the request that destroys an object, and destroys it on this side as well.
 inline void destroy(wl_proxy* proxy, std::uint32_t request) {
     wl_proxy_marshal_flags(proxy, request, nullptr, wl_proxy_get_version(proxy), WL_MARSHAL_FLAG_DESTROY);
 }
@@ -36,7 +35,7 @@ Handler handler(Function function) {
     return reinterpret_cast<Handler>(function);
 }
 
-/// `listener` is an array of handlers, one for each event, that exists as long as `proxy`; `self` is their first
+/// `listener` is an array of handlers, one for each event, that must exist as long as `proxy`; `self` is their first
 /// argument.
 template <class Listener>
 void listen(wl_proxy* proxy, Listener& listener, void* self) {

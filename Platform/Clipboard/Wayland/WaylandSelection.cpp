@@ -20,13 +20,13 @@ using WaylandRequests::send;
 
 // --- The messages ----------------------------------------------------------------------------------------------------
 
-// The numbers of the requests, which are their places in the protocol's description.
+// The numbers of the requests: their positions in the protocol's description.
 constexpr std::uint32_t kManagerCreateSource = 0;
 constexpr std::uint32_t kManagerGetDevice = 1;
 constexpr std::uint32_t kSourceOffer = 0;
 constexpr std::uint32_t kSourceDestroy = 1;
 
-/// Those that are not the same in the core protocol, which has none for the manager's end.
+/// Those that differ in the core protocol, which has none for destroying the manager.
 struct Requests {
     std::optional<std::uint32_t> managerDestroy;
     std::uint32_t deviceSetSelection;
@@ -43,20 +43,20 @@ constexpr const Requests& requestsOf(Protocol protocol) {
     return protocol == Protocol::core ? kCoreRequests : kDataControlRequests;
 }
 
-// The first version of data control has all that is needed here, and the second of the core protocol.
+// Version 1 of data control and version 2 of the core protocol have everything that is needed here.
 constexpr int kDataControlVersion = 1;
 constexpr int kCoreVersion = 2;
 
-/// What a manager makes, and itself.
+/// A manager, and what it makes.
 struct Interfaces {
     const wl_interface& manager;
     const wl_interface& device;
     const wl_interface& source;
 };
 
-/// The description of data control by one of its names, in the form in which libwayland wants it: a letter for each
-/// argument ("n" a new object, "o" an object, "?" one that may be missing, "s" a string, "h" a descriptor), and for
-/// each the interface, if it has one.
+/// The description of data control under one of its names, in the form that libwayland wants: a letter for each
+/// argument ("n" a new object, "o" an object, "?" one that may be missing, "s" a string, "h" a descriptor), and its
+/// interface, if it has one.
 class Description : NonCopyable {
 public:
     explicit Description(const std::string& prefix)
@@ -118,7 +118,7 @@ Interfaces interfacesOf(Protocol protocol) {
     return {wl_data_device_manager_interface, wl_data_device_interface, wl_data_source_interface};
 }
 
-/// An object whose protocol has no request for its end is destroyed on this side only.
+/// An object that has no destroy request is destroyed on this side only.
 void destroy(wl_proxy* proxy, std::optional<std::uint32_t> request) {
     request ? WaylandRequests::destroy(proxy, *request) : wl_proxy_destroy(proxy);
 }
@@ -136,7 +136,7 @@ std::uint32_t versionOf(Protocol protocol) noexcept {
 // --- Offer -----------------------------------------------------------------------------------------------------------
 
 Offer::Offer(wl_proxy* proxy, Protocol protocol) : proxy_(proxy), protocol_(protocol) {
-    // In its second version the core protocol, too, has no other event.
+    // Version 2 of the core protocol has no other event, either.
     static const std::array kListener = {handler(&Offer::onType)};
     listen(proxy_, kListener, this);
 }
@@ -178,7 +178,7 @@ void Source::onCancelled(void* self, wl_proxy* /*proxy*/) {
     static_cast<Source*>(self)->events_.cancelled();
 }
 
-/// Nobody drags our text.
+/// Our text is never dragged.
 void Source::onTarget(void* /*self*/, wl_proxy* /*proxy*/, const char* /*type*/) {}
 
 // --- Device ----------------------------------------------------------------------------------------------------------
@@ -221,12 +221,12 @@ void Device::onFinished(void* self, wl_proxy* /*proxy*/) {
     static_cast<Device*>(self)->events_.finished();
 }
 
-/// What is selected, as opposed to copied, is none of our business.
+/// Text that is selected rather than copied is none of our business.
 void Device::onPrimarySelection(void* self, wl_proxy* /*proxy*/, wl_proxy* offer) {
     static_cast<Device*>(self)->take(offer);
 }
 
-/// What is dragged over the program's windows is kept for as long as it is there, and otherwise left alone.
+/// What is dragged over the program's windows is kept as long as it is there, and otherwise ignored.
 // NOLINTNEXTLINE(readability-function-size): the protocol has that many arguments
 void Device::onDragEnter(void* self, wl_proxy* /*proxy*/, std::uint32_t /*serial*/, wl_proxy* /*surface*/,
                          wl_fixed_t /*x*/, wl_fixed_t /*y*/, wl_proxy* offer) {
@@ -243,7 +243,7 @@ void Device::onDragMotion(void* /*self*/, wl_proxy* /*proxy*/, std::uint32_t /*t
 
 void Device::onDrop(void* /*self*/, wl_proxy* /*proxy*/) {}
 
-/// The announced offer that this object of the protocol is; null where there is none.
+/// Takes the announced offer with this proxy off the list; null if there is none.
 std::shared_ptr<Offer> Device::take(wl_proxy* offer) {
     const auto found = std::ranges::find(announced_, offer, [](const auto& each) { return each->proxy(); });
     if (found == announced_.end()) return nullptr;

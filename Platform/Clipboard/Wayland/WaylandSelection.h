@@ -11,24 +11,24 @@
 #include <string_view>
 #include <vector>
 
-/// The protocols of Wayland by which a program reaches the clipboard. Data control needs no keyboard focus; it goes by
-/// two names, "ext-data-control-v1" and, older, "zwlr_data_control_manager_v1", which mean the same messages. Where a
-/// compositor does not offer it there is the core protocol, which tells the clipboard to the program whose window has
-/// the keyboard's focus, and lets it copy in answer to input.
+/// The Wayland protocols through which a program reaches the clipboard. Data control needs no keyboard focus; it goes
+/// by two names with the same messages, "ext-data-control-v1" and the older "zwlr_data_control_manager_v1". If a
+/// compositor does not offer it, there is the core protocol, which reports the clipboard to the program whose window
+/// has keyboard focus, and lets it copy in response to input.
 ///
-/// Every object asks the compositor for its own end when it is destroyed. None waits for anything: requests go out with
-/// the next flush of the connection, and events arrive while it dispatches.
+/// Every object that is destroyed asks the compositor to destroy its counterpart. None waits for anything: requests go
+/// out with the next flush of the connection, and events arrive while it dispatches.
 namespace ravlin::WaylandSelection {
 
 enum class Protocol : std::uint8_t { extDataControl, zwlrDataControl, core };
 
-/// The name of the global object by which a compositor offers the protocol.
+/// The name of the global object through which a compositor offers the protocol.
 std::string_view managerName(Protocol protocol) noexcept;
 
-/// The version of the protocol that is used here, and so at least has to be offered.
+/// The version of the protocol that is used here, and so the lowest that must be offered.
 std::uint32_t versionOf(Protocol protocol) noexcept;
 
-/// Destroys a protocol object that has no request for its end.
+/// Destroys a protocol object that has no destroy request.
 struct ProxyDeleter {
     void operator()(wl_proxy* proxy) const noexcept { wl_proxy_destroy(proxy); }
 };
@@ -44,8 +44,8 @@ public:
     /// The MIME types, in the program's order; complete once the offer has been announced as the clipboard's content.
     const std::vector<std::string>& types() const noexcept { return types_; }
 
-    /// Asks the program to write the content as `type` into a pipe. The descriptor stays the caller's, to be closed
-    /// when the request has been flushed.
+    /// Asks the program to write the content as `type` into a pipe. The descriptor stays the caller's; close it once
+    /// the request has been flushed.
     void receive(const std::string& type, int descriptor);
 
 private:
@@ -56,12 +56,12 @@ private:
     std::vector<std::string> types_;
 };
 
-/// Content of our own for the clipboard.
+/// Our own content for the clipboard.
 class Source : NonCopyable {
 public:
     struct Events {
         std::function<void(std::string_view type, int descriptor)> send;  // the descriptor is now the callee's
-        std::function<void()> cancelled;                                  // somebody else has copied
+        std::function<void()> cancelled;                                  // another program has copied
     };
 
     Source(wl_proxy* proxy, Protocol protocol, Events events);
@@ -91,12 +91,12 @@ public:
     ~Device();
 
     /// Makes `source` the clipboard's content; null empties it. The core protocol wants the serial number of the input
-    /// that this answers, and does nothing where other input, or another copy, has come since.
+    /// that this responds to, and does nothing if other input, or another copy, has come since.
     void setSelection(const Source* source, std::uint32_t serial = 0);
 
-    /// Asks the compositor to tell no more. On a connection that goes on after this object's end, that should come only
-    /// when the compositor has answered: it numbers the objects that its events announce, and a connection on which one
-    /// of the numbers was not taken in breaks with the next.
+    /// Asks the compositor to send no more events. If the connection outlives this object, destroy it only once the
+    /// compositor has answered: the compositor numbers the objects that its events announce, and a connection on which
+    /// one of these numbers was not taken in breaks at the next.
     void retire();
 
 private:
@@ -115,14 +115,14 @@ private:
     Protocol protocol_;
     Events events_;
     bool isRetired_ = false;
-    std::vector<std::shared_ptr<Offer>> announced_;  // of which nobody has said yet what they are
+    std::vector<std::shared_ptr<Offer>> announced_;  // that no event has put to use yet
     std::shared_ptr<Offer> dragged_;                 // over one of the program's windows
 };
 
 /// The compositor's end of the protocol.
 class Manager : NonCopyable {
 public:
-    /// Takes the global object `name`, whose interface is that of `protocol`.
+    /// Binds the global object `name`, whose interface must be that of `protocol`.
     Manager(wl_proxy* registry, std::uint32_t name, Protocol protocol);
     ~Manager();
 

@@ -20,14 +20,14 @@ constexpr std::array<std::string_view, kX11AtomCount> kAtomNames = {"CLIPBOARD",
                                                                     "TIMESTAMP", "INCR",    "RAVLIN_CLOCK"};
 static_assert(!kAtomNames.back().empty());
 
-constexpr std::size_t kRequestUnit = 4;           // bytes; the server tells its maximum in these
-constexpr std::size_t kRequestHeaderSize = 64;    // bytes; more than ChangeProperty has
-constexpr std::uint32_t kXFixesMajorVersion = 2;  // selections are there since version 1
+constexpr std::size_t kRequestUnit = 4;           // bytes; the unit of the server's maximum
+constexpr std::size_t kRequestHeaderSize = 64;    // bytes; more than ChangeProperty's
+constexpr std::uint32_t kXFixesMajorVersion = 2;  // has had selections since version 1
 
 }  // namespace
 
 std::unique_ptr<X11Connection> X11Connection::open(const char* displayName, std::string& whyNot) {
-    // libxcb looks whether the server is still there before it writes, but that may go away in that very moment.
+    // libxcb checks that the server is still there before it writes, but the server may go away at that moment.
     surviveBrokenPipes();
     int screenNumber = 0;
     std::unique_ptr<X11Connection> connection(new X11Connection(xcb_connect(displayName, &screenNumber)));
@@ -82,7 +82,7 @@ void X11Connection::createWindow(int screenNumber) {
 bool X11Connection::selectOwnerChanges() {
     const xcb_query_extension_reply_t* const extension = xcb_get_extension_data(connection_, &xcb_xfixes_id);
     if (extension == nullptr || extension->present == 0) return false;
-    // The server takes no other request of the extension before it knows the version.
+    // The server accepts no other request of the extension before it knows the version.
     const auto version =
         await<xcb_xfixes_query_version_reply_t>(xcb_xfixes_query_version(connection_, kXFixesMajorVersion, 0));
     if (!version || version->major_version < 1) return false;
@@ -105,9 +105,9 @@ int X11Connection::fileDescriptor() const {
 }
 
 void X11Connection::giveAway() {
-    // xcb_disconnect calls shutdown(), which ends the connection for everybody who holds the socket. With the
-    // descriptor leading elsewhere it closes this process's share only; reading from there makes libxcb
-    // call the connection lost.
+    // xcb_disconnect calls shutdown(), which ends the connection for every process that holds the socket. With the
+    // descriptor redirected to /dev/null it closes only this process's share; reading from there makes libxcb consider
+    // the connection lost.
     const int nowhere = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
     if (nowhere < 0) return;
     dup3(nowhere, xcb_get_file_descriptor(connection_), O_CLOEXEC);
@@ -148,7 +148,8 @@ xcb_atom_t X11Connection::intern(const std::string& name) {
 std::vector<std::string> X11Connection::namesOf(std::span<const xcb_atom_t> atoms) {
     std::vector<xcb_get_atom_name_cookie_t> cookies;
     for (const xcb_atom_t each : atoms) cookies.push_back(xcb_get_atom_name(connection_, each));
-    // The answer to this comes last: then no other is waited for. A server that hangs is waited for once.
+    // The answer to this comes last, so after it no other has to be waited for. A server that hangs is waited for only
+    // once.
     const bool isAnswered = await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection_)) != nullptr;
     std::vector<std::string> names(atoms.size());
     for (std::size_t i = 0; i < cookies.size(); ++i) {

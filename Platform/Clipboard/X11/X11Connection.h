@@ -19,18 +19,18 @@
 
 namespace ravlin {
 
-/// The atoms that the clipboard protocol (ICCCM, section 2) needs besides those of the formats.
+/// The atoms that the clipboard protocol (ICCCM, section 2) needs, other than those of the formats.
 enum class X11Atom : std::uint8_t {
     clipboard,
     targets,
     multiple,
     timestamp,
     incr,
-    clock,  // the property of our own window whose changes tell the server's time
+    clock,  // a property of our own window whose changes carry the server's time
 };
 inline constexpr std::size_t kX11AtomCount = 6;
 
-/// Frees what libxcb hands over, which it allocates with malloc.
+/// Frees what libxcb returns, which it allocates with malloc.
 struct X11Deleter {
     void operator()(void* memory) const noexcept { std::free(memory); }  // NOLINT(cppcoreguidelines-no-malloc)
 };
@@ -38,18 +38,17 @@ using X11Event = std::unique_ptr<xcb_generic_event_t, X11Deleter>;
 template <class Reply>
 using X11Reply = std::unique_ptr<Reply, X11Deleter>;
 
-/// A connection to an X server with one window that nobody sees, which asks for data and owns selections. Every wait
-/// has an end, and neither an X error nor the loss of the connection ends the program.
+/// A connection to an X server with one invisible window, which requests data and owns selections. Every wait has a
+/// limit, and neither an X error nor the loss of the connection ends the program.
 class X11Connection : NonCopyable {
 public:
     using TimePoint = std::chrono::steady_clock::time_point;
 
-    /// How long the server may take for an answer before it counts as not answering. It takes microseconds, unless
-    /// another program has grabbed it.
+    /// How long the server may take to answer before it counts as not answering. It takes microseconds, unless another
+    /// program has grabbed it.
     static constexpr std::chrono::milliseconds kServerLimit{2000};
 
-    /// Connects to `displayName` (null: to the one that DISPLAY names). Null where that fails, with the reason in
-    /// `whyNot`.
+    /// Connects to `displayName` (null: the one that DISPLAY names). Null if that fails, with the reason in `whyNot`.
     static std::unique_ptr<X11Connection> open(const char* displayName, std::string& whyNot);
 
     ~X11Connection();
@@ -58,11 +57,11 @@ public:
     xcb_window_t window() const { return window_; }
     xcb_atom_t atom(X11Atom atom) const { return atoms_.at(static_cast<std::size_t>(atom)); }
 
-    /// The target by which `format`, one of `TextFormats::kAll`, goes; and the format of a target, null for others.
+    /// The target for `format`, which must be one of `TextFormats::kAll`; and the format of a target, null for others.
     xcb_atom_t atom(const TextFormat& format) const { return formatAtoms_.at(indexOf(format)); }
     const TextFormat* formatOf(xcb_atom_t atom) const;
 
-    /// The type of the event that tells a change of the clipboard's owner.
+    /// The type of the event that reports a change of the clipboard's owner.
     int ownerChangeEvent() const { return ownerChangeEvent_; }
 
     /// How much data one request may carry, in bytes.
@@ -73,8 +72,8 @@ public:
     /// The socket; -1 once the connection is lost or given away.
     int fileDescriptor() const;
 
-    /// Leaves the server with a forked process: from now on this one is without a connection. Closing it the usual way
-    /// would shut the shared socket down for both.
+    /// Leaves the connection to a forked process; from now on this process has none. Closing it the usual way would
+    /// shut down the shared socket for both.
     void giveAway();
 
     /// The reply to the request behind `cookie`; null for an X error, a lost connection or a server that does not
@@ -84,24 +83,24 @@ public:
         return X11Reply<Reply>(static_cast<Reply*>(awaitReply(cookie.sequence)));
     }
 
-    /// The next event, waited for until `deadline` at most; null when there was none or the connection is lost.
+    /// The next event, waiting until `deadline` at most; null if there was none or the connection is lost.
     X11Event waitForEvent(TimePoint deadline);
 
     /// The next event that has arrived at the socket; never waits.
     X11Event pollEvent() { return X11Event(xcb_poll_for_event(connection_)); }
 
-    /// The next event that libxcb has read along with something else; the socket tells nothing about these.
+    /// The next event that libxcb has read along with something else; the socket does not become readable for these.
     X11Event queuedEvent() { return X11Event(xcb_poll_for_queued_event(connection_)); }
 
     void flush() { xcb_flush(connection_); }
 
-    /// The atom of that name; XCB_ATOM_NONE where the server does not answer.
+    /// The atom of that name; XCB_ATOM_NONE if the server does not answer.
     xcb_atom_t intern(const std::string& name);
 
-    /// The names of `atoms`, in their order; "" for what is no atom, and for all where the server does not answer.
+    /// The names of `atoms`, in order; "" for what is not an atom, and for all if the server does not answer.
     std::vector<std::string> namesOf(std::span<const xcb_atom_t> atoms);
 
-    /// Replaces a property of any window by bytes, or by 32-bit values.
+    /// Replaces a property of any window with bytes, or with 32-bit values.
     void putBytes(xcb_window_t window, xcb_atom_t property, xcb_atom_t type, std::string_view bytes);
     void putValues(xcb_window_t window, xcb_atom_t property, xcb_atom_t type, std::span<const std::uint32_t> values);
 
@@ -129,8 +128,8 @@ private:
     std::map<xcb_window_t, int> watchCounts_;
 };
 
-/// Lets events about another program's window come in for as long as it exists: changes of its properties and its
-/// destruction. One window may be watched for several reasons at once, since a clipboard manager both owns and asks.
+/// Receives events about another program's window while this object exists: changes of its properties, and its
+/// destruction. One window may be watched for several reasons at once: a clipboard manager both owns and requests.
 class X11WindowWatch : NonCopyable {
 public:
     X11WindowWatch(X11Connection& connection, xcb_window_t window) : connection_(connection), window_(window) {
@@ -145,12 +144,12 @@ private:
     xcb_window_t window_;
 };
 
-/// What kind of event this is: the XCB_... number, whether it came from the server or from another program.
+/// The kind of event, an XCB_... number, no matter whether the server or another program sent it.
 inline int x11EventType(const xcb_generic_event_t& event) {
     return event.response_type & 0x7F;
 }
 
-/// Whether another program made this event up with SendEvent.
+/// Whether another program sent this event with SendEvent.
 inline bool x11EventIsSent(const xcb_generic_event_t& event) {
     return (event.response_type & 0x80) != 0;
 }

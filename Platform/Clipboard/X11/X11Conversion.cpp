@@ -31,8 +31,8 @@ void X11Conversion::handle(const xcb_generic_event_t& event) {
 void X11Conversion::handleAnswer(const xcb_selection_notify_event_t& answer) {
     if (state_ != State::waiting || answer.target != question_.target) return;
     if (answer.property == question_.property) takeAnswer();
-    // NOTE: a refusal names no property, so a late one, of an earlier question for the same target that was given up,
-    // is taken for this one's. It costs a text that is there, never one that is not.
+    // NOTE: a refusal names no property, so a late one, to an earlier request for the same target that was given up, is
+    // taken for this one's. That can miss a text that is there, but never yield one that is not.
     if (answer.property == XCB_ATOM_NONE) state_ = State::refused;
 }
 
@@ -47,7 +47,7 @@ void X11Conversion::takeAnswer() {
     if (reply->type == XCB_ATOM_NONE) {
         state_ = State::refused;  // announced, yet not there
     } else if (reply->type == connection_.atom(X11Atom::incr)) {
-        state_ = State::receiving;  // deleting the announcement, as just done, is what asks for the first increment
+        state_ = State::receiving;  // deleting the announcement, as just done, requests the first increment
     } else {
         append(*reply);
         if (state_ == State::waiting) state_ = State::answered;
@@ -56,7 +56,7 @@ void X11Conversion::takeAnswer() {
 
 void X11Conversion::takeIncrement() {
     const auto reply = takeProperty();
-    // A change whose value has gone already was taken together with the one before.
+    // If a change's value is gone already, it was taken together with the one before.
     if (!reply || reply->type == XCB_ATOM_NONE) return;
     if (reply->value_len == 0) {
         state_ = State::answered;
@@ -71,7 +71,7 @@ X11Reply<xcb_get_property_reply_t> X11Conversion::takeProperty() {
         xcb_get_property(connection_.get(), /*_delete=*/1, connection_.window(), question_.property,
                          XCB_GET_PROPERTY_TYPE_ANY, 0, static_cast<std::uint32_t>(roomLeft / kPropertyUnit + 1)));
     if (!reply || reply->bytes_after > 0) state_ = State::failed;
-    // The server deletes nothing that was not read to its end.
+    // The server does not delete what was not read to its end.
     if (state_ == State::failed) xcb_delete_property(connection_.get(), connection_.window(), question_.property);
     return state_ == State::failed ? nullptr : std::move(reply);
 }

@@ -8,7 +8,7 @@
 
 namespace ravlin {
 
-/// One question to the owner of the clipboard, ICCCM section 2.4: its content as one target, delivered whole or in
+/// One request to the owner of the clipboard (ICCCM section 2.4) for its content as one target, delivered whole or in
 /// increments. Feed it every event until it is done.
 class X11Conversion {
 public:
@@ -17,13 +17,13 @@ public:
         receiving,  // increments
         answered,   // `bytes` are complete
         refused,    // the owner has no such target
-        failed,     // the owner ended before it was through, or sends more than it may
+        failed,     // the owner ended before it had finished, or sends more than it may
     };
 
     struct Question {
         xcb_window_t owner;
         xcb_atom_t target;
-        xcb_atom_t property;  // of our window, where the answer is put; not in use for any other question
+        xcb_atom_t property;  // of our window, where the answer goes; not in use for any other request
         std::size_t maximumSize;
     };
 
@@ -34,7 +34,7 @@ public:
     State state() const { return state_; }
     bool isDone() const { return state_ != State::waiting && state_ != State::receiving; }
 
-    /// What has come so far, its type and the size of its units in bits.
+    /// What has arrived so far, its type and the size of its units in bits.
     std::string& bytes() { return bytes_; }
     xcb_atom_t type() const { return type_; }
     int format() const { return format_; }

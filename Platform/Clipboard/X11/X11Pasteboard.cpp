@@ -16,7 +16,7 @@ std::unique_ptr<X11Pasteboard> X11Pasteboard::open(const char* displayName, std:
     auto connection = X11Connection::open(displayName, whyNot);
     if (!connection) return nullptr;
     std::unique_ptr<X11Pasteboard> pasteboard(new X11Pasteboard(std::move(connection), limits));
-    // Changes are being told already: one that comes after this answer is not missed.
+    // Changes are already being reported: one that comes after this answer is not missed.
     const auto owner = pasteboard->connection_->await<xcb_get_selection_owner_reply_t>(
         xcb_get_selection_owner(pasteboard->connection_->get(), pasteboard->connection_->atom(X11Atom::clipboard)));
     if (!owner) {
@@ -38,11 +38,11 @@ std::optional<std::string> X11Pasteboard::read(Type type) {
 }
 
 bool X11Pasteboard::write(const Text& text, std::int64_t count) {
-    // The time right after the owner's: the server refuses it if anybody has come later, so that no copy is overwritten
-    // that we have not seen.
+    // The time right after the owner's: the server refuses it if another owner has come later, so that no copy that we
+    // have not seen is overwritten.
     if (ownerSince_ && *ownerSince_ + 1 != XCB_CURRENT_TIME && take(text, *ownerSince_ + 1)) return true;
-    // The owner's time is not known, still to come, or weeks ago. The server's own can overwrite a copy that is made
-    // between its telling and our taking the selection.
+    // The owner's time is unknown, in the future, or weeks ago. With the server's own we may overwrite a copy that is
+    // made between its answer and our taking the selection.
     if (isOvertaken(count)) return false;
     const std::optional<xcb_timestamp_t> now = serverTime();
     return now && !isOvertaken(count) && take(text, *now);
@@ -62,7 +62,7 @@ void X11Pasteboard::handleEvents() {
     server_.dropStalledTransfers();
 }
 
-/// What the server tells comes before its answers to later questions.
+/// The server's events come before its answers to later requests.
 bool X11Pasteboard::awaitAnswer() {
     const auto reply = connection_->await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection_->get()));
     handleQueuedEvents();
@@ -83,14 +83,14 @@ std::optional<xcb_timestamp_t> X11Pasteboard::serverTime() {
     return serverTime_;
 }
 
-/// Appending nothing to a property is a change of it, and the event that tells the change carries the time.
+/// Appending nothing to a property counts as a change, and the event that reports it carries the time.
 void X11Pasteboard::askServerTime() {
     xcb_change_property(connection_->get(), XCB_PROP_MODE_APPEND, connection_->window(),
                         connection_->atom(X11Atom::clock), XCB_ATOM_INTEGER, 32, 0, nullptr);
 }
 
 bool X11Pasteboard::pump(X11Connection::TimePoint deadline) {
-    // Looked at first: an endless stream of events must not outlast the deadline.
+    // Checked first: an endless stream of events must not outlast the deadline.
     if (Clock::now() >= deadline) return false;
     const X11Event event = connection_->waitForEvent(deadline);
     if (event) handle(*event);
@@ -113,8 +113,8 @@ void X11Pasteboard::settle() {
 }
 
 void X11Pasteboard::handle(const xcb_generic_event_t& event) {
-    // Other programs have one thing to tell us, the answer to a question; everything else comes from the server. An X
-    // error, which has type 0, tells of a window that is gone: its destruction has been told as well.
+    // Other programs have only one thing to send us, the answer to a request; everything else comes from the server. An
+    // X error, which has type 0, is about a window that is gone: its destruction has been reported as well.
     if (x11EventIsSent(event) && x11EventType(event) != XCB_SELECTION_NOTIFY) return;
     if (x11EventType(event) == connection_->ownerChangeEvent()) {
         noteOwner(event);
@@ -124,8 +124,8 @@ void X11Pasteboard::handle(const xcb_generic_event_t& event) {
     }
 }
 
-/// NOTE: SelectionClear is not looked at. It tells the same, but one that was sent before we took the selection again
-/// cannot be told from one sent afterwards within the same millisecond.
+/// NOTE: SelectionClear is ignored. It reports the same, but one that was sent before we took the selection again
+/// cannot be distinguished from one sent afterwards within the same millisecond.
 void X11Pasteboard::noteOwner(const xcb_generic_event_t& event) {
     const auto& change = x11EventAs<xcb_xfixes_selection_notify_event_t>(event);
     noteChange();

@@ -15,19 +15,19 @@ namespace ravlin {
 
 /// The CLIPBOARD selection of an X server, on a connection of its own.
 ///
-/// The server tells every change of the selection's owner in an XFixes event, our own changes included, and sends
-/// events and replies in the order in which things happened. So after any reply the events before it say how many
-/// changes there were and who the owner is: nothing is missed, and nothing has to be asked twice.
-/// NOTE: an owner that changes its content without taking the selection anew, against ICCCM, cannot be noticed.
+/// The server reports every change of the selection's owner, our own included, in an XFixes event, and sends events and
+/// replies in the order in which things happened. So the events before any reply say how many changes there have been
+/// and who the owner is: nothing is missed, and nothing has to be asked twice.
+/// NOTE: if an owner changes its content without taking the selection again, against ICCCM, that goes unnoticed.
 ///
-/// A write overwrites no copy that it should not; where the owner has been there longer than this object, but for one
-/// in the very moment of the write.
+/// A write never overwrites a copy that it should not, with one exception: if the owner has been there longer than this
+/// object, a copy made at the moment of the write is lost.
 ///
-/// Once the connection is lost every operation returns at once with nothing or false.
+/// Once the connection is lost, every operation returns nothing or false at once.
 class X11Pasteboard final : public SystemPasteboard {
 public:
-    /// Connects to `displayName` (null: to the one that DISPLAY names). Null where that fails, with the reason in
-    /// `whyNot`, for example "no display answers".
+    /// Connects to `displayName` (null: the one that DISPLAY names). Null if that fails, with the reason in `whyNot`,
+    /// for example "no display answers".
     static std::unique_ptr<X11Pasteboard> open(const char* displayName, std::string& whyNot, ReadLimits limits = {});
 
     int fileDescriptor() const override { return connection_->fileDescriptor(); }
@@ -64,7 +64,7 @@ private:
     xcb_window_t owner_ = XCB_WINDOW_NONE;
     std::optional<xcb_timestamp_t> ownerSince_;
     std::optional<xcb_timestamp_t> serverTime_;
-    Text nextText_;  // goes on offer when the server confirms that we are the owner
+    Text nextText_;  // offered once the server confirms that we are the owner
 };
 
 }  // namespace ravlin

@@ -34,7 +34,7 @@ std::optional<std::string> X11SelectionReader::read(Source source, Pasteboard::T
     return std::nullopt;
 }
 
-/// Asks for the list of targets, once for each change of the clipboard. False where there is nobody who answers.
+/// Asks for the list of targets, once for each change of the clipboard. False if there is no owner that answers.
 bool X11SelectionReader::learnTargets(Source source, Patience& patience) {
     if (knowledge_.changeCount != source.changeCount) knowledge_ = {};
     knowledge_.changeCount = source.changeCount;
@@ -49,10 +49,10 @@ bool X11SelectionReader::learnTargets(Source source, Patience& patience) {
     return !knowledge_.isSilent;
 }
 
-/// The target by which the owner has `format`; XCB_ATOM_NONE where it has not.
+/// The target under which the owner has `format`; XCB_ATOM_NONE if it does not.
 xcb_atom_t X11SelectionReader::targetOf(const TextFormat& format) {
     const xcb_atom_t usual = connection_.atom(format);
-    // An owner too old to list its targets is too old for any but plain text.
+    // An owner too old to list its targets is too old for anything but plain text.
     if (!knowledge_.targets) return format.type == Pasteboard::Type::string ? usual : xcb_atom_t{XCB_ATOM_NONE};
     if (std::ranges::count(*knowledge_.targets, usual) > 0) return usual;
     if (!knowledge_.names) learnNames();
@@ -61,8 +61,8 @@ xcb_atom_t X11SelectionReader::targetOf(const TextFormat& format) {
     return found != knowledge_.names->end() ? found->second : xcb_atom_t{XCB_ATOM_NONE};
 }
 
-/// A format may go by a name with other letters or blanks, which is another atom. Most owners have the best format of
-/// all by its usual name, so that nothing has to be asked for.
+/// A format's name may differ in letter case or blanks, and is then another atom. Most owners have the best format
+/// under its usual name, so that no names have to be requested.
 void X11SelectionReader::learnNames() {
     std::vector<xcb_atom_t> unknown;
     for (const xcb_atom_t each : *knowledge_.targets) {
@@ -74,7 +74,7 @@ void X11SelectionReader::learnNames() {
     for (std::size_t i = 0; i < names.size(); ++i) knowledge_.names->emplace_back(std::move(names[i]), unknown[i]);
 }
 
-/// The owner's content as `target`, or nothing: because it has no such target, or because it does not answer.
+/// The owner's content as `target`, or nothing if it has no such target or does not answer.
 std::optional<X11SelectionReader::Answer> X11SelectionReader::ask(Source source, xcb_atom_t target,
                                                                   Patience& patience) {
     conversion_.emplace(
@@ -95,15 +95,16 @@ std::optional<X11SelectionReader::Answer> X11SelectionReader::ask(Source source,
     return answer;
 }
 
-/// Nothing where that is none we understand.
+/// Nothing if the encoding is not one we understand.
 std::optional<TextFormat::Encoding> X11SelectionReader::encodingOf(const TextFormat& format,
                                                                    const Answer& answer) const {
-    // An empty answer may come without a format of its own.
+    // An empty answer may come without a format.
     if (answer.format != kByteFormat && !answer.bytes.empty()) return std::nullopt;
     return TextFormats::encodingOf(format, connection_.formatOf(answer.type));
 }
 
-/// An owner that was given up may still answer, into the property that it was told. Nothing else is put there any more.
+/// An owner that was given up may still answer, into the property that it was given. Nothing else is put there from now
+/// on.
 void X11SelectionReader::takeNewProperty() {
     const xcb_atom_t property = connection_.intern("RAVLIN_TRANSFER_" + std::to_string(++propertyNumber_));
     if (property != XCB_ATOM_NONE) property_ = property;
@@ -114,7 +115,7 @@ void X11SelectionReader::handle(const xcb_generic_event_t& event) {
     discardLateAnswer(event);
 }
 
-/// Deleting what comes too late frees the server's memory, and lets an owner that sends increments come to its end.
+/// Deleting what comes too late frees the server's memory, and lets an owner that sends increments finish.
 void X11SelectionReader::discardLateAnswer(const xcb_generic_event_t& event) {
     if (x11EventType(event) != XCB_PROPERTY_NOTIFY) return;
     const auto& change = x11EventAs<xcb_property_notify_event_t>(event);

@@ -17,18 +17,18 @@ namespace ravlin {
 
 /// Reads the clipboard of another program.
 ///
-/// One reading begins with a call for plain text: the owner is asked once what it offers, and one that did not answer
-/// is not waited for again, until the clipboard changes or the next reading begins.
+/// A reading begins with a call for plain text: the owner is asked once what it offers, and one that does not answer is
+/// not waited for again until the clipboard changes or the next reading begins.
 class X11SelectionReader {
 public:
-    /// The names of so many targets that we do not know are looked at, those that the owner lists first. The longest
-    /// lists of real programs have some fifty.
+    /// At most this many targets that we do not know are looked up by name, those that the owner lists first. The
+    /// longest lists of real programs have some fifty.
     static constexpr std::size_t kMaximumNames = 256;
 
-    /// Handles the next event, waiting for it until the time given at most; false when there was none.
+    /// Handles the next event, waiting for it until `deadline` at most; false if there was none.
     using Pump = std::function<bool(X11Connection::TimePoint deadline)>;
 
-    /// Who owns the clipboard, if anybody, and the change that made it so.
+    /// The owner of the clipboard, if there is one, and the change that made it so.
     struct Source {
         xcb_window_t owner;
         std::int64_t changeCount;
@@ -36,9 +36,9 @@ public:
 
     X11SelectionReader(X11Connection& connection, ReadLimits limits, Pump pump);
 
-    /// The owner's content in the best format of `type` that it has: plain text as valid UTF-8, otherwise as it is.
+    /// The owner's content in the best format of `type` that it has: plain text as valid UTF-8, anything else as it is.
     ///
-    /// A text that is not valid UTF-8 counts as absent, and no other format is tried then: it would be the same bytes
+    /// Text that is not valid UTF-8 counts as absent, and no other format is tried then: that would be the same bytes
     /// under a label that makes them look right, or a conversion that has lost what Latin-1 cannot hold.
     std::optional<std::string> read(Source source, Pasteboard::Type type);
 
@@ -51,12 +51,12 @@ private:
         std::string bytes;
     };
 
-    /// What has been learned about the present owner.
+    /// What has been learned about the current owner.
     struct Knowledge {
         std::int64_t changeCount = -1;
         bool isSilent = false;                           // did not answer in time, ended, or sent too much
         bool isAsked = false;                            // for its targets
-        std::optional<std::vector<xcb_atom_t>> targets;  // nothing where it refused to list them
+        std::optional<std::vector<xcb_atom_t>> targets;  // nothing if it refused to list them
         std::optional<std::vector<std::pair<std::string, xcb_atom_t>>> names;  // of those we do not know, once needed
     };
 

@@ -17,11 +17,11 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// A MULTIPLE request names pairs of a target and a property. Nobody has use for more pairs than this.
+// A MULTIPLE request names pairs of a target and a property. No program needs more pairs than this.
 constexpr std::uint32_t kMaximumPairs = 256;
 constexpr int kAtomFormat = 32;
 
-/// Server times are milliseconds in 32 bits, which start again at 0 every 49.7 days.
+/// Server times are 32-bit milliseconds, which wrap around to 0 every 49.7 days.
 bool isEarlier(xcb_timestamp_t time, xcb_timestamp_t other) {
     return static_cast<std::int32_t>(time - other) < 0;
 }
@@ -74,7 +74,7 @@ void X11SelectionServer::dropStalledTransfers() {
 }
 
 void X11SelectionServer::answer(const xcb_selection_request_event_t& request) {
-    // Clients from before ICCCM name no property and mean the one that is called like the target.
+    // Clients older than ICCCM name no property and mean the one with the target's name.
     const xcb_atom_t property = request.property == XCB_ATOM_NONE ? request.target : request.property;
     const Destination destination = {request.requestor, property};
     bool isConverted = false;
@@ -88,9 +88,9 @@ void X11SelectionServer::answer(const xcb_selection_request_event_t& request) {
 
 bool X11SelectionServer::isServable(const xcb_selection_request_event_t& request) const {
     if (text_ == nullptr || request.selection != connection_.atom(X11Atom::clipboard)) return false;
-    // Our own window's properties are for reading.
+    // Our own window's properties are for what we read.
     if (request.requestor == connection_.window()) return false;
-    // What was on the clipboard before our text is not ours to tell.
+    // What was on the clipboard before our text is not ours to give.
     return request.time == XCB_CURRENT_TIME || !isEarlier(request.time, since_);
 }
 
@@ -103,7 +103,7 @@ bool X11SelectionServer::convertMultiple(Destination destination) {
     std::vector<xcb_atom_t> pairs(named.begin(), named.end());
     for (std::size_t i = 0; i + 1 < pairs.size(); i += 2) {
         if (pairs[i + 1] != XCB_ATOM_NONE && convert(pairs[i], {destination.window, pairs[i + 1]})) continue;
-        // NOTE: ICCCM marks a failure in the pair's target; widespread requestors look at the pair's property.
+        // NOTE: ICCCM marks a failure in the pair's target; common requestors look at the pair's property.
         pairs[i] = pairs[i + 1] = XCB_ATOM_NONE;
     }
     if (!std::ranges::equal(pairs, named)) {
@@ -150,7 +150,7 @@ void X11SelectionServer::deliver(Destination destination, Content content) {
         connection_.putBytes(destination.window, destination.property, content.type, *content.bytes);
         return;
     }
-    // Deletions of the property have to be told to us before the requestor can make one.
+    // We must be watching for deletions of the property before the requestor can make one.
     const Transfer& transfer = transfers_.emplace_back(connection_, destination, std::move(content));
     const auto size = static_cast<std::uint32_t>(std::min<std::size_t>(transfer.content.bytes->size(), UINT32_MAX));
     connection_.putValues(destination.window, destination.property, connection_.atom(X11Atom::incr), {{size}});
@@ -161,7 +161,7 @@ void X11SelectionServer::continueTransfer(Destination destination) {
     if (transfer != transfers_.end() && !sendIncrement(*transfer)) transfers_.erase(transfer);
 }
 
-/// The requestor has taken the increment before: sends the next one. An empty one tells the end; false after that.
+/// The requestor has taken the previous increment: sends the next one. An empty one marks the end; false after that.
 bool X11SelectionServer::sendIncrement(Transfer& transfer) {
     const auto increment = std::string_view(*transfer.content.bytes).substr(transfer.offset, incrementSize_);
     connection_.putBytes(transfer.destination.window, transfer.destination.property, transfer.content.type, increment);

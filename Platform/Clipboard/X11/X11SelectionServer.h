@@ -11,18 +11,19 @@
 
 namespace ravlin {
 
-/// Hands the text that we own to every program that asks for it, ICCCM sections 2.2 and 2.7. Feed it every event.
+/// Hands the text that we own to every program that asks for it (ICCCM sections 2.2 and 2.7). Feed it every event.
 ///
 /// A text too large for one piece goes out in increments, to any number of programs at once, each at its own pace. A
-/// transfer ends to its end although the clipboard has changed since.
+/// transfer is completed even if the clipboard changes meanwhile.
 class X11SelectionServer {
 public:
-    /// Content above this size goes out in increments of this size, in bytes; smaller where the server takes less.
+    /// Content above this size goes out in increments of this size, in bytes; smaller ones if the server takes less.
     static constexpr std::size_t kIncrementSize = std::size_t{256} << 10;
 
     explicit X11SelectionServer(X11Connection& connection);
 
-    /// From now on requests get `text`, which is valid UTF-8 and which we have owned since the server time `since`.
+    /// From now on requests get `text`, which must be valid UTF-8 and which we have owned since the server time
+    /// `since`.
     void offer(std::shared_ptr<const std::string> text, xcb_timestamp_t since);
 
     /// From now on requests are refused.
@@ -33,7 +34,7 @@ public:
 
     bool isTransferring() const { return !transfers_.empty(); }
 
-    /// Gives up the readers that have taken nothing for `SystemPasteboard::kTransferLimit`.
+    /// Drops the readers that have taken nothing for `SystemPasteboard::kTransferLimit`.
     void dropStalledTransfers();
     void handle(const xcb_generic_event_t& event);
 
