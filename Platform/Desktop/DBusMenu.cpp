@@ -23,7 +23,7 @@ void registerTypes() {
 }
 
 constexpr int kMenuId = 0;
-constexpr uint kRevision = 1;  // the entries never change their number or order
+constexpr uint kRevision = 1;  // the number and order of the entries never change
 
 }  // namespace
 
@@ -51,7 +51,7 @@ QVariantMap DBusMenu::properties(int id, const QStringList& names) const {
         const QAction& entry = *entries_[id - 1];
         // An underscore marks an access key in this protocol.
         all.insert(QStringLiteral("label"), entry.text().replace(QLatin1Char('_'), QStringLiteral("__")));
-        // Always sent, although true is the default: then no host has to handle its removal.
+        // Always sent, although true is the default, so that no host has to handle its removal.
         all.insert(QStringLiteral("enabled"), entry.isEnabled());
     }
     if (names.isEmpty()) return all;
@@ -65,7 +65,7 @@ void DBusMenu::refuse(int id) {
     if (calledFromDBus()) sendErrorReply(QDBusError::InvalidArgs, QStringLiteral("No menu entry %1").arg(id));
 }
 
-/// Refuses a call with a longer list than any host has reason to send; else answers false.
+/// Refuses a call with a longer list than any host has reason to send; otherwise returns false.
 bool DBusMenu::refuseTooMany(qsizetype count) {
     if (count <= DBusLimits::kMaxListSize) return false;
     if (calledFromDBus()) sendErrorReply(QDBusError::LimitsExceeded, QStringLiteral("Too many at once"));

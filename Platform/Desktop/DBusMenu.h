@@ -14,7 +14,7 @@
 
 namespace ravlin {
 
-/// One entry's properties as they travel: (ia{sv}).
+/// One entry's properties as sent over the bus: (ia{sv}).
 struct DBusMenuItem {
     int id = 0;
     QVariantMap properties;
@@ -27,7 +27,7 @@ struct DBusMenuItem {
     }
 };
 
-/// The names of properties that went back to their defaults: (ias).
+/// The names of properties that have returned to their defaults: (ias).
 struct DBusMenuItemKeys {
     int id = 0;
     QStringList properties;
@@ -70,7 +70,7 @@ struct DBusMenuEvent {
 };
 
 /// A flat menu on the session bus under `com.canonical.dbusmenu`, for tray hosts that draw the menu themselves. Entry
-/// number n of the list has the id n + 1; 0 is the menu. The methods are those of the protocol, whose names they have.
+/// number n of the list has the id n + 1; 0 is the menu. The methods are the protocol's, and have its names.
 class DBusMenu final : public QObject, protected QDBusContext {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "com.canonical.dbusmenu")
@@ -80,10 +80,10 @@ class DBusMenu final : public QObject, protected QDBusContext {
     Q_PROPERTY(QStringList IconThemePath READ iconThemePath SCRIPTABLE true CONSTANT)
 
 public:
-    /// Where the menu stands on the bus.
+    /// The menu's path on the bus.
     static QString objectPath() { return QStringLiteral("/MenuBar"); }
 
-    /// Exports `entries`, which must outlive the menu; their texts are fixed, whether they are enabled may change.
+    /// Exports `entries`, which must outlive the menu; their texts are fixed, but they may be enabled and disabled.
     DBusMenu(QList<QAction*> entries, QDBusConnection bus, QObject* parent = nullptr);
     ~DBusMenu() override;
 

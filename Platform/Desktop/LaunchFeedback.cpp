@@ -21,7 +21,7 @@ xcb_window_t rootWindow(xcb_connection_t* connection) {
     return xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
 }
 
-/// What the first message is called, and what each further one.
+/// The type of the first message, and of each further one.
 struct MessageTypes {
     xcb_atom_t begin;
     xcb_atom_t next;
@@ -42,8 +42,8 @@ MessageTypes messageTypes(xcb_connection_t* connection) {
     return {atomOf(connection, begin), atomOf(connection, next)};
 }
 
-/// Sends a text to every program of the desktop, in messages of 20 bytes that belong together by their window. The
-/// terminating NUL is part of it.
+/// Sends a text to every program on the desktop, in messages of 20 bytes that share a window to show that they belong
+/// together. The terminating NUL is sent, too.
 void broadcast(xcb_connection_t* connection, xcb_window_t sender, const QByteArray& text) {
     xcb_client_message_event_t message = {};
     message.response_type = XCB_CLIENT_MESSAGE;

@@ -2,15 +2,15 @@
 
 #include <QByteArray>
 
-/// What an X11 desktop shows while a program starts, for example a busy pointer. Nothing happens on others.
+/// What an X11 desktop shows while a program starts, for example a busy pointer. Does nothing on other desktops.
 namespace ravlin::LaunchFeedback {
 
-/// In bytes; launchers make ids of about a hundred.
+/// In bytes; launchers' ids have about a hundred.
 inline constexpr qsizetype kMaxIdSize = 1024;
 
-/// Ends the feedback of the launch with this id; an empty id stands for none, and so does a longer one than there are.
-/// Qt does so for the window that it shows first, but a program that shows none would seem to be starting for as long
-/// as the desktop has patience.
+/// Ends the feedback for the launch with this id; an empty id means none, and so does one longer than any real one. Qt
+/// does this for the first window that it shows, but a program that shows none would seem to be starting until the
+/// desktop loses patience.
 void finish(const QByteArray& startupId);
 
 }  // namespace ravlin::LaunchFeedback

@@ -30,7 +30,7 @@ constexpr std::uint32_t kNewestVersion = 4;
 constexpr std::uint32_t kShellDestroySince = 3;
 constexpr std::uint32_t kKeyboardOnDemandSince = 4;
 
-// The numbers of the requests, which are their places in the protocol's description.
+// The numbers of the requests: their positions in the protocol's description.
 constexpr std::uint32_t kShellGetLayerSurface = 0;
 constexpr std::uint32_t kShellDestroy = 1;
 constexpr std::uint32_t kSetSize = 0;
@@ -50,9 +50,8 @@ constexpr std::uint32_t kKeyboardOnDemand = 2;
 
 constexpr int kMargin = 4;  // from the screen's edge, or from a bar that has reserved it
 
-/// The description of the protocol, in the form in which libwayland wants it: "u" an unsigned number, "i" a signed one,
-/// "s" a string, "o" an object, "?" if it may be missing, "n" a new one; a number is the version that a message came
-/// with.
+/// The description of the protocol, in the form that libwayland wants: "u" an unsigned number, "i" a signed one, "s" a
+/// string, "o" an object, "?" if it may be missing, "n" a new one; a number is the version that introduced the message.
 class Protocol : NonCopyable {
 public:
     const wl_interface& shell() const noexcept { return shell_; }
@@ -92,7 +91,7 @@ const Protocol& protocol() {
 }  // namespace
 
 void LayerShell::prepare() {
-    // Without it Qt's Wayland plugin gives windows that bypass the window manager a role like all others.
+    // Otherwise Qt's Wayland plugin gives windows that bypass the window manager a role like all others.
     qputenv("QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT", "1");
 }
 
@@ -139,7 +138,7 @@ std::optional<int> LayerShell::attach(QWindow& window, int width) {
     listen(place_, kListener, this);
     send(place_, kSetMargin, kMargin, kMargin, kMargin, kMargin);
     send(place_, kSetKeyboard, version_ >= kKeyboardOnDemandSince ? kKeyboardOnDemand : kKeyboardExclusive);
-    // What holds on to the top and to the bottom is told how much lies between them.
+    // A surface that is anchored to the top and the bottom is told how much lies between them.
     if (!request(QSize(width, 0), kAnchorTop | kAnchorBottom | kAnchorRight)) return std::nullopt;
     return QHighDpi::fromNativePixels(*height_, window_);
 }

@@ -13,32 +13,32 @@ class QWindow;
 
 namespace ravlin {
 
-/// Puts one window at the top right corner of a Wayland screen, above all windows, by the protocol wlr-layer-shell: a
-/// compositor lets no ordinary window choose its place. The window takes the keyboard when it appears, and gives it
-/// away when the user clicks elsewhere, where the compositor knows the protocol's version 4; before that it keeps the
-/// keyboard until it closes.
+/// Puts one window at the top right corner of a Wayland screen, above all other windows, through the wlr-layer-shell
+/// protocol: a compositor lets no ordinary window choose its place. The window takes the keyboard when it appears and,
+/// if the compositor knows version 4 of the protocol, gives it up when the user clicks elsewhere; with older versions
+/// it keeps the keyboard until it closes.
 class LayerShell final : public QObject {
     Q_OBJECT
 
 public:
-    /// To be called before the application object is made: lets windows without a role of Qt's exist.
+    /// Call this before the application object is made, so that there can be windows to which Qt gives no role.
     static void prepare();
 
-    /// Null where Qt does not run on Wayland, or the compositor has no such protocol.
+    /// Null if Qt does not run on Wayland, or the compositor does not have the protocol.
     static std::unique_ptr<LayerShell> connectToCompositor();
 
     ~LayerShell() override;
 
-    /// Gives `window`, which has the flag Qt::BypassWindowManagerHint and is about to be shown for the first time or
-    /// again, its place; `resize` has to follow. The result is how high a window of this width may be there, or nothing
-    /// where that fails: it would stay invisible.
+    /// Gives `window`, which must have the flag Qt::BypassWindowManagerHint and is about to be shown for the first time
+    /// or again, its place; call `resize` next. Returns how high a window of this width may be there, or nothing if
+    /// that fails: the window would stay invisible.
     std::optional<int> attach(QWindow& window, int width);
 
-    /// The window will have another size. Its top right corner stays where it is.
+    /// The window is about to change its size. Its top right corner stays where it is.
     void resize(QSize size);
 
-    /// To be called when the window has been hidden: takes its place back. It has to be destroyed before it is shown
-    /// again, since its surface has had a role.
+    /// Call this when the window has been hidden; it takes the window's place away. The window has to be destroyed
+    /// before it is shown again, since its surface has had a role.
     void detach();
 
 Q_SIGNALS:
@@ -60,7 +60,7 @@ private:
     wl_proxy* surface_ = nullptr;  // of the window; Qt's
     wl_proxy* place_ = nullptr;    // the surface's role
     QWindow* window_ = nullptr;    // while it has its place
-    std::optional<int> height_;    // what the compositor has last asked for
+    std::optional<int> height_;    // what the compositor last asked for
 };
 
 }  // namespace ravlin

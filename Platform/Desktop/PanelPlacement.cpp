@@ -10,13 +10,12 @@
 namespace ravlin::PanelPlacement {
 namespace {
 
-/// An anchor that close to an edge of its screen sits in a bar that has not reserved the edge, for example one that
-/// hides itself.
+/// An anchor this close to an edge of its screen is taken to be in a bar that has not reserved the edge, for example
+/// one that hides itself.
 constexpr int kBarThickness = 64;  // device-independent pixels
 
-/// No screen reaches farther than X11's coordinates do. What hosts say beyond that is no place, and not worth an
-/// overflow.
-constexpr int kFarthest = 1 << 15;  // pixels, of the device or not
+/// No screen reaches farther than X11's coordinates do. Anything beyond that is not a place, and not worth an overflow.
+constexpr int kFarthest = 1 << 15;  // pixels, device-independent or not
 
 enum class Side { below, above, right, left, over };
 
@@ -40,7 +39,7 @@ const Screen* nearestScreen(QPoint point, std::span<const Screen> screens) {
     return nearest == screens.end() ? nullptr : &*nearest;
 }
 
-/// The side on which a bar that has reserved its edge leaves room, or nothing where the anchor lies in no such bar.
+/// The side on which a bar that has reserved its edge leaves room, or nothing if the anchor is in no such bar.
 std::optional<Side> sideOfReservedBar(QPoint center, const QRect& available) {
     if (center.y() < available.top()) return Side::below;
     if (center.y() > available.bottom()) return Side::above;
@@ -49,7 +48,7 @@ std::optional<Side> sideOfReservedBar(QPoint center, const QRect& available) {
     return std::nullopt;
 }
 
-/// The side for an anchor that lies in no bar: where the whole panel has room.
+/// The side for an anchor that is in no bar: where the whole panel has room.
 Side sideOfPoint(const QRect& anchor, const QRect& available, QSize full) {
     if (anchor.bottom() + full.height() <= available.bottom()) return Side::below;
     if (anchor.top() - full.height() >= available.top()) return Side::above;
@@ -80,12 +79,12 @@ QPoint besideAnchor(QSize size, const QRect& anchor, Side side) {
     return centered;
 }
 
-/// Where a stretch of the given length that should start at `wanted` starts, to lie between `first` and `last`.
+/// Where a stretch of the given length has to start, near `wanted`, to lie between `first` and `last`.
 int clampStretch(int wanted, int length, int first, int last) {
     return std::max(first, std::min(wanted, last - length + 1));
 }
 
-/// By how much the edges of icons and screens may have been rounded.
+/// How much the edges of icons and screens may be off through rounding.
 int rounding(const Screen& screen) {
     return screen.devicePixelRatio == std::floor(screen.devicePixelRatio) ? 0 : 1;
 }

@@ -14,7 +14,7 @@ QClipboardPasteboard::QClipboardPasteboard()
     QObject::connect(clipboard_, &QClipboard::dataChanged, &listener_, [this] { noteChange(); });
 }
 
-/// By the names of the types: Qt's own idea of "has text" includes lists of files.
+/// Goes by the names of the types: Qt's own idea of "has text" includes lists of files.
 std::optional<std::string> QClipboardPasteboard::read(Type type) {
     const std::optional<TextFormats::Match> match = TextFormats::best(type, types());
     if (!match) return std::nullopt;
@@ -31,7 +31,7 @@ std::vector<std::string> QClipboardPasteboard::types() const {
     return names;
 }
 
-/// Qt tells a change before it returns.
+/// Qt signals the change before `setText` returns.
 bool QClipboardPasteboard::write(const Text& text, std::int64_t /*count*/) {
     const std::int64_t before = countSoFar();
     clipboard_->setText(QString::fromStdString(*text));

@@ -11,9 +11,9 @@
 
 namespace ravlin {
 
-/// QClipboard, for platforms of Qt that have no other clipboard: it reaches as far as Qt's platform plugin does, and
-/// counts what Qt signals. Belongs to the application object's thread, and must not be used after that object's end.
-/// Nothing lingers.
+/// QClipboard, for Qt platforms that have no other clipboard: it reaches as far as Qt's platform plugin does, and
+/// counts the changes that Qt signals. Belongs to the application object's thread, and must not be used after that
+/// object is gone. Nothing lingers.
 class QClipboardPasteboard final : public SystemPasteboard {
 public:
     QClipboardPasteboard();

@@ -10,7 +10,7 @@
 namespace ravlin {
 namespace {
 
-/// How long those who have asked for our text may take for it when the program ends.
+/// How long programs that have asked for our text may take to read it when this one ends.
 constexpr std::chrono::milliseconds kFarewell{100};
 
 }  // namespace
@@ -21,8 +21,8 @@ std::unique_ptr<QtWaylandPasteboard> QtWaylandPasteboard::open(wl_display* displ
 }
 
 QtWaylandPasteboard::QtWaylandPasteboard() : FocusPasteboard(ReadLimits{}) {
-    // Qt reads from the connection in a thread of its own, and wakes this one each time, but knows of no other events
-    // than its own. Those of this object are handled by the time this thread goes to sleep again.
+    // Qt reads from the connection in a thread of its own, and wakes this one each time, but handles no events other
+    // than its own. Those of this object are handled before this thread goes back to sleep.
     QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, &listener_,
                      [this] { processEvents(); });
     QObject::connect(qGuiApp, &QCoreApplication::aboutToQuit, &listener_, [this] {
@@ -31,8 +31,8 @@ QtWaylandPasteboard::QtWaylandPasteboard() : FocusPasteboard(ReadLimits{}) {
     });
 }
 
-/// What the clipboard offers to a program Weston lets be read once only: from the latest of the program's offers. The
-/// others are at their end at once. So what is empty here may have been for Qt to read.
+/// Weston lets a program read the clipboard through only one of its offers, the latest. The others end at once. So what
+/// is empty here may be there for Qt to read.
 std::optional<std::string> QtWaylandPasteboard::read(Type type) {
     const std::optional<std::string> content = FocusPasteboard::read(type);
     return content == "" ? QClipboardPasteboard().data(type).value_or("") : content;

@@ -13,12 +13,12 @@ namespace {
 constexpr QLatin1String kName("org.ravlin.ravlin-symbolic");
 constexpr QLatin1String kFile("/hicolor/symbolic/apps/org.ravlin.ravlin-symbolic.svg");
 
-/// Every theme falls back to hicolor, so the theme that is set, installed or not, plays no part.
+/// Every theme falls back to hicolor, so it does not matter which theme is set, or whether it is installed.
 bool isInstalled() {
     return !QStandardPaths::locate(QStandardPaths::GenericDataLocation, QStringLiteral("icons") + kFile).isEmpty();
 }
 
-/// A copy that is not the system's has them beside itself.
+/// A copy of the program that is not the system's has its themes next to it.
 QString ownThemes() {
     const QString path = QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../share/icons"));
     return QFileInfo::exists(path + kFile) ? path : QString();

@@ -12,8 +12,8 @@
 namespace ravlin {
 namespace {
 
-/// What a host gave as the place of a click: hosts that do not know it give the origin, and those on Wayland give
-/// coordinates of a surface of theirs.
+/// The place of a click as a host gave it, null if useless: hosts that do not know it give the origin, and those on
+/// Wayland give coordinates in a surface of their own.
 QRect clickedPoint(QPoint where) {
     if (!WindowSystem::isX11() || where.isNull()) return {};
     return {PanelPlacement::fromDevicePixels(where, PanelPlacement::currentScreens()), QSize(1, 1)};
@@ -59,9 +59,9 @@ bool StatusItem::eventFilter(QObject* watched, QEvent* event) {
     return QObject::eventFilter(watched, event);
 }
 
-/// Qt decides between its own StatusNotifierItem and XEmbed when a process makes its first QSystemTrayIcon, and never
-/// again: so there is none where a watcher may be there. One that has been met and went away is restarting, or has its
-/// screen locked.
+/// Qt chooses between its own StatusNotifierItem and XEmbed when a process makes its first QSystemTrayIcon, and never
+/// again, so we make none while there may be a watcher. A watcher that was there and went away is restarting, or the
+/// screen is locked.
 void StatusItem::followWatcher() {
     if (notifierItem_.registration() != StatusNotifierItem::Registration::noWatcher)
         hideXEmbedIcon();
@@ -78,7 +78,7 @@ void StatusItem::showXEmbedIcon() {
         if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::MiddleClick)
             Q_EMIT activated(xembedIcon_->geometry(), {});
     });
-    QSystemTrayIcon::isSystemTrayAvailable();  // Qt begins to watch the tray here, and would outdo whoever began before
+    QSystemTrayIcon::isSystemTrayAvailable();  // Qt begins to watch the tray here, and would undo an earlier watch
     xembedColors_ = std::make_unique<TrayColors>();
     connect(xembedColors_.get(), &TrayColors::changed, this, &StatusItem::paintXEmbedIcon);
     paintXEmbedIcon();
@@ -94,7 +94,7 @@ void StatusItem::paintXEmbedIcon() {
     xembedIcon_->setIcon(drawnIcon(xembedColors_->foreground().value_or(QColor(StatusIcon::kColorForAnyTray))));
 }
 
-/// Made at its first use, which most desktops never come to.
+/// Made at its first use; most desktops never need it.
 QMenu& StatusItem::popupMenu() {
     if (popupMenu_ == nullptr) {
         popupMenu_ = std::make_unique<QMenu>();

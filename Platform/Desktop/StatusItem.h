@@ -16,8 +16,8 @@
 
 namespace ravlin {
 
-/// The icon in the tray with its small menu: a StatusNotifierItem where the desktop has a watcher for them; on X11 an
-/// XEmbed icon for as long as none has come. A tray that comes late or restarts is noticed by itself.
+/// The icon in the tray with its small menu: a StatusNotifierItem if the desktop has a watcher for them; on X11 an
+/// XEmbed icon until one appears. A tray that comes late or restarts is noticed automatically.
 class StatusItem final : public QObject {
     Q_OBJECT
 
@@ -25,15 +25,15 @@ public:
     /// Shows the icon as soon as there is a tray. `bus` is the session bus; it need not be connected.
     explicit StatusItem(const QDBusConnection& bus, QObject* parent = nullptr);
 
-    /// Whether a check for updates can be chosen in the menu; it can at first.
+    /// Whether the menu's check for updates is enabled; it is at first.
     void setCanCheckForUpdates(bool canCheck) { checkForUpdatesAction_.setEnabled(canCheck); }
 
-    /// Whether some tray shows the icon, as far as the desktop tells.
+    /// Whether a tray shows the icon, as far as the desktop says.
     bool isShown() const;
 
 Q_SIGNALS:
-    /// The icon was clicked. `icon` is where it is, in device-independent pixels, or a point of it, or null where the
-    /// desktop does not tell; `activationToken` allows to raise a window, or is "".
+    /// The icon was clicked. `icon` is its rectangle or a point in it, in device-independent pixels, or null if the
+    /// desktop does not say; `activationToken` allows raising a window, or is "".
     void activated(const QRect& icon, const QString& activationToken);
 
     /// An entry of the menu was chosen.
@@ -41,7 +41,7 @@ Q_SIGNALS:
     void checkForUpdatesRequested();
     void quitRequested();
 
-    /// `isShown` may answer differently now.
+    /// `isShown` may have changed.
     void shownChanged();
 
 protected:

@@ -21,12 +21,12 @@ constexpr QLatin1String kItemPath("/StatusNotifierItem");
 
 QDBusMessage watcherCall(const QString& interface, const QString& method, const QVariantList& arguments) {
     QDBusMessage call = QDBusMessage::createMethodCall(kWatcherService, kWatcherPath, interface, method);
-    call.setAutoStartService(false);  // a desktop without a tray shall not get one from us
+    call.setAutoStartService(false);  // a desktop without a tray must not get one from us
     call.setArguments(arguments);
     return call;
 }
 
-/// Waits for the bus, but not for one that has been stopped.
+/// Waits for the bus, but gives up on one that has been stopped.
 bool isWatcherThere(const QDBusConnection& bus) {
     constexpr int kAnswerLimit = 1000;  // ms
     QDBusMessage call =
@@ -55,7 +55,7 @@ StatusNotifierItem::StatusNotifierItem(QDBusConnection bus, QObject* parent)
     bus_.registerObject(kItemPath, this, QDBusConnection::ExportScriptableContents);
     connect(&watcherWatcher_, &QDBusServiceWatcher::serviceRegistered, this, &StatusNotifierItem::registerWithWatcher);
     connect(&watcherWatcher_, &QDBusServiceWatcher::serviceUnregistered, this, &StatusNotifierItem::loseWatcher);
-    // From any sender: naming the watcher would wait for the bus to tell its owner.
+    // From any sender: naming the watcher would mean waiting for the bus to name its owner.
     bus_.connect({}, kWatcherPath, kWatcherService, QStringLiteral("StatusNotifierHostRegistered"), this,
                  SLOT(registerWithWatcher()));
 }
@@ -102,7 +102,7 @@ void StatusNotifierItem::loseWatcher() {
     setRegistration(Registration::noWatcher);
 }
 
-/// The answer to an older question, perhaps of a watcher that is gone, says nothing any more.
+/// The answer to an older question, perhaps from a watcher that is gone, no longer counts.
 void StatusNotifierItem::ask(const QDBusMessage& question, std::function<void(const QDBusPendingCall&)> whenAnswered) {
     const auto* pending = new QDBusPendingCallWatcher(bus_.asyncCall(question), this);
     connect(pending, &QDBusPendingCallWatcher::finished, this,

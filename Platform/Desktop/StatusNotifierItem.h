@@ -17,7 +17,7 @@
 
 namespace ravlin {
 
-/// A picture as it travels: (iiay), the pixels as 32 bits ARGB in network byte order.
+/// A picture as sent over the bus: (iiay), with the pixels as 32-bit ARGB in network byte order.
 struct StatusNotifierPixmap {
     int width = 0;
     int height = 0;
@@ -47,8 +47,8 @@ struct StatusNotifierToolTip {
 };
 
 /// The tray icon on the session bus under `org.kde.StatusNotifierItem`. It registers with the desktop's
-/// StatusNotifierWatcher, again whenever that restarts or a host comes. Properties, methods and D-Bus signals are those
-/// of the protocol, whose names they have.
+/// StatusNotifierWatcher, and again whenever that restarts or a host appears. Properties, methods and D-Bus signals are
+/// the protocol's, and have its names.
 class StatusNotifierItem final : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierItem")
@@ -74,23 +74,23 @@ public:
     enum class Registration {
         asked,      // the watcher has not answered yet
         noWatcher,  // this desktop has none, or it refused
-        noHost,     // registered, but nobody shows items
+        noHost,     // registered, but no host shows items
         shown
     };
 
     explicit StatusNotifierItem(QDBusConnection bus, QObject* parent = nullptr);
     ~StatusNotifierItem() override;
 
-    /// Registers the item, once everybody who wants to know has connected to its signals.
+    /// Registers the item. Connect to its signals before this.
     void start();
 
     Registration registration() const { return registration_; }
 
-    /// Whether a watcher has been there at any time. One that has just come and has not been told yet counts: asks the
-    /// bus, and waits for its answer.
+    /// Whether there has ever been a watcher. One that has just appeared and has not been announced yet counts: asks
+    /// the bus, and waits for its answer.
     bool hasMetWatcher();
 
-    /// The token that the host gave for raising a window, once.
+    /// The token that the host gave for raising a window; returned only once.
     QString takeActivationToken() { return std::exchange(activationToken_, {}); }
 
     static QString category() { return QStringLiteral("ApplicationStatus"); }
@@ -114,12 +114,12 @@ public:
     Q_SLOT Q_SCRIPTABLE void ProvideXdgActivationToken(const QString& token);
 
 Q_SIGNALS:
-    /// The host is to paint the icon anew.
+    /// Asks the host to repaint the icon.
     Q_SCRIPTABLE void NewIcon();
 
     void registrationChanged();
 
-    /// The icon was clicked at this point, in pixels of the device; hosts on Wayland give coordinates of no use.
+    /// The icon was clicked at this point, in device pixels; hosts on Wayland give useless coordinates.
     void activated(QPoint where);
     void contextMenuRequested(QPoint where);
 

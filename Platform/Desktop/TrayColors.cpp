@@ -43,7 +43,7 @@ bool TrayColors::nativeEventFilter(const QByteArray& /*eventType*/, void* messag
     const int type = event->response_type & 0x7f;
     if (type == XCB_CLIENT_MESSAGE) {
         const auto* announcement = static_cast<const xcb_client_message_event_t*>(message);
-        // Later, for Qt handles the same message, and then says itself what it wants to hear of the tray's window.
+        // Later, because Qt handles the same message, and then selects its own events of the tray's window.
         if (announcement->type == manager_ && announcement->data.data32[1] == selection_)
             QMetaObject::invokeMethod(this, "watchTray", Qt::QueuedConnection);
     } else if (type == XCB_PROPERTY_NOTIFY) {
@@ -62,7 +62,7 @@ void TrayColors::watchTray() {
         xcb_get_window_attributes_reply(connection_, xcb_get_window_attributes(connection_, tray_), nullptr),
         &std::free);
     if (attributes != nullptr) {
-        // On top of what Qt listens for on the same connection.
+        // In addition to what Qt listens for on the same connection.
         const std::uint32_t mask = attributes->your_event_mask | XCB_EVENT_MASK_PROPERTY_CHANGE;
         xcb_change_window_attributes(connection_, tray_, XCB_CW_EVENT_MASK, &mask);
     }

@@ -12,7 +12,7 @@ struct xcb_connection_t;
 
 namespace ravlin {
 
-/// The colours of the XEmbed tray on an X11 desktop, as it tells them in `_NET_SYSTEM_TRAY_COLORS`. The tray may come
+/// The colours of the XEmbed tray on an X11 desktop, as it states them in `_NET_SYSTEM_TRAY_COLORS`. The tray may come
 /// late, be replaced, or change its colours.
 class TrayColors final : public QObject, private QAbstractNativeEventFilter {
     Q_OBJECT
@@ -21,7 +21,7 @@ public:
     explicit TrayColors(QObject* parent = nullptr);
     ~TrayColors() override;
 
-    /// The colour of one-coloured icons there; nullopt where no tray tells one.
+    /// The colour for single-coloured icons there; nullopt if no tray states one.
     std::optional<QColor> foreground() const { return foreground_; }
 
 Q_SIGNALS:
@@ -32,7 +32,7 @@ private:
     Q_SLOT void watchTray();
     void readColors();
 
-    xcb_connection_t* connection_ = nullptr;  // Qt's; none on other desktops
+    xcb_connection_t* connection_ = nullptr;  // Qt's; null on other desktops
     std::uint32_t selection_ = 0;
     std::uint32_t colors_ = 0;
     std::uint32_t manager_ = 0;
