@@ -16,11 +16,11 @@
 namespace ravlin {
 namespace {
 
-/// A click on the icon takes the focus from the panel, which closes, before the click itself is told: it is told when
-/// the button is released, and through another process.
+/// A click on the icon takes the focus from the panel, which closes, before the click itself is reported: that happens
+/// when the button is released, and through another process.
 constexpr qint64 kClickDuration = 500;  // ms
 
-/// How thick the bars of a desktop may be, all together, that does not tell.
+/// How thick the bars of a desktop may be, all together, if it does not say.
 constexpr int kBarAllowance = 64;  // device-independent pixels
 
 using WindowSystem::isWayland;
@@ -38,7 +38,7 @@ PanelPresenter::PanelPresenter(UpdaterController& updater, QObject* parent) : QO
 
 PanelPresenter::~PanelPresenter() {
     if (panel_ != nullptr) panel_->removeEventFilter(this);
-    layerShell_.reset();  // before the surface whose role it is
+    layerShell_.reset();  // before the surface to which it gives a role
 }
 
 void PanelPresenter::toggle(const QRect& icon, const QString& activationToken) {
@@ -57,7 +57,7 @@ bool PanelPresenter::isOpen() const {
     return panel_ != nullptr && panel_->isVisible();
 }
 
-/// Each closing answers for one click at most.
+/// Each closing accounts for one click at most.
 bool PanelPresenter::wasClosedByThisClick() {
     const bool wasClosed = sinceDismissal_.isValid() && !sinceDismissal_.hasExpired(kClickDuration);
     sinceDismissal_.invalidate();
@@ -83,7 +83,7 @@ MenuView& PanelPresenter::panel() {
 }
 
 void PanelPresenter::openAt(const QRect& anchor, const QString& activationToken) {
-    // Qt's Wayland plugin takes it from here when a window asks to be activated.
+    // Qt's Wayland plugin takes it from there when a window asks to be activated.
     if (isWayland() && !activationToken.isEmpty()) qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
     sinceDismissal_.invalidate();
     Q_EMIT opening();
@@ -93,13 +93,13 @@ void PanelPresenter::openAt(const QRect& anchor, const QString& activationToken)
     panel().activateWindow();
 }
 
-/// Chooses where the panel opens. There it stays: what its content needs later, it finds below or does without, so that
-/// nothing moves away under the pointer.
+/// Chooses where the panel opens, and stays. What its content needs later has to fit below, or is left out of sight, so
+/// that nothing moves away under the pointer.
 void PanelPresenter::place(const QRect& anchor) {
     panel();
     leaveLayer();
     if (placeInLayer()) return;
-    if (isWayland()) {  // the compositor chooses, and does not say how much room its bars have left
+    if (isWayland()) {  // the compositor chooses, and does not say how much room its bars leave
         panel_->setRoom(panel_->screen()->availableGeometry().height() - kBarAllowance);
         return;
     }
@@ -109,11 +109,11 @@ void PanelPresenter::place(const QRect& anchor) {
     panel_->move(place.topLeft);
 }
 
-/// Gives the panel, which is about to be shown, its corner of the screen. Where that fails it becomes an ordinary
+/// Gives the panel, which is about to be shown, its corner of the screen. If that fails, the panel becomes an ordinary
 /// window.
 bool PanelPresenter::placeInLayer() {
     if (layerShell_ == nullptr) return false;
-    panel_->winId();  // makes the window that the corner is for
+    panel_->winId();  // creates the window that the corner is for
     if (const std::optional<int> room = layerShell_->attach(*panel_->windowHandle(), panel_->width())) {
         panel_->setRoom(*room);
         layerShell_->resize(panel_->size());
@@ -126,12 +126,12 @@ bool PanelPresenter::placeInLayer() {
 }
 
 bool PanelPresenter::eventFilter(QObject* watched, QEvent* event) {
-    // Not within the event: what it is about must not be destroyed meanwhile.
+    // Not within the event: the window that it is about must not be destroyed meanwhile.
     if (watched == panel_.get() && event->type() == QEvent::Hide) leaving_.start(0);
     return false;
 }
 
-/// A surface that has had its place cannot have another one: the next opening makes a new window.
+/// A surface that has had its place cannot get another one: the next opening makes a new window.
 void PanelPresenter::leaveLayer() {
     if (layerShell_ == nullptr || isOpen()) return;
     layerShell_->detach();

@@ -14,7 +14,7 @@ class LayerShell;
 class MenuView;
 class UpdaterController;
 
-/// Opens and closes the panel at the tray icon. The panel is built when it is first opened, and lives from then on.
+/// Opens and closes the panel at the tray icon. The panel is built when it is first opened, and kept from then on.
 class PanelPresenter final : public QObject {
     Q_OBJECT
 
@@ -23,10 +23,10 @@ public:
     explicit PanelPresenter(UpdaterController& updater, QObject* parent = nullptr);
     ~PanelPresenter() override;
 
-    /// What a click on the icon does: closes the panel where it is open, opens it under `icon` where it is not.
+    /// Handles a click on the icon: closes the panel if it is open, otherwise opens it under `icon`.
     void toggle(const QRect& icon, const QString& activationToken);
 
-    /// Opens the panel at the pointer, or brings it to the front where it is open already, with the keyboard in its
+    /// Opens the panel at the pointer, or brings it to the front if it is open already, with keyboard focus in its
     /// search field.
     void open(const QString& activationToken);
 
@@ -48,7 +48,7 @@ private:
     void leaveLayer();
 
     UpdaterController& updater_;
-    std::unique_ptr<LayerShell> layerShell_;  // where the compositor has one
+    std::unique_ptr<LayerShell> layerShell_;  // if the compositor has one
     std::unique_ptr<MenuView> panel_;
     QElapsedTimer sinceDismissal_;
     QTimer leaving_;

@@ -18,11 +18,11 @@ std::array<int, 2> pipeEnds = {-1, -1};  // NOLINT(cppcoreguidelines-avoid-non-c
 void passOn(int /*signal*/) {
     const int savedError = errno;
     const char wakeUp = 0;
-    [[maybe_unused]] const ssize_t written = write(pipeEnds[1], &wakeUp, 1);  // a full pipe wakes up as well
+    [[maybe_unused]] const ssize_t written = write(pipeEnds[1], &wakeUp, 1);  // a full pipe wakes it up, too
     errno = savedError;
 }
 
-/// A signal that was ignored when the program started stays so: that is what nohup asks for.
+/// A signal that was ignored when the program started stays ignored: that is what nohup asks for.
 void handleWith(void (*handler)(int)) {
     struct sigaction action = {};
     action.sa_handler = handler;  // NOLINT(cppcoreguidelines-pro-type-union-access)
@@ -48,7 +48,7 @@ QuitSignals::QuitSignals() {
 
 QuitSignals::~QuitSignals() {
     if (notifier_ == nullptr) return;
-    // The program is on its way out; asking again must not end it before it has handed the clipboard over.
+    // The program is already quitting; a second signal must not end it before it has handed over the clipboard.
     handleWith(SIG_IGN);
     notifier_.reset();
     for (const int end : pipeEnds) close(end);

@@ -7,12 +7,13 @@
 
 namespace ravlin {
 
-/// The end of a desktop session, Ctrl+C and kill, as a Qt signal: SIGTERM, SIGINT and SIGHUP. One object at a time.
+/// The end of a desktop session, Ctrl+C and kill, as a Qt signal: SIGTERM, SIGINT and SIGHUP. Only one object at a
+/// time.
 class QuitSignals final : public QObject {
     Q_OBJECT
 
 public:
-    /// From here on the three signals no longer end the program themselves.
+    /// From now on the three signals no longer end the program by themselves.
     QuitSignals();
     ~QuitSignals() override;
 

@@ -18,8 +18,8 @@
 namespace ravlin {
 namespace {
 
-/// How long a desktop has, at most, to show the icon before the panel is shown instead. Long enough for a tray that
-/// starts together with Ravlin at login, short enough for a user who waits for something to happen.
+/// How long a desktop has to show the icon before the panel is shown instead. Long enough for a tray that starts
+/// together with Ravlin at login, short enough for a user who is waiting for something to happen.
 constexpr std::chrono::seconds kTrayLimit{2};
 
 /// Returns the memory of a large text to the system as soon as the text is gone. By default the first such text teaches
@@ -33,7 +33,7 @@ void giveLargeMemoryBack() {
 }
 
 void describeApplication() {
-    // Nothing of the user's belongs in a log, and one full of a toolkit's remarks is not read.
+    // No data of the user's belongs in a log, and no one reads a log full of a toolkit's remarks.
     QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false\n*.info=false\n*.warning=false"));
     QCoreApplication::setApplicationName(QStringLiteral("ravlin"));
     QCoreApplication::setApplicationVersion(QStringLiteral(RAVLIN_VERSION));
@@ -47,8 +47,7 @@ const char* textOf(const char* variable) {
     return value == nullptr ? "not set" : value;
 }
 
-/// Stands in for Qt's own handling of messages while the application is made: Qt knows nothing else than to abort where
-/// there is no display.
+/// Replaces Qt's own message handling while the application is made: all Qt can do without a display is abort.
 void endWithoutDisplay(QtMsgType type, const QMessageLogContext& /*context*/, const QString& /*message*/) {
     if (type != QtFatalMsg) return;
     std::cerr << "ravlin: no display can be opened (WAYLAND_DISPLAY is " << textOf("WAYLAND_DISPLAY") << ", DISPLAY is "
@@ -56,7 +55,7 @@ void endWithoutDisplay(QtMsgType type, const QMessageLogContext& /*context*/, co
     std::_Exit(EXIT_FAILURE);
 }
 
-/// What a start comes to that has found another Ravlin.
+/// The exit status of a start that has found another Ravlin running.
 int statusOf(SingleInstance::Role role) {
     if (role == SingleInstance::Role::second) return EXIT_SUCCESS;
     std::cerr << "ravlin: it runs already, but does not answer; was it stopped?\n";
@@ -116,7 +115,7 @@ void RavlinApp::connectStatusItem() {
     connect(&statusItem_, &StatusItem::quitRequested, this, &RavlinApp::quit);
 }
 
-/// On a desktop that shows no icon the panel is shown instead, so that the program can be seen to have started.
+/// On a desktop that shows no icon, the panel is shown instead, so that the user can see that the program has started.
 void RavlinApp::waitForTray(const Launch& launch) {
     connect(&statusItem_, &StatusItem::shownChanged, &trayDeadline_, [this, launch] {
         if (!trayDeadline_.isActive() || !statusItem_.isShown()) return;

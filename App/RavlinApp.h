@@ -22,16 +22,16 @@ class RavlinApp final : public QObject {
     Q_OBJECT
 
 public:
-    /// The program from its start to its end; its result is the exit status.
+    /// Runs the program from start to end, and returns its exit status.
     static int main(int argc, char** argv);
 
-    /// Shows the icon. The application object is there, and `instance` has the program's name.
+    /// Shows the icon. The application object must exist, and `instance` must hold the program's name.
     RavlinApp(SingleInstance& instance, const Launch& launch);
 
-    /// Takes the clipboard away, for what the program does last.
+    /// Hands over the clipboard, for the program's last act.
     std::unique_ptr<SystemPasteboard> releasePasteboard() { return clipboard_.release(); }
 
-    /// The file to start in place of this program; empty unless an update has put a new one there.
+    /// The file to start in place of this program; empty unless an update has installed a new one.
     const QString& successor() const { return successor_; }
 
 private:

@@ -17,18 +17,18 @@ namespace {
 
 constexpr std::chrono::milliseconds kAnswerLimit{2000};
 
-/// Asks the bus for something that every bus knows. Returns when it has answered, or cannot be reached at all.
+/// Asks the bus something that every bus knows. Returns once it has answered, or if it cannot be reached at all.
 void askBus() {
     const auto connection = QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("probe"));
     if (connection.isConnected()) connection.interface()->isServiceRegistered(QStringLiteral("org.freedesktop.DBus"));
 }
 
-/// Whether `child` ends by itself within the limit. It is gone in any case.
+/// Whether `child` ends by itself within the limit. Afterwards it is gone in any case.
 bool endsInTime(pid_t child) {
     const int descriptor = static_cast<int>(syscall(SYS_pidfd_open, child, 0));
     pollfd watched = {.fd = descriptor, .events = POLLIN, .revents = 0};
-    // Without the descriptor, which every kernel since 5.3 gives, there is nothing to wait with: then the bus is
-    // trusted.
+    // Without the descriptor, which every kernel since 5.3 provides, there is nothing to wait with: the bus is trusted
+    // then.
     const bool hasEnded = descriptor < 0 || poll(&watched, 1, static_cast<int>(kAnswerLimit.count())) != 0;
     if (!hasEnded) kill(child, SIGKILL);
     waitpid(child, nullptr, 0);
@@ -39,7 +39,7 @@ bool endsInTime(pid_t child) {
 }  // namespace
 
 void SessionBus::avoidIfSilent() {
-    // A wait inside of Qt cannot be ended from outside, so that a process of its own waits.
+    // A wait inside Qt cannot be ended from outside, so a separate process does the waiting.
     const pid_t child = fork();
     if (child == 0) {
         askBus();

@@ -13,10 +13,11 @@ constexpr QLatin1String kPath("/org/ravlin/ravlin");
 constexpr QLatin1String kActivationToken("activation-token");
 constexpr QLatin1String kStartupId("desktop-startup-id");
 
-/// The first instance answers at once unless it is waiting for a hung clipboard, and that wait has this limit as well.
+/// The first instance answers at once unless it is waiting for a hung clipboard, and such a wait stays within this
+/// limit.
 constexpr int kAnswerLimit = 2500;  // ms
 
-/// The text of this name; "" where there is none, or something else.
+/// The text of this name; "" if there is none, or something else.
 QString textIn(const QVariantMap& platformData, QLatin1String name) {
     const QVariant value = platformData.value(name);
     return value.userType() == QMetaType::QString ? DBusLimits::accept(value.toString()) : QString();

@@ -10,7 +10,7 @@
 namespace ravlin {
 namespace {
 
-/// The last resort, where no other way leads to the desktop's clipboard: whatever Qt's windows have.
+/// The last resort if nothing else reaches the desktop's clipboard: whatever Qt's windows have.
 std::unique_ptr<SystemPasteboard> openThroughQt(std::string& whyNot) {
     if (wl_display* const display = WindowSystem::waylandDisplay()) return QtWaylandPasteboard::open(display, whyNot);
     if (!WindowSystem::isX11()) return std::make_unique<QClipboardPasteboard>();
@@ -18,7 +18,7 @@ std::unique_ptr<SystemPasteboard> openThroughQt(std::string& whyNot) {
     return nullptr;
 }
 
-/// All ways to the clipboard, the best first.
+/// All ways to the clipboard, best first.
 std::vector<PasteboardBackEnd> backEnds() {
     const auto better = pasteboardBackEnds();
     std::vector<PasteboardBackEnd> all(better.begin(), better.end());
@@ -52,8 +52,8 @@ std::unique_ptr<SystemPasteboard> SystemClipboard::release() {
     return std::move(pasteboard_);
 }
 
-/// A broken connection is left alone until the panel opens again: one that breaks again at once must not keep the
-/// program busy.
+/// A broken connection is left alone until the panel opens again: one that keeps breaking must not keep the program
+/// busy.
 void SystemClipboard::processEvents() {
     pasteboard_->processEvents();
     if (pasteboard_->fileDescriptor() < 0) notifier_->setEnabled(false);

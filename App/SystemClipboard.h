@@ -9,8 +9,8 @@
 
 namespace ravlin {
 
-/// The desktop's clipboard as the program's general pasteboard: connects it with the event loop, and opens it anew
-/// where its connection is lost.
+/// The desktop's clipboard as the program's general pasteboard: connects it to the event loop, and reopens it if its
+/// connection is lost.
 class SystemClipboard final : public QObject {
     Q_OBJECT
 
@@ -18,10 +18,10 @@ public:
     SystemClipboard();
     ~SystemClipboard() override;
 
-    /// Opens the clipboard where it is not open, for example because its connection broke.
+    /// Opens the clipboard if it is not open, for example because its connection broke.
     void ensureOpen();
 
-    /// Takes the clipboard out of the event loop, for the program's end; null where there is none.
+    /// Takes the clipboard out of the event loop, for the program's end; null if there is none.
     std::unique_ptr<SystemPasteboard> release();
 
 private:

@@ -15,7 +15,7 @@
 namespace ravlin {
 
 struct UpdaterController::Component {
-    std::unique_ptr<UpdateState> state;  // of a single-file copy, like the schedule
+    std::unique_ptr<UpdateState> state;  // for a single-file copy only, like the schedule
     std::unique_ptr<UpdateSchedule> schedule;
     std::unique_ptr<UpdateSource> source;
     std::unique_ptr<Updater> updater;

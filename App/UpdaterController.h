@@ -9,7 +9,7 @@ namespace ravlin {
 
 class UserDriver;
 
-/// The application's wrapper of the update component: one object for the program's whole life. The component starts
+/// The application's wrapper around the update component: one object for the program's whole life. The component starts
 /// with it, and runs whatever scheduled checks its settings ask for.
 class UpdaterController final : public QObject {
     Q_OBJECT
@@ -19,23 +19,23 @@ public:
     explicit UpdaterController(UserDriver& userDriver, QObject* parent = nullptr);
     ~UpdaterController() override;
 
-    /// Whether a check asked for by the user may start now. Read whenever the panel is drawn.
+    /// Whether the user may start a check now. Read whenever the panel is drawn.
     bool canCheckForUpdates() const;
 
-    /// Starts a check asked for by the user; where a window of an earlier one waits for an answer, brings it to the
+    /// Starts a check at the user's request; if a window of an earlier one is waiting for an answer, brings it to the
     /// front.
     void checkForUpdates();
 
 Q_SIGNALS:
     void canCheckForUpdatesChanged();
 
-    /// A new version is in place: the program is to quit, and `file` to be started instead.
+    /// A new version is in place: quit the program, and start `file` instead.
     void relaunchRequested(const QString& file);
 
 private:
     struct Component;
 
-    std::unique_ptr<Component> component_;  // none where its settings cannot be used
+    std::unique_ptr<Component> component_;  // null if its settings cannot be used
 };
 
 }  // namespace ravlin
