@@ -19,7 +19,7 @@ inline bool eventually(const std::function<bool()>& condition) {
     return QTest::qWaitFor(condition, 10'000);
 }
 
-/// A connection to the session bus of its own: another program, as far as the bus can tell.
+/// A separate connection to the session bus: another program, as far as the bus can tell.
 class BusConnection : NonCopyable {
 public:
     BusConnection() : name_(QStringLiteral("fake%1").arg(++count_)) {
@@ -45,7 +45,7 @@ public:
         bus().registerObject(QStringLiteral("/StatusNotifierWatcher"), this, QDBusConnection::ExportScriptableContents);
         bus().registerService(serviceName());
     }
-    /// What the bus tells the program under test after this is not about this tray any more.
+    /// Nothing that the bus reports to the program under test after this is about this tray any more.
     ~FakeTray() override {
         bus().unregisterService(serviceName());
         QDBusConnection::sessionBus().interface()->isServiceRegistered(serviceName());

@@ -12,21 +12,21 @@
 
 namespace ravlin::tests {
 
-// What tests that hold for every clipboard need of the one they run on; each test program has its own.
+// What tests for every clipboard need from the one they run on; each test program implements it.
 
-/// The pasteboard of the display that the test runs on; the test fails where there is none.
+/// The pasteboard of the display that the test runs on; the test fails if there is none.
 std::unique_ptr<SystemPasteboard> openBackEnd(ReadLimits limits = {});
 
 /// A program that has copied.
 std::unique_ptr<ForeignProgram> copyElsewhere(const OwnerPlan& plan);
 
-/// What a program gets that pastes as `target` while `pasteboard` serves; nothing where that is not on the clipboard.
+/// What a program gets that pastes as `target` while `pasteboard` serves; nothing if that is not on the clipboard.
 std::optional<std::string> pasteElsewhere(const std::string& target, SystemPasteboard& pasteboard);
 
-/// Whether a text that its program did not hand over to the end can always be told from a whole one.
+/// Whether a text that its program did not deliver to the end can always be distinguished from a whole one.
 extern const bool kTellsTheEndOfATextFromADeath;
 
-/// Whether a copy in the very moment of a write is never overwritten.
+/// Whether a copy made at the moment of a write is never overwritten.
 extern const bool kKeepsCopiesInTheMomentOfAWrite;
 
 /// Programs of the system. The first copies its input and stays to serve it; the second writes the clipboard's text.
@@ -36,7 +36,7 @@ extern const std::vector<std::string> kPastingProgram;
 // What they share.
 
 /// Does what the application's event loop does, until `condition` holds: handles events whenever the descriptor says
-/// that there are some, and never otherwise. False where the condition does not come to hold.
+/// that there are some, and never otherwise. False if the condition is never met.
 bool serveUntil(SystemPasteboard& pasteboard, const std::function<bool()>& condition);
 
 /// What a program writes to its standard output while the pasteboard serves it.
@@ -53,10 +53,10 @@ private:
     Process process_;
 };
 
-/// Waits until another program's copy, which it makes in its own time, is on the clipboard.
+/// Waits until another program's copy, made in that program's own time, is on the clipboard.
 bool waitForChange(SystemPasteboard& pasteboard, std::int64_t countBefore);
 
-/// X servers count milliseconds: what happens in the same one or the next has no order that they know of.
+/// X servers count milliseconds: they know no order of what happens in the same one or the next.
 void letServerTimePass();
 
 /// How long `action` takes.

@@ -6,13 +6,13 @@
 
 namespace ravlin::tests {
 
-/// A compositor without a screen, in a process of its own, that has seats which come and go, data control under its
-/// newer name, and the core protocol's clipboard. The clipboard of each new seat holds the text "text", which the
-/// compositor itself serves.
+/// A compositor without a screen, in a process of its own, with seats that come and go, data control under its newer
+/// name, and the core protocol's clipboard. The clipboard of each new seat holds the text "text", which the compositor
+/// itself serves.
 ///
-/// Every client that has a surface has the keyboard's focus, or none has. As real ones do, it takes a copy through the
-/// core protocol only with the focus, and with the serial number of input that is later than the last copy; others it
-/// drops, and tells nobody.
+/// Either every client that has a surface has keyboard focus, or none has. Like real ones, it accepts a copy through
+/// the core protocol only with the focus, and with the serial number of input that is later than the last copy; it
+/// drops others silently.
 class FakeCompositor : private ForeignProgram {
 public:
     struct Plan {
@@ -25,10 +25,10 @@ public:
 
     const std::string& display() const { return display_; }
 
-    // Each returns when the compositor has done it.
+    // Each returns once the compositor has done it.
     void addSeat() { command('+'); }
     void removeSeat() { command('-'); }  // the oldest
-    void select() { command('p'); }      // as if somebody had selected "selected" on the oldest seat
+    void select() { command('p'); }      // as if the user had selected "selected" on the oldest seat
     void giveFocus() { command('f'); }   // of the keyboard of the oldest seat
     void takeFocus() { command('u'); }
     void pressKey() { command('k'); }

@@ -17,12 +17,12 @@ struct OwnerPlan {
     struct Representation {
         std::string target;
         std::string bytes;
-        std::string type = "";  // of the answer, where there is such a thing; empty: the target itself
+        std::string type = "";  // of the answer, if there is such a thing; empty: the target itself
     };
     std::vector<Representation> content = {};
     bool listsTargets = true;
-    std::size_t unknownTargetCount = 0;  // which it lists before the others, where that can be
-    bool answers = true;                 // with content; it lists its targets nevertheless
+    std::size_t unknownTargetCount = 0;  // which it lists before the others, if that is possible
+    bool answers = true;                 // with content; it lists its targets anyway
     std::chrono::milliseconds pauseBeforeAnswer{0};
     std::size_t incrementSize = 0;  // 0: everything in one piece
     int stopsAfterIncrements = -1;  // with SIGSTOP, the first time
@@ -31,7 +31,7 @@ struct OwnerPlan {
     std::chrono::milliseconds pauseBeforeIncrement{0};
 };
 
-/// Another program, a process of its own, that owns the clipboard as soon as this object exists.
+/// Another program, a process of its own, which owns the clipboard as soon as this object exists.
 class ForeignProgram : NonCopyable {
 public:
     static constexpr char kObeyed = 'o';
@@ -45,10 +45,10 @@ public:
 
     Process& process() { return *process_; }
 
-    /// Whether a transfer in increments has come to its end.
+    /// Whether a transfer in increments has ended.
     bool hasEndedTransfer();
 
-    // Each returns when it has happened.
+    // Each returns once it has happened.
     void copyAgain() { command('c'); }
     void copyManyTimes() { command('m'); }  // kManyTimes
     void select() { command('p'); }         // takes PRIMARY

@@ -11,22 +11,22 @@
 namespace ravlin::tests {
 
 /// The process that keeps the text on the clipboard after the program's end. Processes whose parents have ended become
-/// children of the test, so that their ends can be waited for.
+/// children of the test, so that the test can wait for them to end.
 class Lingering : public testing::Test {
 protected:
     Lingering();
     ~Lingering() override;
 
-    /// Runs the program that copies `text` and ends. False where it does not end well.
+    /// Runs the program that copies `text` and ends. False if it does not end well.
     static bool copyAndQuit(const std::string& text);
 
     /// The one child of this process, or 0.
     static pid_t child();
 
-    /// Waits for the end of a child; its exit status, or nothing where it does not end or ends by a signal.
+    /// Waits for a child to end; its exit status, or nothing if it does not end or is ended by a signal.
     static std::optional<int> exitStatusOf(pid_t id);
 
-    /// What another program gets.
+    /// What another program gets when it pastes.
     static std::string paste();
 };
 

@@ -13,12 +13,12 @@
 
 namespace ravlin::tests {
 
-/// How long a test waits for what must happen. Far longer than it ever takes, so that a busy machine fails no test.
+/// How long a test waits for what must happen. Far longer than it ever takes, so that no test fails on a busy machine.
 inline constexpr std::chrono::seconds kGenerously{20};
 
 using Clock = std::chrono::steady_clock;
 
-/// Sleeps until `descriptor` is readable (-1: nothing is), for the time given at most.
+/// Sleeps until `descriptor` is readable (-1: nothing is), for `atMost` at the longest.
 bool isReadable(int descriptor, std::chrono::milliseconds atMost);
 
 /// A child process that ends with this object at the latest.
@@ -46,7 +46,7 @@ public:
 
     bool hasEnded();
 
-    /// Waits until the process has ended by itself: its exit status, or nothing when it does not end.
+    /// Waits until the process has ended by itself: its exit status, or nothing if it does not end.
     std::optional<int> waitForEnd();
 
     /// Waits until the process has stopped itself with SIGSTOP.
@@ -60,7 +60,7 @@ private:
     std::string outputText_;
 };
 
-/// An X server of its own, for tests that do something to it.
+/// A private X server, for tests that do something to it.
 class PrivateServer {
 public:
     PrivateServer();
@@ -72,7 +72,7 @@ private:
     std::string display_;
 };
 
-/// A text of that many bytes whose pieces all differ, so that a lost, doubled or exchanged piece shows.
+/// A text of that many bytes whose pieces all differ, so that a lost, doubled or swapped piece shows.
 std::string textOfSize(std::size_t byteSize);
 
 }  // namespace ravlin::tests

@@ -11,8 +11,8 @@
 
 namespace ravlin::tests {
 
-/// Texts as they come by on a clipboard in the course of a day: notes, code, links, tables, tokens, in several scripts;
-/// most of them short, a few as large as a megabyte. None is empty. Equal seeds give equal texts.
+/// Texts as they pass through a clipboard in the course of a day: notes, code, links, tables, tokens, in several
+/// scripts; most of them short, a few as large as a megabyte. None is empty. Equal seeds give equal texts.
 class SoakTexts {
 public:
     explicit SoakTexts(std::uint64_t seed) : pieces_(kPieces, seed), random_(seed) {}
@@ -28,7 +28,7 @@ public:
     }
 
 private:
-    /// Texts for transforms that do something only where the whole text is of one form.
+    /// Texts for transforms that do something only if the whole text has one form.
     static constexpr auto kWholes = std::to_array<std::string_view>({
         R"({"name":"caf\u00e9","list":[1,2.5e3,[],{},null,true],"text":"a \"quoted\" word"})",
         "[[[[[[1],2],3],4],5],6]",

@@ -11,11 +11,11 @@
 
 namespace ravlin::tests {
 
-/// The Wayland pasteboard of the compositor that the test runs on; the test fails where there is none.
+/// The Wayland pasteboard of the compositor that the test runs on; the test fails if there is none.
 std::unique_ptr<WaylandPasteboard> openPasteboard(ReadLimits limits = {}, const char* displayName = nullptr);
 
-/// Another program, a process of its own, that owns the clipboard as soon as this object exists. It writes in pieces of
-/// `incrementSize`, and does not know PRIMARY.
+/// Another program, a process of its own, which owns the clipboard as soon as this object exists. It writes in pieces
+/// of `incrementSize`, and does not know PRIMARY.
 class ForeignSource : public ForeignProgram {
 public:
     explicit ForeignSource(const OwnerPlan& plan);
@@ -32,10 +32,10 @@ public:
     /// The types on the clipboard, sorted.
     std::vector<std::string> types();
 
-    /// Asks for the clipboard as `type`; the answer comes out of the descriptor.
+    /// Requests the clipboard as `type`; the answer can be read from the descriptor.
     Descriptor begin(const std::string& type);
 
-    /// All that comes as `type` while `pasteboard` serves it.
+    /// Everything that arrives as `type` while `pasteboard` serves it.
     std::optional<std::string> read(const std::string& type, SystemPasteboard& pasteboard);
 
 private:
@@ -46,10 +46,10 @@ private:
     std::shared_ptr<WaylandSelection::Offer> offer_;
 };
 
-/// Takes what has come out of a pipe so far; false once it is at its end.
+/// Takes what has arrived in a pipe so far; false once it is at its end.
 bool takeFrom(int pipe, std::string& bytes);
 
-/// A compositor of its own, for tests that do something to it.
+/// A private compositor, for tests that do something to it.
 class PrivateCompositor : NonCopyable {
 public:
     PrivateCompositor();

@@ -10,8 +10,8 @@
 
 namespace ravlin::tests {
 
-/// A program's connection to a compositor, with a surface that can have the keyboard's focus. Nobody reads from it but
-/// those that share it.
+/// A program's connection to a compositor, with a surface that can have keyboard focus. Only those that share it read
+/// from it.
 class WaylandWindow : NonCopyable {
 public:
     explicit WaylandWindow(const std::string& displayName);
@@ -26,7 +26,7 @@ private:
     wl_surface* surface_ = nullptr;
 };
 
-/// The pasteboard of a window; the test fails where there is none.
+/// The pasteboard of a window; the test fails if there is none.
 std::unique_ptr<FocusPasteboard> openPasteboardOf(const WaylandWindow& window, ReadLimits limits = {});
 
 }  // namespace ravlin::tests

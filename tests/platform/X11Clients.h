@@ -16,7 +16,7 @@
 
 namespace ravlin::tests {
 
-/// The X11 pasteboard of the display that the test runs on; the test fails where there is none.
+/// The X11 pasteboard of the display that the test runs on; the test fails if there is none.
 std::unique_ptr<X11Pasteboard> openPasteboard(ReadLimits limits = {}, const char* displayName = nullptr);
 
 /// A plain X client with a window of its own; its calls wait for the server.
@@ -31,7 +31,7 @@ public:
     std::string nameOf(xcb_atom_t atom);
     xcb_window_t owner(const std::string& selection = "CLIPBOARD");
 
-    /// Takes a selection with the server's present time, or gives it to nobody.
+    /// Takes a selection with the server's current time, or leaves it without an owner.
     void own(const std::string& selection = "CLIPBOARD");
     void disown();
 
@@ -47,7 +47,7 @@ private:
     std::map<std::string, xcb_atom_t> atoms_;
 };
 
-/// Another program, a process of its own, that owns the clipboard as soon as this object exists.
+/// Another program, a process of its own, which owns the clipboard as soon as this object exists.
 class ForeignOwner : public ForeignProgram {
 public:
     explicit ForeignOwner(const OwnerPlan& plan);
@@ -72,26 +72,26 @@ public:
 
     explicit Requestor(SystemPasteboard& pasteboard) : pasteboard_(pasteboard) {}
 
-    /// Asks for the clipboard as `target` and waits for the answer.
+    /// Requests the clipboard as `target` and waits for the answer.
     std::optional<Answer> ask(const std::string& target, const std::string& property = "ANSWER",
                               xcb_timestamp_t time = XCB_CURRENT_TIME);
 
-    /// The content of a property of the own window, which is deleted; nothing where there is none.
+    /// The content of a property of this client's window, which is deleted; nothing if there is none.
     std::optional<Property> take(const std::string& property = "ANSWER");
 
-    /// The whole of what came as `target`, increments put together; nothing where it was refused.
+    /// Everything that arrives as `target`, increments put together; nothing if it is refused.
     std::optional<Property> read(const std::string& target, const std::string& property = "ANSWER");
 
-    /// Asks for something large: on return the increments are announced, and the first one has been asked for.
+    /// Requests something large: on return the increments are announced, and the first one has been requested.
     void begin(const std::string& target, const std::string& property = "ANSWER");
 
-    /// What is in a property, or what is announced there to come in increments.
+    /// What is in a property, or what is announced there and arrives in increments.
     std::optional<Property> takeAnnounced(const std::string& property = "ANSWER");
 
     /// All increments up to the end, put together.
     Property takeIncrements(const std::string& property = "ANSWER");
 
-    /// The next increment in a property, waited for; nothing where none comes.
+    /// Waits for the next increment in a property; nothing if none comes.
     std::optional<Property> takeIncrement(const std::string& property = "ANSWER");
 
     /// The names in the answer to TARGETS, sorted.
@@ -109,10 +109,10 @@ private:
 class Observer : public X11Client {
 public:
     Observer();
-    /// The owners since the last call, in order: 0 for nobody.
+    /// The owners since the last call, in order: 0 for none.
     std::vector<xcb_window_t> newOwners();
 
-    /// The server time since which the present owner owns it.
+    /// The server time since which the current owner has owned it.
     xcb_timestamp_t ownedSince();
 
 private:
