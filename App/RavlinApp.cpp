@@ -37,7 +37,6 @@ void describeApplication() {
     QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false\n*.info=false\n*.warning=false"));
     QCoreApplication::setApplicationName(QStringLiteral("ravlin"));
     QCoreApplication::setApplicationVersion(QStringLiteral(RAVLIN_VERSION));
-    QGuiApplication::setApplicationDisplayName(QStringLiteral("Ravlin"));
     QGuiApplication::setDesktopFileName(QStringLiteral("org.ravlin.ravlin"));
     QGuiApplication::setQuitOnLastWindowClosed(false);
 }

@@ -49,6 +49,21 @@ QPixmap cachedPixmap(Symbol symbol, int devicePixels, const QColor& color) {
 
 }  // namespace
 
+// Drawn here, since Qt's own way from such a file to an icon is a plug-in that not every system has.
+QIcon applicationIcon() {
+    QSvgRenderer renderer(QStringLiteral(":/icons/org.ravlin.ravlin.svg"));
+    QIcon icon;
+    for (const int size : {16, 24, 32, 48, 64, 128}) {
+        QPixmap pixmap(size, size);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        renderer.render(&painter);
+        painter.end();
+        icon.addPixmap(pixmap);
+    }
+    return icon;
+}
+
 int symbolSize(TextStyle style, const QFont& base) {
     constexpr qreal kSizePerFontSize = 1.15;
     return qRound(QFontInfo(fontFor(style, base)).pixelSize() * kSizePerFontSize);

@@ -3,6 +3,7 @@
 #include "Views/TextStyle.h"
 
 #include <QColor>
+#include <QIcon>
 #include <QRectF>
 
 #include <cstdint>
@@ -20,6 +21,9 @@ enum class Symbol : std::uint8_t {
     checkCircle,
     infoCircle,
 };
+
+/// The program's own icon, for windows that have a frame.
+QIcon applicationIcon();
 
 /// The edge of the square in which a pictogram looks as large as text in `style`.
 int symbolSize(TextStyle style, const QFont& base);

@@ -37,6 +37,9 @@ UpdateProgressPage::UpdateProgressPage(const QString& activity, std::function<vo
     bar_->setTextVisible(false);
     bar_->setRange(0, 0);
     bar_->setFixedWidth(Metrics::kNoticeTextWidth);
+    // The keyboard is where nothing can be pressed by accident, and where screen readers tell how far it is.
+    bar_->setFocusPolicy(Qt::TabFocus);
+    bar_->setFocus();
     add(bar_);
     add(amount_);
     cancel_ = addButton(QStringLiteral("Cancel"), QStringLiteral("cancelButton"), cancel);

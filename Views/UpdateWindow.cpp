@@ -1,6 +1,7 @@
 #include "Views/UpdateWindow.h"
 
 #include "Views/Accessibility.h"
+#include "Views/Icon.h"
 #include "Views/UpdatePage.h"
 
 #include <QVBoxLayout>
@@ -10,6 +11,7 @@ namespace ravlin {
 UpdateWindow::UpdateWindow() {
     installAccessibleRoles();
     setModal(false);
+    setWindowIcon(applicationIcon());
     setLayoutDirection(Qt::LeftToRight);  // its texts are English in every locale
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);

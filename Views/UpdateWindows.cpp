@@ -70,7 +70,7 @@ void addAnswers(UpdatePage& page, const FoundUpdate& update, const std::function
     page.addButton(QStringLiteral("Remind Me Later"), QStringLiteral("laterButton"),
                    [answer] { answer(UpdateAnswer::later); });
     QPushButton* const first = update.canBeInstalled
-                                   ? page.addButton(QStringLiteral("Install Update"), QStringLiteral("installButton"),
+                                   ? page.addButton(QStringLiteral("Install and Relaunch"), QStringLiteral("installButton"),
                                                     [answer] { answer(UpdateAnswer::install); })
                                    : page.addButton(QStringLiteral("Learn More…"), QStringLiteral("learnMoreButton"),
                                                     [answer, link = update.link] {

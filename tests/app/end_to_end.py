@@ -456,7 +456,13 @@ class NotifierTray(DesktopTest):
 
     def test_the_menu_checks_for_updates(self):
         self.tray.choose_in_menu("Check for Updates…")
-        eventually(lambda: desktop.visible_windows("Software Update — Ravlin"), "the update window is open")
+        window = eventually(lambda: desktop.visible_windows("Software Update"), "the update window is open")[0]
+        self.assertIn("Icon (32 x 32)", desktop.output_of("xprop", "-id", window.identifier, "_NET_WM_ICON"))
+        eventually(lambda: desktop.has_keyboard(window), "it has the keyboard")
+        eventually(lambda: desktop.find_accessible(lambda each: each.get_name() == "OK"
+                                                   and desktop.has_focus(each)), "its button has the keyboard")
+        desktop.press_key("Escape")
+        eventually(lambda: not desktop.visible_windows("Software Update"), "the window is closed")
 
     def test_the_menu_quits(self):
         self.tray.choose_in_menu("Quit")

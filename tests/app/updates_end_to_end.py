@@ -157,7 +157,7 @@ class UpdatesTest(unittest.TestCase):
             desktop.screenshot(os.path.join(SCREENSHOTS, name + ".png"))
 
     def update_windows(self):
-        return [each for title in ("Software Update — Ravlin", "Updating Ravlin") for each in
+        return [each for title in ("Software Update", "Updating Ravlin") for each in
                 desktop.visible_windows(title)]
 
     def wait_until_closed(self):
@@ -184,7 +184,7 @@ class Updates(UpdatesTest):
         notes = eventually(lambda: desktop.find_accessible(lambda each: each.get_name() == "Release Notes"), "notes")
         self.assertIn("It finds arrows", notes.get_description())
         rest = self.server.hold("/Ravlin.AppImage")
-        desktop.press("Install Update")
+        desktop.press("Install and Relaunch")
         self.look_for("Downloading update…", "downloading")
         eventually(lambda: desktop.find_accessible(
             lambda each: re.fullmatch(r"[0-9.]+ [kM]B of [0-9.]+ [kM]B", each.get_name() or "")), "its progress is told")
@@ -208,7 +208,7 @@ class Updates(UpdatesTest):
             desktop.press("UPPERCASE")
             eventually(lambda: desktop.clipboard() == "HELLO", "the clipboard is rewritten")
         self.check()
-        desktop.press("Install Update")
+        desktop.press("Install and Relaunch")
         eventually(lambda: len(os.listdir(self.folder / "tmp")) == 2, "the new file has been started")
         eventually(lambda: desktop.is_on_bus("org.ravlin.ravlin"), "the new program runs")
         self.assertEqual(desktop.clipboard(), "HELLO")
@@ -239,7 +239,7 @@ class Updates(UpdatesTest):
         self.server.pages["/Ravlin.AppImage"] = page[:-1] + bytes([page[-1] ^ 1])
         ravlin = self.start()
         self.check()
-        desktop.press("Install Update")
+        desktop.press("Install and Relaunch")
         wait_for_text("The update is not signed by Ravlin’s makers and was thrown away. Ravlin is unchanged.")
         self.assertEqual(self.file.read_bytes(), old)
         self.assertEqual(self.left_over(), ["Ravlin.AppImage"])
@@ -253,7 +253,7 @@ class Updates(UpdatesTest):
         self.folder.chmod(0o555)
         self.addCleanup(self.folder.chmod, 0o755)
         self.check()
-        desktop.press("Install Update")
+        desktop.press("Install and Relaunch")
         self.look_for("Ravlin Can’t Be Updated Here", "not-here")
         wait_for_text(f"You may not replace the file “{self.file}”.")
         self.assertEqual(self.file.read_bytes(), old)
@@ -346,7 +346,7 @@ class Updates(UpdatesTest):
         eventually(lambda: self.state().get("SkippedVersion") == NEXT_VERSION, "the answer is remembered")
         self.check()  # asked for by the user, it is told all the same
         self.server.hold("/Ravlin.AppImage")
-        desktop.press("Install Update")
+        desktop.press("Install and Relaunch")
         wait_for_text("Downloading update…")
         desktop.press("Cancel")
         self.wait_until_closed()

@@ -364,7 +364,11 @@ def button(name):
 def search_field(has_keyboard=False):
     """The panel's search field where the panel is open, else None."""
     return find_accessible(lambda each: each.get_role() == Atspi.Role.TEXT
-                           and (not has_keyboard or each.get_state_set().contains(Atspi.StateType.FOCUSED)))
+                           and (not has_keyboard or has_focus(each)))
+
+
+def has_focus(accessible):
+    return accessible.get_state_set().contains(Atspi.StateType.FOCUSED)
 
 
 def text_of(accessible):

@@ -132,7 +132,7 @@ TEST_F(UpdateWindowsTest, OffersAnUpdateWithItsNotes) {
     EXPECT_EQ(text(), "Ravlin 1.1.0 is now available — you have 1.0.0. Would you like to install it now?");
     EXPECT_EQ(text("notesLabel"), "Release Notes:");
     EXPECT_EQ(page().findChild<ReleaseNotes*>()->toPlainText().toStdString(), "New\nIt is faster.");
-    EXPECT_THAT(buttons(), ElementsAre("Skip This Version", "Remind Me Later", "*Install Update"));
+    EXPECT_THAT(buttons(), ElementsAre("Skip This Version", "Remind Me Later", "*Install and Relaunch"));
 }
 
 TEST_F(UpdateWindowsTest, AnImportantUpdateCannotBeSkipped) {
@@ -143,7 +143,7 @@ TEST_F(UpdateWindowsTest, AnImportantUpdateCannotBeSkipped) {
     EXPECT_EQ(text(),
               "Ravlin 1.1.0 is now available — you have 1.0.0. This is an important update; would you like to install "
               "it now?");
-    EXPECT_THAT(buttons(), ElementsAre("Remind Me Later", "*Install Update"));
+    EXPECT_THAT(buttons(), ElementsAre("Remind Me Later", "*Install and Relaunch"));
 }
 
 TEST_F(UpdateWindowsTest, AnUpdateThatCannotBeInstalledCanBeReadAbout) {
@@ -260,6 +260,44 @@ TEST_F(UpdateWindowsTest, ReturnPressesTheMarkedButton) {
         ASSERT_NE(focus, nullptr) << heading();
         EXPECT_TRUE(focus->isDefault()) << heading();
     });
+}
+
+TEST_F(UpdateWindowsTest, ThePartThatTheKeyboardIsInIsSeenAndPressesNothingByAccident) {
+    showAllOf([this] {
+        windows.bringToFront();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
+        const QWidget* const focus = window().focusWidget();
+        ASSERT_NE(focus, nullptr) << heading();
+        EXPECT_TRUE(focus->isVisible()) << heading();
+        if (qobject_cast<UpdateProgressPage*>(&page()) == nullptr) return;
+        EXPECT_NE(qobject_cast<const QProgressBar*>(focus), nullptr) << heading();
+        for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return}) QTest::keyClick(window().focusWidget(), key);
+        EXPECT_TRUE(window().isVisible()) << heading();
+    });
+}
+
+TEST_F(UpdateWindowsTest, EscapeClosesWhateverHasTheKeyboard) {
+    showFound(update());
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
+    page().findChild<ReleaseNotes*>()->setFocus();
+    QTest::keyClick(window().focusWidget(), Qt::Key_Escape);
+    EXPECT_TRUE(openWindows().isEmpty());
+    EXPECT_THAT(answers, ElementsAre(UpdateAnswer::later));
+    windows.showDownloading([] {});
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window()));
+    QTest::keyClick(window().focusWidget(), Qt::Key_Escape);
+    EXPECT_TRUE(openWindows().isEmpty());
+}
+
+TEST_F(UpdateWindowsTest, TheWindowHasTheProgramsIcon) {
+    windows.showUpToDate(QStringLiteral("1.1.0"));
+    for (const int size : {16, 32, 48, 64}) {
+        const QImage icon = window().windowIcon().pixmap(QSize(size, size), /*devicePixelRatio=*/1).toImage();
+        EXPECT_EQ(icon.size(), QSize(size, size));
+        const QColor body = icon.pixelColor(size / 2, size * 9 / 10);
+        EXPECT_GT(body.blue(), body.green() + 60) << "the violet of its square";
+        EXPECT_EQ(icon.pixelColor(0, 0).alpha(), 0) << "whose corners are round";
+    }
 }
 
 TEST_F(UpdateWindowsTest, EachAnswerIsGivenOnceAndClosesTheWindow) {

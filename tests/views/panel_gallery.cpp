@@ -154,7 +154,7 @@ const std::vector<WindowState>& windowStates() {
         .currentVersion = QStringLiteral("1.0.0"),
         .notes = QStringLiteral(
             "## What is new\n\n* Search finds **arrows** as well\n* A [new page](https://ravlin.example/)"
-            "\n\n`code` and a rule:\n\n---\n\nThe end."),
+            "\n\nAnd a rule:\n\n---\n\nThe end."),
         .notesAreMarkdown = true,
         .link = QUrl(QStringLiteral("https://ravlin.example/"))};
     const auto offer = [](UpdateWindows& windows, const FoundUpdate& found) {
