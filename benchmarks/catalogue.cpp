@@ -192,7 +192,8 @@ double measureGrowth(const std::string& name, TextTransform transform, const Nam
     if (transform.apply(large) == large && best[1] < 2 * best[3]) return 0;
     note(name + "/n", best[0]);
     note(name + "/2n", best[1]);
-    note("growth/" + name, growthBeyondCopy(best[1] / best[0], best[3] / best[2]));
+    const std::string kind = transform == TextTransform::shuffleLines ? "growthAtRandom/" : "growth/";
+    note(kind + name, growthBeyondCopy(best[1] / best[0], best[3] / best[2]));
     return best[1] / static_cast<double>(large.size());
 }
 
