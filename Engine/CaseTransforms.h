@@ -4,37 +4,37 @@
 #include <string_view>
 #include <vector>
 
-/// Letter case and words. Texts are taken as user-perceived characters: a character is a letter or a number by its
-/// first code point, and it is upper or lower case as a whole.
+/// Letter case and words, by user-perceived character: its first code point decides whether a character is a letter or
+/// a number, and it is upper or lower case as a whole.
 namespace ravlin::TextTransforms {
 
 /// Maps the first character of every word to title case and the others to lower case.
 ///
-/// A word starts at a letter or number and goes on over letters, numbers, marks and what is ignored between cased
+/// A word starts at a letter or number and continues through letters, numbers, marks and anything ignored between cased
 /// letters: apostrophes, soft hyphens, modifiers. White space, "-", "_", ".", ":", "/", quotation marks, symbols and
 /// emoji end it.
 ///     titleCase("hELLO o'neil, science-based 3D")  ->  "Hello O'neil, Science-Based 3d"
 std::string titleCase(std::string_view text);
 
 /// Lower-cases the text, then upper-cases the first letter of it and of every sentence. A sentence ends at ".", "!" or
-/// "?" directly before a space, a line feed, a tab or the end of the text; digits do not begin one.
+/// "?" directly before a space, a line feed, a tab or the end of the text; digits do not start one.
 ///     sentenceCase("is IT? 1st. yes")  ->  "Is it? 1St. Yes"
 std::string sentenceCase(std::string_view text);
 
-/// Upper-cases every letter that follows a character which is neither letter nor number; nothing is lower-cased.
+/// Upper-cases every letter that follows a character that is neither a letter nor a number; lower-cases nothing.
 ///     capitalizeWords("wORLD-foo o'neil 3d")  ->  "WORLD-Foo O'Neil 3d"
 std::string capitalizeWords(std::string_view text);
 
-/// The words of `text`, with their case: cut where there is neither letter nor number, from lower case or digit to
-/// upper case, and before the last capital of several that lower case follows.
+/// The words of `text`, case kept: split at anything but letters and numbers, between lower case or a digit and upper
+/// case, and before the last of several capitals that lower case follows.
 ///     tokenizeWords("getJSONResponse2Go don't")  ->  {"get", "JSON", "Response2", "Go", "don", "t"}
 std::vector<std::string> tokenizeWords(std::string_view text);
 
-/// The words lower-cased and joined without a separator, each but the first with an upper-case first character.
+/// The words lower-cased and joined without a separator, all but the first with an upper-case first character.
 ///     camelCase("JSONParser error")  ->  "jsonParserError"
 std::string camelCase(std::string_view text);
 
-/// The same, with an upper-case first character in the first word too.
+/// The same, with an upper-case first character in the first word as well.
 std::string pascalCase(std::string_view text);
 
 /// The words lower-cased and joined by "_".

@@ -5,11 +5,11 @@
 #include <string>
 #include <string_view>
 
-/// Taking out what text picks up on its way: tracking parameters and characters that nobody sees.
+/// Removes what text picks up along the way: tracking parameters and invisible characters.
 namespace ravlin::TextTransforms {
 
-/// The names of query parameters that are removed, besides all that begin with "utm_". Their case does not matter.
-/// NOTE: the list is broad on purpose. Some of the names serve a purpose on some sites; they are removed there, too.
+/// The query parameters to remove, in addition to all that begin with "utm_". Case is ignored.
+/// NOTE: the list is broad on purpose. Some of these have a use on some sites; they are removed there too.
 inline constexpr auto trackingKeys = std::to_array<std::string_view>({
     "gclid",
     "gclsrc",
@@ -140,29 +140,28 @@ inline constexpr auto trackingKeys = std::to_array<std::string_view>({
 });
 static_assert(trackingKeys.size() == 126);
 
-/// Code points that are not seen: zero-width characters, direction controls, the soft hyphen and the like. Spaces,
-/// variation selectors and tag characters are none of them.
+/// Invisible code points: zero-width characters, direction controls, the soft hyphen and the like. Spaces, variation
+/// selectors and tag characters are not among them.
 inline constexpr auto invisibleScalars = std::to_array<char32_t>({
     0x200B, 0x200C, 0x200D, 0x200E, 0x200F, 0x202A, 0x202B, 0x202C, 0x202D, 0x202E, 0x2060, 0x2061, 0x2062, 0x2063,
     0x2064, 0x2066, 0x2067, 0x2068, 0x2069, 0x00AD, 0x061C, 0x180E, 0xFEFF, 0xFFFC, 0xFFF9, 0xFFFA, 0xFFFB,
 });
 static_assert(invisibleScalars.size() == 27);
 
-/// Longer texts are given back unchanged by `stripTracking`.
+/// `stripTracking` returns longer texts unchanged.
 inline constexpr std::size_t kMaxTrackingSize = 0x100000;  // UTF-8 bytes
 
-/// Removes the tracking parameters from every web link in a text; everything else stays byte for byte. Links that are
-/// written without a scheme get one: "www.a.com" becomes "http://www.a.com". LinkDetector decides which texts are
-/// links.
+/// Removes the tracking parameters from every web link in a text; all other bytes stay the same. Links written without
+/// a scheme get one: "www.a.com" becomes "http://www.a.com". See LinkDetector for what counts as a link.
 ///     stripTracking("see https://a.test/?id=7&utm_source=mail#top")  ->  "see https://a.test/?id=7#top"
 std::string stripTracking(std::string_view text);
 
-/// `url` without its tracking parameters, and without its "?" where no other are left. The parameters that stay are not
-/// written anew: they keep their order and their bytes. Where there was a query, a final "?" goes as well.
+/// `url` without its tracking parameters, and without its "?" if no others are left. The others keep their order and
+/// are not re-encoded. If there was a query, a final "?" is removed as well.
 ///     cleanURL("https://a.test/?gclid=1")  ->  "https://a.test/"
 std::string cleanURL(std::string_view url);
 
-/// Deletes every one of `invisibleScalars`, also those that join emoji.
+/// Deletes all `invisibleScalars`, even those that join emoji.
 std::string removeInvisibles(std::string_view text);
 
 }  // namespace ravlin::TextTransforms

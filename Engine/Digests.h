@@ -3,8 +3,8 @@
 #include <string>
 #include <string_view>
 
-/// Digests of the text's UTF-8, exactly as it stands, in lower-case hexadecimal digits. They serve comparing and
-/// looking up; nothing here is safe because of them.
+/// Digests of the text's UTF-8, byte for byte, in lower-case hexadecimal digits. They are for comparing and looking up,
+/// not for security.
 namespace ravlin::TextTransforms {
 
 /// RFC 1321, 32 digits.

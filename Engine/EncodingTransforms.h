@@ -3,24 +3,24 @@
 #include <string>
 #include <string_view>
 
-/// Encodings of text that programs read. What cannot be decoded comes back unchanged.
+/// Machine-readable encodings of text. Anything that cannot be decoded comes back unchanged.
 namespace ravlin::TextTransforms {
 
 /// The text's UTF-8 in Base64 (RFC 4648, section 4) on one line, padded.
 ///     base64Encode("hi")  ->  "aGk="
 std::string base64Encode(std::string_view text);
 
-/// The text that `text`, without the white space around it, stands for in Base64. The digits may be "+/" or "-_". The
-/// text comes back unchanged where it is empty, holds anything else, lacks padding, or stands for what is not UTF-8.
+/// Decodes Base64, ignoring white space around it. Both "+/" and "-_" are accepted. The text comes back unchanged if it
+/// is empty, holds anything else, lacks padding, or does not decode to UTF-8.
 ///     base64Decode(" SGVsbG8=\n")  ->  "Hello"        base64Decode("SGVsbG8")  ->  "SGVsbG8"
 std::string base64Decode(std::string_view text);
 
-/// Every UTF-8 byte but the unreserved characters of RFC 3986 as "%" and two upper-case hexadecimal digits.
+/// Every UTF-8 byte except the unreserved characters of RFC 3986 as "%" and two upper-case hexadecimal digits.
 ///     urlEncode("a b/~")  ->  "a%20b%2F~"
 std::string urlEncode(std::string_view text);
 
-/// Every "+" as a space and every percent escape as its byte. The text comes back unchanged, its "+" included, where a
-/// "%" is not followed by two hexadecimal digits or where the result is not UTF-8.
+/// Every "+" as a space and every percent escape as its byte. The text comes back unchanged, its "+" included, if a "%"
+/// is not followed by two hexadecimal digits or the result is not UTF-8.
 ///     urlDecode("a+b%20c")  ->  "a b c"        urlDecode("100%+sure")  ->  "100%+sure"
 std::string urlDecode(std::string_view text);
 
@@ -28,27 +28,27 @@ std::string urlDecode(std::string_view text);
 std::string htmlEntitiesEncode(std::string_view text);
 
 /// Backslash, line feed, tab, carriage return, double quote, backspace, form feed and NUL as a backslash and one of
-/// \ntr"bf0. These are compared as user-perceived characters, so the line end CR LF and quotes with accents stay.
+/// \ntr"bf0. They are matched as user-perceived characters, so CR LF line ends and quotes with accents stay.
 std::string backslashEscape(std::string_view text);
 
-/// The opposite, which also reads an escaped single quote. Any other backslash stays, so there are no numeric escapes.
+/// The inverse, which also reads an escaped single quote. Any other backslash stays: numeric escapes are not decoded.
 std::string backslashUnescape(std::string_view text);
 
-/// The text's UTF-8 in lower-case hexadecimal digits, nothing between them.
+/// The text's UTF-8 in lower-case hexadecimal digits, with nothing between them.
 ///     hexEncode("Hi")  ->  "4869"
 std::string hexEncode(std::string_view text);
 
-/// The text that hexadecimal digits of either case stand for; white space and every "0x" are left out. The text comes
-/// back unchanged where there are no digits, an odd number of them or anything else, or where the bytes are not UTF-8.
+/// Decodes hexadecimal digits of either case, skipping white space and every "0x". The text comes back unchanged if it
+/// has no digits, an odd number of them or anything else, or if the bytes are not UTF-8.
 ///     hexDecode("0x48 0x69")  ->  "Hi"        hexDecode("48:69")  ->  "48:69"
 std::string hexDecode(std::string_view text);
 
-/// Header and payload of a JSON Web Token (RFC 7519), indented, each under a line that names it. The signature is not
-/// looked at. The text comes back unchanged where it has not two or three parts between dots, or where one of the first
-/// two is not Base64 (the padding may be missing) of UTF-8.
+/// Header and payload of a JSON Web Token (RFC 7519), indented, each under a line that names it. The signature is
+/// ignored. The text comes back unchanged if it does not have two or three parts between dots, or if either of the
+/// first two is not UTF-8 in Base64 (the padding may be missing).
 std::string jwtDecode(std::string_view text);
 
-/// Every letter from A to Z of either case as the one 13 places further; twice gives the text back.
+/// Every letter from A to Z, of either case, rotated by 13 places; twice restores the text.
 ///     rot13("Hello")  ->  "Uryyb"
 std::string rot13(std::string_view text);
 

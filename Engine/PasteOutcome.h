@@ -28,7 +28,7 @@ struct ClipboardChanged {
     friend bool operator==(const ClipboardChanged&, const ClipboardChanged&) = default;
 };
 
-/// What became of one click on a transform.
+/// The outcome of one click on a transform.
 using PasteOutcome = std::variant<Success, ClipboardEmpty, NoText, ClipboardChanged>;
 
 }  // namespace ravlin

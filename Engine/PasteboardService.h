@@ -11,15 +11,16 @@
 namespace ravlin::PasteboardService {
 
 /// The clipboard's content as plain text: its plain-text representation, or else the text of its rich text, or else
-/// that of its HTML, or nothing where none yields text. An empty text is text: what comes later is not looked at then.
+/// that of its HTML, or nothing if none yields text. An empty text counts: later representations are then not looked
+/// at.
 std::optional<std::string> plainText();
 
-/// Replaces the whole clipboard by one plain-text item holding `text`.
+/// Replaces the whole clipboard with one plain-text item holding `text`.
 void setText(std::string_view text);
 
 /// Reads the clipboard's text, runs `transform` on it and writes the result back as one plain-text item, whether or not
-/// it differs from what was read. Writes nothing where there is no text, or where another application changed the
-/// clipboard meanwhile.
+/// it differs from what was read. Writes nothing if there is no text, or if another application changed the clipboard
+/// in the meantime.
 PasteOutcome transformClipboard(TextTransform transform);
 
 }  // namespace ravlin::PasteboardService

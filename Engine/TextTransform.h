@@ -34,7 +34,7 @@ private:
 };
 
 /// One of the transforms of the catalogue, in catalogue order. It behaves like its `Case`: it compares and switches
-/// like one, so a `switch (transform)` without a `default` that forgets a case is an error.
+/// like one, so a `switch (transform)` without a `default` that misses a case is an error.
 class TextTransform {
 public:
     enum Case : std::uint8_t {

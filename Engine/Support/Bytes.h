@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-/// Bytes written as text, and read again.
+/// Bytes as text, and back.
 namespace ravlin::Bytes {
 
 /// Every byte as two lower-case hexadecimal digits.
@@ -34,10 +34,10 @@ constexpr std::optional<unsigned> hexValue(char digit) noexcept {
     return value < 0 ? std::nullopt : std::optional(static_cast<unsigned>(value));
 }
 
-/// The byte that two hexadecimal digits stand for; nothing where one of them is none.
+/// The byte that two hexadecimal digits stand for; nothing if either is not a digit.
 ///     hexByte('e', '9')  ->  0xE9
 constexpr std::optional<unsigned> hexByte(char high, char low) noexcept {
-    // Negative where either is.
+    // Negative if either is.
     const int byte =
         16 * detail::kHexValues[static_cast<unsigned char>(high)] | detail::kHexValues[static_cast<unsigned char>(low)];
     return byte < 0 ? std::nullopt : std::optional(static_cast<unsigned>(byte));
@@ -47,12 +47,12 @@ constexpr std::optional<unsigned> hexByte(char high, char low) noexcept {
 ///     toBase64("hi")  ->  "aGk="
 std::string toBase64(std::string_view bytes);
 
-/// Whether Base64 has to be filled up to groups of four characters with "=".
+/// Whether Base64 must be padded with "=" to groups of four characters.
 enum class Padding : std::uint8_t { required, optional };
 
-/// The bytes that `text` stands for in Base64, whose digits 62 and 63 may be those of section 4 or of section 5 of RFC
-/// 4648. Nothing where it holds anything else, line breaks included, or where its padding is wrong or missing though
-/// required. Bits that are left over in the last digit are not looked at.
+/// Decodes Base64, whose digits 62 and 63 may be those of section 4 or of section 5 of RFC 4648. Nothing if `text`
+/// holds anything else, line breaks included, or if its padding is wrong, or missing though required. Bits left over in
+/// the last digit are ignored.
 ///     fromBase64("aGk=")  ->  "hi"        fromBase64("aGk"), fromBase64("aG=k")  ->  nothing
 std::optional<std::string> fromBase64(std::string_view text, Padding padding = Padding::required);
 

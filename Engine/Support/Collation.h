@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-/// The order in which a language sorts text: case does not count, accents do, blanks and punctuation do, and digits are
+/// The order in which a language sorts text: case is ignored, accents, blanks and punctuation count, and digits are
 /// compared one by one.
 namespace ravlin::Collation {
 
@@ -20,30 +20,30 @@ std::string icuLocale(std::string_view posixName);
 /// The ICU locale that the user's environment asks for: the first of LC_ALL, LC_COLLATE and LANG that is not empty.
 std::string userLocale();
 
-/// Sorts texts, which it refers to, by a locale. Takes 32 bytes per text and about 1.2 bytes per byte of text, and for
-/// the moment in which a text is added 2 more per byte of that.
+/// Sorts texts, which it does not copy, by a locale. Takes 32 bytes per text and about 1.2 bytes per byte of text, and
+/// 2 more per byte of a text while that is being added.
 class Sorter : NonCopyable {
 public:
-    /// NOTE: where ICU has no collator to give, texts are ordered by their code points.
+    /// NOTE: if ICU provides no collator, texts are ordered by code point.
     explicit Sorter(const std::string& locale);
     ~Sorter();
 
     /// Makes room for `count` texts.
     void reserve(std::size_t count) { entries_.reserve(count); }
 
-    /// Whether `b` may follow `a` where it does already. False where only keys would tell.
+    /// Whether `b`, which follows `a`, may stay there. False if only keys could decide.
     bool isInOrder(std::string_view a, std::string_view b, bool ascending) const;
 
     void add(std::string_view text);
 
-    /// Makes the last text longer by `size` bytes, which do not count when it is compared.
+    /// Makes the last text longer by `size` bytes, which are ignored when it is compared.
     void extendLast(std::size_t size) {
         std::string_view& last = entries_.back().text;
         last = std::string_view(last.data(), last.size() + size);
     }
 
-    /// Puts what was added in order. Texts that compare as equal keep the order in which they were added, whether
-    /// ascending or descending; that order is also the order of their addresses.
+    /// Sorts the added texts. Those that compare equal keep the order in which they were added, whether ascending or
+    /// descending; that must also be the order of their addresses.
     void sort(bool ascending);
 
     /// Calls `visit` with every text in order.
@@ -56,8 +56,8 @@ private:
     class Keys;
 
     struct Entry {
-        std::uint64_t prefix = 0;  // the first bytes of the sort key, the first one highest
-        const char* rest = "";     // the others, ended by 0
+        std::uint64_t prefix = 0;  // the first bytes of the sort key, the first one in the highest bits
+        const char* rest = "";     // the others, ending with 0
         std::string_view text;
     };
 

@@ -15,12 +15,12 @@ class Rewriter;
 /// Rewrites tags and elements of HTML text, without parsing HTML.
 ///
 /// Every rule is defined by the regular expression in its comment (ICU's syntax and meaning, case-insensitive): it
-/// replaces every non-overlapping match, found from the start. What an engine for such expressions finds by going back
-/// and trying again is found here in one walk: the time is proportional to the size of the text, whatever it holds.
+/// replaces every non-overlapping match, found from the start. A regular-expression engine backtracks to find these;
+/// here one walk finds them all, in time proportional to the size of the text, whatever it holds.
 namespace ravlin::HTMLScanner {
 
-/// The names that a rule knows, in lower case, as in Names("strong|b"). They match as ICU compares literals without
-/// regard to case, by full case folding: U+017F is an "s", U+212A a "k", and the ligatures U+FB05 and U+FB06 are "st".
+/// The names that a rule knows, in lower case, as in Names("strong|b"). They match the way ICU compares literals when
+/// ignoring case, by full case folding: U+017F is an "s", U+212A a "k", and the ligatures U+FB05 and U+FB06 are "st".
 class Names {
 public:
     consteval explicit Names(std::string_view list) {
@@ -34,7 +34,7 @@ public:
         }
     }
 
-    /// The end of the name that stands at byte `at` of `text`, npos where none does.
+    /// The end of the name at byte `at` of `text`, npos if there is none.
     std::size_t endAt(std::string_view text, std::size_t at) const noexcept {
         return mayStartAt(text, at) ? compareAt(text, at) : std::string_view::npos;
     }
@@ -47,7 +47,7 @@ private:
     }
     std::size_t compareAt(std::string_view text, std::size_t at) const noexcept;
 
-    /// No other character folds to several of these: the folds in use are single letters and "st".
+    /// Rules out other characters that fold to several letters: only folds to single letters and to "st" are handled.
     static consteval bool isComparable(std::string_view name) {
         constexpr std::string_view kLetters = "abcdefghijklmnopqrstuvwxyz0123456789";
         constexpr auto kLigatures = std::to_array<std::string_view>({"ff", "fi", "fl", "ss"});
@@ -61,18 +61,18 @@ private:
     std::uint32_t initials_ = 0;  // bitOf every first letter
 };
 
-/// What may stand between "<" and the name, after white space.
+/// What may come between "<" and the name, after white space.
 enum class Slash : std::uint8_t {
     none,
     optional,  // /?
     required,  // /
 };
 
-/// How a tag goes on after its name.
+/// How a tag continues after its name.
 enum class Tail : std::uint8_t {
     bare,         // \s*>
     selfClosing,  // \s*/?>
-    anything,     // [^>]*>   NOTE: also more letters, so "p" with this tail is "<pre>" as well
+    anything,     // [^>]*>   NOTE: letters too, so "p" with this tail also matches "<pre>"
 };
 
 /// <\s* slash name tail
@@ -83,7 +83,7 @@ struct Tag {
     std::string_view replacement;
 };
 
-/// Where the names inside an element's body end, which its body may not hold.
+/// Where a name ends that may not occur in an element's body.
 enum class NameEnd : std::uint8_t {
     anywhere,
     wordBoundary,  // \b
@@ -91,7 +91,7 @@ enum class NameEnd : std::uint8_t {
 
 /// <\s* name tail  ( body )  <\s*/ name \s*>   where the body holds no <\s*/? name nameEnd
 ///
-/// The tags are replaced by `before` and `after`, the body stays.
+/// The tags are replaced with `before` and `after`; the body stays.
 struct Element {
     Names names;
     Tail tail = Tail::bare;
@@ -107,7 +107,7 @@ void replace(Rewriter& rewriter, const Element& element);
 /// Removes elements together with their content: <name[^>]*> and everything up to the first </name>.
 void removeRawElements(Rewriter& rewriter, const Names& names);
 
-/// Replaces links by "[$2]($1)": their content and what stands in the quotes after "href".
+/// Replaces links with "[$2]($1)": their content and the quoted text after "href".
 ///
 /// <\s*a[^>]*href\s*=\s*["']([^"']*)["'][^>]*>  ( body )  <\s*/a\s*>   where the body holds no <\s*/?a\b
 void replaceLinks(Rewriter& rewriter);

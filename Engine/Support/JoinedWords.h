@@ -5,12 +5,12 @@
 
 namespace ravlin::Words {
 
-/// The words of `text`, as `appendMapped` maps them, with `separator` between them, which like any other separates the
+/// The words of `text`, mapped by `appendMapped` and joined by `separator`, which, like any other, separates the
 /// contexts of final sigmas.
 ///     joined("getJSON", '_', Unicode::appendUpperCased)  ->  "GET_JSON"
 std::string joined(std::string_view text, char separator, void (*appendMapped)(std::string&, std::string_view));
 
-/// The words of `text`, put together in lower case with upper-case first characters, but for the first word unless
+/// The words of `text`, joined in lower case with upper-case first characters, except the first word unless
 /// `isFirstCapitalised`. Every word is its own context for final sigmas.
 ///     capitalised("JSON parser", /*isFirstCapitalised=*/false)  ->  "jsonParser"
 std::string capitalised(std::string_view text, bool isFirstCapitalised);

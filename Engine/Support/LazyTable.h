@@ -6,9 +6,10 @@
 
 namespace ravlin {
 
-/// What `compute` says about the code points below `kSize`, each asked once: a text uses few of them, and asking for
-/// all takes longer than a click may. The untouched rest of the table takes no memory. `compute` never answers 0,
-/// which stands for "not asked yet". Safe to use from several threads: whoever asks twice gets the same answer.
+/// The value of `compute` for each code point below `kSize`, computed on first use: a text uses few of them, and
+/// computing all takes longer than a click may. The untouched rest of the table takes no memory. `compute` never
+/// returns 0, which means "not computed yet". Safe to use from several threads: computing a value twice gives the same
+/// result.
 template <typename Value, std::size_t kSize, Value (*compute)(char32_t) noexcept>
 class LazyTable {
 public:

@@ -6,10 +6,10 @@
 #include <string_view>
 #include <vector>
 
-/// The one rule by which text is cut into lines and put together again.
+/// The one rule for splitting text into lines and joining them again.
 ///
-/// Text is cut at every "\n" and at nothing else, so N line feeds give N + 1 lines; a carriage return stays in its
-/// line. Lines are joined with exactly one "\n" between neighbours and none after the last.
+/// Text is split at every "\n" and nowhere else, so N line feeds give N + 1 lines; a carriage return stays in its line.
+/// Lines are joined with exactly one "\n" between neighbours and none after the last.
 namespace ravlin::LineModel {
 
 /// How many lines `text` has: at least one.
@@ -22,7 +22,7 @@ std::vector<std::string_view> split(std::string_view text);
 /// The inverse of `split`.
 std::string join(std::span<const std::string_view> lines);
 
-/// Calls `visit` with every line of `text` in order, without a list of them.
+/// Calls `visit` with every line of `text` in order, without building a list.
 template <typename Visit>
 void forEachLine(std::string_view text, Visit visit) {
     for (std::size_t end = text.find('\n'); end != std::string_view::npos; end = text.find('\n')) {
@@ -32,11 +32,11 @@ void forEachLine(std::string_view text, Visit visit) {
     visit(text);
 }
 
-/// Puts lines together one after another, where each is written in several steps.
+/// Joins lines that are each written in several steps.
 ///     joiner.startLine() += "a"; joiner.startLine() += "b"; std::move(joiner).text()  ->  "a\nb"
 class Joiner {
 public:
-    /// `expectedSize` is the size of the text to come, in bytes; room for it is reserved.
+    /// Reserves room for a text of `expectedSize` bytes.
     explicit Joiner(std::size_t expectedSize) { text_.reserve(expectedSize); }
 
     /// Starts the next line and returns the text to append it to.

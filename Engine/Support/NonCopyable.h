@@ -2,7 +2,7 @@
 
 namespace ravlin {
 
-/// The base of what is neither copied nor moved. A QObject is neither by itself.
+/// Base of classes that are neither copied nor moved. A QObject already is neither.
 ///     class Connection : NonCopyable { ...
 class NonCopyable {
 public:

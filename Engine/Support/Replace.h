@@ -6,11 +6,11 @@
 #include <string>
 #include <string_view>
 
-/// The one literal search-and-replace.
+/// Literal search-and-replace.
 ///
-/// Occurrences are exact code points, found from the start and not overlapping. One counts only where both its ends are
-/// boundaries of user-perceived characters, so "&" with an accent on it is not "&"; the point between CR and LF counts
-/// as such a boundary, so that line ends can be taken apart.
+/// Occurrences match exact code points, from the start and without overlap. One counts only if both its ends are
+/// boundaries of user-perceived characters, so "&" with an accent is not "&"; the point between CR and LF counts as
+/// such a boundary, so that line ends can be taken apart.
 namespace ravlin::Replace {
 
 struct Literal {
@@ -18,7 +18,7 @@ struct Literal {
     std::string_view to;
 };
 
-/// Replaces every occurrence of `from`, which is not empty, by `to`.
+/// Replaces every occurrence of `from`, which is not empty, with `to`.
 ///     all("a--b---", "--", "-")  ->  "a-b--"
 std::string all(std::string_view text, std::string_view from, std::string_view to);
 
@@ -55,7 +55,7 @@ namespace detail {
 std::string each(std::string_view text, std::span<const Literal> literals, const std::array<bool, 256>& isLead);
 }
 
-/// Replaces the literals of `table`, with the result that replacing them one after another would have.
+/// Replaces the literals of `table`, with the same result as replacing them one after another.
 template <std::size_t kCount>
 std::string each(std::string_view text, const Table<kCount>& table) {
     return detail::each(text, table.literals(), table.isLead());

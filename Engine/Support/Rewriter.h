@@ -11,31 +11,30 @@
 
 namespace ravlin {
 
-/// Bytes [`from`, `to`) of a text, at least one, and the pieces that come instead of them, put together in order.
+/// Bytes [`from`, `to`) of a text, at least one, and the pieces that replace them, in order.
 struct Replacement {
     std::size_t from = 0;
     std::size_t to = 0;
     std::array<std::string_view, 5> pieces = {};
 };
 
-/// A text that one rule after another rewrites. Only rules that find something copy it, from one of two buffers to the
-/// other.
+/// A text that one rule after another rewrites. Only rules that find something copy it, between two buffers.
 class Rewriter : NonCopyable {
 public:
-    /// The rewriter reads `text` where it lies until a rule has changed something.
+    /// The rewriter reads `text` in place until a rule changes something.
     explicit Rewriter(std::string_view text) noexcept : text_(text) {}
 
     /// The text as the rules so far have left it. Valid until the next rule.
     std::string_view text() const noexcept { return text_; }
 
-    /// Begins with another text, and keeps the buffers.
+    /// Starts over with another text, keeping the buffers.
     void restart(std::string_view text) noexcept { text_ = text; }
 
-    /// The text as the rules have left it, taken out.
+    /// Moves out the text as the rules have left it.
     std::string take() && { return text_.data() == current_.data() ? std::move(current_) : std::string(text_); }
 
-    /// Replaces all that `findNext` finds in `text()`, from left to right. It is asked for the first range that starts
-    /// at or after a byte, with the end of the range before.
+    /// Replaces everything that `findNext` finds in `text()`, from left to right. It gets the end of the previous
+    /// range, and returns the first range that starts at or after that byte.
     template <typename FindNext>
     void replaceAll(FindNext findNext) {
         std::size_t copied = 0;
@@ -52,8 +51,8 @@ public:
         text_ = current_;
     }
 
-    /// The same, where every replacement is shorter than what it replaces: that needs no second buffer. `findNext` may
-    /// look back at the last byte of the range before, and no further.
+    /// The same for replacements that are all shorter than what they replace: no second buffer is needed. `findNext`
+    /// may look back at the last byte of the previous range, and no further.
     template <typename FindNext>
     void shrinkAll(FindNext findNext) {
         if (text_.data() != current_.data()) return replaceAll(findNext);

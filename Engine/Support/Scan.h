@@ -7,17 +7,17 @@
 #include <type_traits>
 #include <utility>
 
-/// The vocabulary of hand-written scanners that stand for regular expressions.
+/// Building blocks of hand-written scanners that replace regular expressions.
 namespace ravlin::Scan {
 
 inline constexpr std::size_t kNone = std::string_view::npos;
 
-/// The byte at `at`; behind the end NUL, which no rule looks for.
+/// The byte at `at`; past the end NUL, which no rule looks for.
 inline char peek(std::string_view text, std::size_t at) noexcept {
     return at < text.size() ? text[at] : '\0';
 }
 
-/// The first `byte` at or after `at`. It often is the very next one, and looking is cheaper than calling.
+/// The first `byte` at or after `at`. It is often right there, and looking is cheaper than calling.
 inline std::size_t find(std::string_view text, char byte, std::size_t at) noexcept {
     return peek(text, at) == byte ? at : text.find(byte, at);
 }
@@ -27,7 +27,7 @@ inline std::string_view between(std::string_view text, std::size_t from, std::si
     return text.substr(from, to - from);
 }
 
-/// \s*   Behind the white space, line ends included, that starts at byte `at`.
+/// \s*   The position after the white space, line ends included, that starts at byte `at`.
 inline std::size_t skipWhiteSpace(std::string_view text, std::size_t at) noexcept {
     while (at < text.size()) {
         if (Unicode::isASCII(text[at]) && text[at] > ' ') break;
@@ -45,11 +45,12 @@ struct FindByte {
     std::size_t operator()(std::size_t at) const noexcept { return find(text, byte, at); }
 };
 
-/// Answers "what comes next, at or after this byte?" for bytes that are asked in ascending order: it searches again
-/// only when the last answer has been passed. Since a search starts behind where the one before ended, all searches
-/// together walk over the text once, however often the question is asked.
+/// Answers "what comes next, at or after this byte?" for ascending bytes: it searches again only when the last answer
+/// has been passed. Since each search starts after the end of the previous one, all searches together walk over the
+/// text once, however often the question is asked.
 ///
-/// `Find` takes a byte and returns where it found something (or kNone), or an answer that has this as its member `at`.
+/// `Find` takes a byte and returns where it found something (or kNone), or an answer that has this position as its
+/// member `at`.
 template <typename Find>
 class Lookahead {
 public:

@@ -6,7 +6,7 @@
 namespace ravlin::Sentences {
 
 /// `text` with the first letter of it and of every sentence in upper case, and nothing else changed. Digits do not
-/// begin a sentence.
+/// start a sentence.
 ///     capitalised("is it? 1st. yes")  ->  "Is it? 1St. Yes"
 std::string capitalised(std::string text);
 

@@ -7,8 +7,8 @@
 #include <cstddef>
 #include <string_view>
 
-/// The words of a text: cut where there is neither letter nor number, from lower case or digit to upper case, and
-/// before the last capital of several that lower case follows. Every word is a stretch of the text.
+/// The words of a text: split at anything but letters and numbers, between lower case or a digit and upper case, and
+/// before the last of several capitals that lower case follows. Every word is a stretch of the text.
 ///     "getJSONResponse2Go don't"  ->  "get", "JSON", "Response2", "Go", "don", "t"
 namespace ravlin::Words {
 
@@ -19,7 +19,7 @@ using CharacterKind::kLower;
 using CharacterKind::kNumber;
 using CharacterKind::kUpper;
 
-/// Finds the words of a text whose characters it is given in order.
+/// Finds the words of a text, given its characters in order.
 template <typename Visit>
 class Splitter {
 public:
@@ -42,8 +42,8 @@ public:
         lastStart_ = at;
     }
 
-    /// Takes the ASCII characters that start at byte `offset`, but for most of most texts, which needs no rules: words
-    /// of small letters, and what lies between the first and the last of several small letters.
+    /// Takes the ASCII characters that start at byte `offset`. Most bypass the rules: words of small letters, and
+    /// everything between the first and the last of several small letters.
     void takeASCII(std::string_view text, std::size_t offset) {
         for (std::size_t at = 0; at < text.size();) {
             const std::size_t end = ASCII::smallLettersEnd(text, at);
@@ -74,7 +74,7 @@ private:
     Visit visit_;
     std::size_t wordStart_ = 0;
     std::size_t lastStart_ = 0;
-    Kind last_ = kNone;        // the last character of the current word; none where there is no word
+    Kind last_ = kNone;        // the last character of the current word; none if there is no word
     Kind beforeLast_ = kNone;  // the one before it in the same word
 };
 

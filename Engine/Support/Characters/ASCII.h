@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-/// Byte-wise mapping and comparing of ASCII, the bulk of most texts.
+/// Fast byte-wise mapping and comparison, since most text is mostly ASCII.
 namespace ravlin::ASCII {
 
 constexpr char toLower(char byte) noexcept {
@@ -31,26 +31,26 @@ constexpr bool isAlphanumeric(char byte) noexcept {
     return isDigit(byte) || isLetter(byte);
 }
 
-/// Whether `word`, which is in lower case, stands at byte `at` of `text`, in any case.
+/// Whether `word`, given in lower case, is at byte `at` of `text`, in any case.
 constexpr bool hasWordAt(std::string_view text, std::size_t at, std::string_view word) noexcept {
     return at <= text.size() && text.size() - at >= word.size() &&
            std::equal(word.begin(), word.end(), text.begin() + static_cast<std::ptrdiff_t>(at),
                       [](char a, char b) { return a == toLower(b); });
 }
 
-/// Whether `text` is `word`, which is in lower case, in any case.
+/// Whether `text` is `word`, given in lower case, in any case.
 constexpr bool isWord(std::string_view text, std::string_view word) noexcept {
     return text.size() == word.size() && hasWordAt(text, 0, word);
 }
 
-/// The end of the run of small letters that starts at byte `at` of ASCII text. Eight bytes at a time: a loop that ends
-/// after another number of bytes for every word is mispredicted every time.
+/// The end of the run of small letters that starts at byte `at` of ASCII text. It takes eight bytes at a time: a loop
+/// that ends after a different number of bytes for every word is mispredicted every time.
 inline std::size_t smallLettersEnd(std::string_view text, std::size_t at) noexcept {
     if constexpr (std::endian::native == std::endian::little) {
         constexpr std::uint64_t kOnes = 0x0101010101010101U;
         for (std::uint64_t bytes = 0; text.size() - at >= sizeof(bytes); at += sizeof(bytes)) {
             std::memcpy(&bytes, text.data() + at, sizeof(bytes));
-            // The highest bit of a sum tells whether the byte is at least that letter, or behind it.
+            // The highest bit of each sum shows whether the byte is at least 'a', or beyond 'z'.
             const std::uint64_t letters = (bytes + kOnes * (0x80 - 'a')) & ~(bytes + kOnes * (0x80 - 'z' - 1));
             const std::uint64_t others = ~letters & (kOnes * 0x80);
             if (others != 0) return at + static_cast<std::size_t>(std::countr_zero(others)) / 8;
@@ -60,7 +60,8 @@ inline std::size_t smallLettersEnd(std::string_view text, std::size_t at) noexce
     return at;
 }
 
-/// Appends `map(byte)` for every byte in order: a piece is copied and mapped while the processor's cache holds it.
+/// Appends `map(byte)` for every byte in order, in pieces that are mapped while the copy is still in the processor's
+/// cache.
 template <typename Map>
 void appendMapped(std::string& result, std::string_view bytes, Map map) {
     constexpr std::size_t kPieceSize = 4096;

@@ -5,13 +5,13 @@
 #include <cstdint>
 #include <string_view>
 
-/// What a user-perceived character is where a text is cut into words: a letter or a number by its first code point,
+/// What a user-perceived character is when a text is split into words: a letter or a number by its first code point,
 /// upper or lower case as a whole.
 namespace ravlin::CharacterKind {
 
 /// Any number of these.
 using Kind = std::uint8_t;
-inline constexpr Kind kKnown = 1;  // so that no kind is 0, which stands for no character
+inline constexpr Kind kKnown = 1;  // so that no kind is 0, which means no character
 inline constexpr Kind kLetter = 2;
 inline constexpr Kind kNumber = 4;
 inline constexpr Kind kUpper = 8;
@@ -21,7 +21,7 @@ constexpr bool isSeparator(Kind kind) noexcept {
     return (kind & (kLetter | kNumber)) == 0;
 }
 
-/// The kind of the character that `character` is, which may have several code points.
+/// The kind of `character`, which may have several code points.
 ///     of("e\u0301")  ->  kLetter and kLower
 Kind of(std::string_view character) noexcept;
 

@@ -6,12 +6,12 @@
 #include <string_view>
 
 /// The only place that decodes UTF-8. Properties, case mappings and normalisation come from ICU with the root locale.
-/// Texts are expected to be well-formed; every ill-formed sequence counts as one U+FFFD and is harmless.
+/// Texts should be well-formed, but need not be: every ill-formed sequence safely counts as one U+FFFD.
 namespace ravlin::Unicode {
 
 // --- Bytes and code points -------------------------------------------------------------------------------------------
 
-/// Stands for what is no character.
+/// Replaces anything that is not a character.
 inline constexpr char16_t kReplacement = 0xFFFD;
 
 /// One code point and the bytes it takes. For an ill-formed sequence (its longest part that could have begun a
@@ -50,8 +50,8 @@ bool isValidUTF8(std::string_view text) noexcept;
 ///     asciiRunEnd("ab\u00E9", 0)  ->  2
 std::size_t asciiRunEnd(std::string_view text, std::size_t from) noexcept;
 
-/// Takes the bytes of `text` from byte `from` on apart: calls `takeASCII` with every run of ASCII and `take` with every
-/// other code point and its bytes.
+/// Walks over `text` from byte `from` on: calls `takeASCII` with every run of ASCII and `take` with every other code
+/// point and its bytes.
 template <typename TakeASCII, typename Take>
 void forEachRun(std::string_view text, std::size_t from, TakeASCII takeASCII, Take take) {
     while (from < text.size()) {
@@ -67,8 +67,8 @@ void forEachRun(std::string_view text, std::size_t from, TakeASCII takeASCII, Ta
 
 // --- Properties of code points ---------------------------------------------------------------------------------------
 
-bool isLetter(char32_t scalar) noexcept;         ///< Alphabetic; so also the vowel signs of Indic scripts
-bool isNumber(char32_t scalar) noexcept;         ///< has a numeric type; so also U+00BD and U+4E00
+bool isLetter(char32_t scalar) noexcept;         ///< Alphabetic, so also the vowel signs of Indic scripts
+bool isNumber(char32_t scalar) noexcept;         ///< has a numeric type, so also U+00BD and U+4E00
 bool isDecimalDigit(char32_t scalar) noexcept;   ///< general category Nd, \d of a regular expression
 bool isMark(char32_t scalar) noexcept;           ///< general category Mn, Mc or Me
 bool isFormat(char32_t scalar) noexcept;         ///< general category Cf: soft hyphen, U+200B, direction marks ...
@@ -78,7 +78,7 @@ bool isLowercase(char32_t scalar) noexcept;      ///< Lowercase
 bool isCased(char32_t scalar) noexcept;          ///< Cased
 bool isCaseIgnorable(char32_t scalar) noexcept;  ///< Case_Ignorable: apostrophes, marks, format characters ...
 
-/// Grapheme_Extend: what continues the character before it without taking room of its own.
+/// Grapheme_Extend: continues the preceding character without taking up space of its own.
 bool isGraphemeExtend(char32_t scalar) noexcept;
 
 /// The zero-width non-joiner and joiner, which writing systems like Persian need inside words.
@@ -89,7 +89,7 @@ constexpr bool isJoiner(char32_t scalar) noexcept {
 /// A letter, mark, decimal digit, connector punctuation or a joiner: \w of a regular expression.
 bool isWordCharacter(char32_t scalar) noexcept;
 
-/// The tab and the space separators (Zs), U+00A0 included; no line ends.
+/// The tab and the space separators (Zs), U+00A0 included, but no line ends.
 bool isWhitespace(char32_t scalar) noexcept;
 
 /// The 25 characters with the property White_Space: the above, U+000A-U+000D, U+0085, U+2028 and U+2029.
@@ -111,14 +111,14 @@ std::size_t characterEnd(std::string_view text, std::size_t at) noexcept;
 /// Looks at the two neighbours only, unless they are regional indicators, or joined emoji or Indic consonants.
 bool isCharacterBoundary(std::string_view text, std::size_t at) noexcept;
 
-/// A stretch of a text that can be taken at once: one character, or, where it is `isPlain`, ASCII without CR, of which
-/// every byte is a character.
+/// A stretch of a text that can be handled at once: one character or, if `isPlain`, ASCII without CR, in which every
+/// byte is a character.
 struct Piece {
     std::string_view text;
     bool isPlain = false;
 };
 
-/// Cuts a text into pieces from its start on.
+/// Splits a text into pieces, from its start.
 ///     "ab\r\nc" followed by U+0301  ->  plain "ab", "\r\n", "c" with its accent
 class Pieces {
 public:
@@ -126,7 +126,7 @@ public:
 
     bool isAtEnd() const noexcept { return at_ == text_.size(); }
 
-    /// The next piece, before the end.
+    /// The next piece; there must be one.
     Piece next() noexcept;
 
 private:
@@ -135,14 +135,14 @@ private:
     std::size_t asciiEnd_ = 0;
 };
 
-/// The first place at or after byte `from` where `text` can be cut so that mapping the case of both parts or cutting
-/// them into characters gives the same as for the whole; the end of the text where there is none.
+/// The first place at or after byte `from` where `text` can be split so that mapping the case of both parts or
+/// splitting them into characters gives the same as for the whole; the end of the text if there is none.
 std::size_t independentPartEnd(std::string_view text, std::size_t from) noexcept;
 
 // --- Case and normalisation ------------------------------------------------------------------------------------------
 
-/// Room to reserve for the mapping of a text of `size` bytes, so that the few characters that grow in some language do
-/// not make the text move.
+/// Room to reserve for case-mapping a text of `size` bytes, so that the few characters that grow in some language do
+/// not cause a reallocation.
 constexpr std::size_t roomForMapped(std::size_t size) noexcept {
     return size + size / 16 + 16;
 }
@@ -154,11 +154,11 @@ std::string lowerCased(std::string_view text);
 ///     upperCased("stra\u00DFe")  ->  "STRASSE"
 std::string upperCased(std::string_view text);
 
-/// Appends the lower-case mapping of the bytes [`from`, `to`) of `text`. What stands around them in `text` decides
-/// about final sigma, so mapping a text piece by piece gives the same as mapping it at once.
+/// Appends the lower-case mapping of the bytes [`from`, `to`) of `text`. Their context in `text` decides about final
+/// sigma, so mapping a text piece by piece gives the same as mapping it at once.
 void appendLowerCased(std::string& result, std::string_view text, std::size_t from, std::size_t to);
 
-/// Appends the upper-case mapping of `text`, which does not depend on what stands around it.
+/// Appends the upper-case mapping of `text`, which does not depend on its context.
 void appendUpperCased(std::string& result, std::string_view text);
 
 /// Appends the full title-case mapping of one code point: "Ss" for U+00DF.
@@ -168,20 +168,21 @@ void appendTitleCased(std::string& result, char32_t scalar);
 bool isChangedByLowerCasing(std::string_view text) noexcept;
 bool isChangedByUpperCasing(std::string_view text) noexcept;
 
-/// The first code point of the canonical decomposition: "e" for U+00E9, itself for what does not decompose.
+/// The first code point of the canonical decomposition: "e" for U+00E9, `scalar` itself if it does not decompose.
 char32_t decompositionStart(char32_t scalar) noexcept;
 
 /// `text` in normalisation form C (UAX #15).
 std::string nfc(std::string_view text);
 
-/// Whether `text` is in normalisation form C. Free for texts that are below U+0300 throughout.
+/// Whether `text` is in normalisation form C. Free for texts that are entirely below U+0300.
 bool isNFC(std::string_view text);
 
 /// The longest run of combining marks that ICU may be given. It takes quadratic time for marks out of order and for
-/// some contractions; no language comes near this number, and twice the limit of the Stream-Safe Text Format (UAX #15).
+/// some contractions; no language comes near this number, which is more than twice the limit of the Stream-Safe Text
+/// Format (UAX #15).
 inline constexpr std::size_t kLongestMarkRun = 64;  // code points
 
-/// Whether more than `kLongestMarkRun` combining marks follow one another somewhere.
+/// Whether `text` has a run of more than `kLongestMarkRun` combining marks.
 bool hasLongMarkRun(std::string_view text) noexcept;
 
 /// `text` with every run of combining marks cut to `kLongestMarkRun`.
@@ -195,7 +196,7 @@ std::string_view trimWhitespaces(std::string_view text) noexcept;
 /// `text` without the White_Space characters at its two ends, line ends included. The view points into `text`.
 std::string_view trimWhitespacesAndNewlines(std::string_view text) noexcept;
 
-// --- Fast ways in ----------------------------------------------------------------------------------------------------
+// --- Fast paths ------------------------------------------------------------------------------------------------------
 
 namespace detail {
 Scalar decodeByRules(std::string_view text, std::size_t at) noexcept;
@@ -219,7 +220,7 @@ inline Scalar decode(std::string_view text, std::size_t at) noexcept {
     if (lead < 0x80) return {.value = lead, .byteSize = 1};
     if (lead >= 0xC2 && lead < 0xE0 && size >= 2 && isTrail(bytes[1]))
         return {.value = bits(bytes[0], 0x1F, 6) | bits(bytes[1], 0x3F, 0), .byteSize = 2};
-    // The second byte is restricted after E0, ED, F0 and F4: the rules know the rare ones of them.
+    // The second byte is restricted after E0, ED, F0 and F4: the rules handle the rare ones among these.
     const auto second = static_cast<unsigned char>(size >= 2 ? bytes[1] : 0);
     if (lead >= 0xE0 && lead < 0xED && second >= (lead == 0xE0 ? 0xA0 : 0x80) && isTrail(bytes[1]) && size >= 3 &&
         isTrail(bytes[2]))

@@ -13,8 +13,8 @@ struct Link {
     std::size_t begin = 0;
     std::size_t end = 0;
     bool hasScheme = true;  // "http://" or "https://", in any case
-    /// Whether the link is all there and written as itself. It is not where its "&" are written as "&amp;", or where
-    /// what follows is a part of it after all: an escape as in "?a=1\u0026b=2", a placeholder as in "?a={{ a }}".
+    /// Whether the link is complete and literal. It is not if its "&" are written as "&amp;", or if what follows is a
+    /// part of it after all: an escape as in "?a=1\u0026b=2", a placeholder as in "?a={{ a }}".
     bool isWhole = true;
 };
 
@@ -24,20 +24,20 @@ struct Link {
 /// - "http://" or "https://" and a host of any kind, or
 /// - a host that starts with "www." and ends with a top-level domain, or
 /// - another ASCII host that ends with a top-level domain, if there is a query with a named value: without one there is
-///   nothing to clean, and too many names of files, packages and companies look like hosts. Where the query follows the
-///   host at once, only a few domains are trusted.
+///   nothing to clean, and too many names of files, packages and companies look like hosts. If the query follows the
+///   host directly, only a few domains are trusted.
 ///
-/// What surrounds a link is left outside: brackets, quotation marks, sentence punctuation, Markdown marks, character
-/// references, a second link that a comma joins to it. E-mail addresses and links of other schemes are passed over.
+/// Anything around a link is left out: brackets, quotation marks, sentence punctuation, Markdown marks, character
+/// references, a second link joined to it by a comma. E-mail addresses and links with other schemes are skipped.
 ///
-/// Where a link ends is a guess in the end. A wrong one does harm only where it lets a removed query item take foreign
+/// Where a link ends is ultimately a guess. A wrong one does harm only if it makes a removed query item take foreign
 /// text with it, so the detector asks which items will be removed, and ends links more readily there.
 class LinkDetector {
 public:
     explicit LinkDetector(std::string_view text, Links::IsRemoved isRemoved) noexcept
         : text_(text), isRemoved_(isRemoved) {}
 
-    /// The next link, behind all that were found before.
+    /// The next link, after all those found before.
     std::optional<Link> next();
 
 private:
@@ -52,8 +52,8 @@ private:
 
     std::string_view text_;
     Links::IsRemoved isRemoved_;
-    std::size_t at_ = 0;     // where the search goes on
-    std::size_t floor_ = 0;  // no link begins before this byte any more
+    std::size_t at_ = 0;     // where the search continues
+    std::size_t floor_ = 0;  // no further link begins before this byte
 };
 
 }  // namespace ravlin

@@ -5,14 +5,14 @@
 
 namespace ravlin {
 
-/// One item of a query, as it is written.
+/// One item of a query, as written.
 class QueryItem {
 public:
     explicit constexpr QueryItem(std::string_view text) noexcept : text_(text) {}
 
     constexpr std::string_view text() const noexcept { return text_; }
 
-    /// What stands before the first "=", or everything.
+    /// The part before the first "=", or everything.
     constexpr std::string_view rawName() const noexcept { return text_.substr(0, text_.find('=')); }
 
     /// Whether there is a value, which may be empty.
@@ -22,7 +22,7 @@ private:
     std::string_view text_;
 };
 
-/// The query of a URL as an ordered list of items: what stands between the first "?" and the first "#", cut at every
+/// The query of a URL as an ordered list of items: the part between the first "?" and the first "#", split at every
 /// "&". Everything points into the URL, which is neither checked nor changed.
 class URLQuery {
 public:
@@ -34,7 +34,7 @@ public:
     /// The "#" and what follows it.
     std::string_view fragment() const noexcept { return fragment_; }
 
-    /// Whether there is an item. A "?" that nothing follows has none; "?&" has two.
+    /// Whether there is an item. A "?" with nothing after it has none; "?&" has two.
     bool hasItems() const noexcept { return !items_.empty(); }
 
     /// Calls `visit` with every QueryItem in order.
@@ -49,7 +49,7 @@ public:
         visit(QueryItem(rest));
     }
 
-    /// The name that percent escapes stand for; "" where they are broken or stand for no UTF-8.
+    /// The name with its percent escapes decoded; "" if they are broken or do not decode to UTF-8.
     ///     decodedName("utm%5Fsource")  ->  "utm_source"
     static std::string decodedName(std::string_view rawName);
 

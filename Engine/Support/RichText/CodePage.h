@@ -17,16 +17,16 @@ namespace ravlin {
 /// One of the character sets that documents older than Unicode are written in.
 class CodePage {
 public:
-    /// Western European, which is meant where nothing is said.
+    /// Western European, the default.
     static const CodePage kWindows1252;
 
     /// The encoding of Adobe's Symbol font, in which "a" is an alpha and B7 a bullet.
     static const CodePage kSymbol;
 
-    /// The code page that Windows gives this number, 65001 for UTF-8; nothing where it is not known.
+    /// The code page with this Windows number, such as 65001 for UTF-8; nothing if it is unknown.
     static std::optional<CodePage> numbered(int number) noexcept;
 
-    /// The code page of a font's character set, as Windows counts these; nothing for one that says nothing about it.
+    /// The code page of a font's character set, by its Windows number; nothing for one that implies no code page.
     ///     forCharset(204)  ->  code page 1251, Cyrillic
     static std::optional<CodePage> forCharset(int charset) noexcept;
 
@@ -42,14 +42,14 @@ private:
 inline constexpr CodePage CodePage::kWindows1252{0};
 inline constexpr CodePage CodePage::kSymbol{1};
 
-/// Appends bytes of changing code pages to a text, as UTF-8. What no character begins with or goes on with becomes
-/// U+FFFD.
+/// Appends bytes in changing code pages to a text, as UTF-8. Bytes that are not part of a character become U+FFFD.
 class CodePageDecoder : NonCopyable {
 public:
     CodePageDecoder();
     ~CodePageDecoder();
 
-    /// Appends `bytes`. The last ones are held back until the next call or `finish`: they may belong to one character.
+    /// Appends `bytes`. The last ones are held back until the next call or `finish`: they may be the start of a
+    /// character.
     void append(std::string& text, CodePage page, std::string_view bytes);
 
     /// Appends what is held back. Call it before anything else is appended to the same text.

@@ -15,9 +15,9 @@ struct RTFToken {
         end,  // of the data
         groupStart,
         groupEnd,
-        bytes,   // of the document's text, in some code page: as they stand, escaped or in hexadecimal
+        bytes,   // of the document's text, in some code page: literal, escaped or in hexadecimal
         word,    // \name, \name5
-        symbol,  // \ and one character that is no letter
+        symbol,  // \ and one character that is not a letter
     };
 
     Kind kind = Kind::end;
@@ -26,12 +26,12 @@ struct RTFToken {
     bool hasNumber = false;
 };
 
-/// Cuts rich text into tokens. Line ends and NULs between them, and the binary data behind \bin, are left out.
+/// Cuts rich text into tokens. Line ends and NULs between them, and the binary data after \bin, are left out.
 class RTFTokenizer : NonCopyable {
 public:
     explicit RTFTokenizer(std::string_view rtf) noexcept : rtf_(rtf) {}
 
-    /// The next token, whose views are valid until the one after it. Ends again and again at the end.
+    /// The next token; its views are valid until the next call. At the end, every call returns `end`.
     RTFToken next() noexcept;
 
 private:
@@ -43,7 +43,7 @@ private:
 
     std::string_view rtf_;
     std::size_t at_ = 0;
-    std::array<char, 64> hexBytes_ = {};  // what a token of hexadecimal bytes stands for
+    std::array<char, 64> hexBytes_ = {};  // the bytes of a hexadecimal token
 };
 
 }  // namespace ravlin
