@@ -26,7 +26,7 @@ void appendLowerCased(std::string& result, std::string_view text) {
 
 // --- slugify ---------------------------------------------------------------------------------------------------------
 
-/// Puts the letters and numbers of folded texts together, with "-" for what stands between them.
+/// Joins the letters and numbers of folded texts, with "-" for anything between them.
 class Slug {
 public:
     explicit Slug(std::size_t size) { slug_.reserve(size); }
@@ -60,10 +60,10 @@ private:
 
 // --- titleCase -------------------------------------------------------------------------------------------------------
 
-/// What a code point does to words: ends one, goes on with one, or starts one where none is.
+/// What a code point does to words: ends one, continues one, or starts one if there is none.
 enum class WordPart : std::uint8_t { unknown, outside, inside, start };
 
-/// Ignored between cased letters by Unicode, but here the end of a word.
+/// Unicode ignores these between cased letters, but here they end a word.
 constexpr auto kWordEnds = std::to_array<char32_t>({
     '.', 0x2024, 0xFE52, 0xFF0E,  // full stop, one dot leader, small and full-width full stop
     ':', 0xFE13, 0xFE55, 0xFF1A,  // colon, its vertical, small and full-width forms

@@ -13,7 +13,7 @@ namespace {
 
 // --- Tracking parameters ---------------------------------------------------------------------------------------------
 
-/// The order of names without regard to case. Most of them differ in size, which is quickly compared.
+/// Orders names by size, which is quick to compare and usually differs, then alphabetically, ignoring case.
 constexpr bool isBefore(std::string_view a, std::string_view b) noexcept {
     if (a.size() != b.size()) return a.size() < b.size();
     return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(),
@@ -33,14 +33,14 @@ bool isTrackingName(std::string_view name) noexcept {
            std::binary_search(kSortedKeys.begin(), kSortedKeys.end(), name, isBefore);
 }
 
-/// The same for a name as it is written in a URL.
+/// The same for a name as written in a URL.
 bool isTracking(std::string_view rawName) {
     const auto isPlain = [](char byte) { return Unicode::isASCII(byte) && byte != '%'; };
     if (std::all_of(rawName.begin(), rawName.end(), isPlain)) return isTrackingName(rawName);
     return isTrackingName(Unicode::lowerCased(URLQuery::decodedName(rawName)));
 }
 
-/// Appends what `cleanURL` makes of `url`.
+/// Appends the result of `cleanURL`.
 void appendCleaned(std::string& result, std::string_view url) {
     const URLQuery query(url);
     if (!query.hasItems()) {
@@ -67,7 +67,7 @@ constexpr auto kSortedInvisibles = [] {
     return scalars;
 }();
 
-/// The bytes that begin one of them in UTF-8.
+/// The bytes that can begin one of these in UTF-8.
 constexpr auto kIsLead = [] {
     std::array<bool, 256> table = {};
     for (const char32_t scalar : invisibleScalars) table[Unicode::leadByte(scalar)] = true;

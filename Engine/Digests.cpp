@@ -12,21 +12,21 @@
 namespace ravlin::TextTransforms {
 namespace {
 
-/// An algorithm of OpenSSL's default provider. It comes from a library context of ours, since the system's
-/// configuration may leave MD5 out of the one that all programs share, as it does on machines that are bound to FIPS.
+/// An algorithm of OpenSSL's default provider. It comes from a library context of our own, since the system's
+/// configuration may leave MD5 out of the default one, as it does on machines bound to FIPS.
 ///
-/// Context and algorithm live as long as the process: at its end OpenSSL cleans up on its own, perhaps before us.
+/// Context and algorithm live as long as the process: at exit OpenSSL cleans up by itself, perhaps before us.
 const EVP_MD* fetch(const char* name) {
     static OSSL_LIB_CTX* const context = [] {
         OSSL_LIB_CTX* const created = OSSL_LIB_CTX_new();
         if (created != nullptr) OSSL_PROVIDER_load(created, "default");
         return created;
     }();
-    // Without a context of ours "nullptr" would ask the shared one.
+    // Without a context of our own, "nullptr" would mean the default one.
     return context == nullptr ? nullptr : EVP_MD_fetch(context, name, nullptr);
 }
 
-/// The only thing that can be lacking is memory.
+/// Fails only for lack of memory.
 std::string digest(const EVP_MD* algorithm, std::string_view text) {
     std::array<unsigned char, EVP_MAX_MD_SIZE> bytes = {};
     unsigned size = 0;

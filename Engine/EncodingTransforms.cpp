@@ -18,7 +18,7 @@ namespace {
 
 // --- Backslash escapes -----------------------------------------------------------------------------------------------
 
-/// The letter that stands for each character behind a backslash, "" for characters that are not escaped.
+/// The letter after the backslash in each character's escape, NUL for characters that are not escaped.
 constexpr auto kEscapeLetters = [] {
     std::array<char, 256> letters = {};
     letters['\\'] = '\\';
@@ -32,8 +32,8 @@ constexpr auto kEscapeLetters = [] {
     return letters;
 }();
 
-/// What the byte behind a backslash stands for, nothing for bytes that no escape has. Single quotes are read, though
-/// they are never written: other languages escape them.
+/// The character that a byte after a backslash stands for, nothing for bytes that no escape has. Escaped single quotes
+/// are read, though never written: other languages escape them.
 constexpr auto kEscapedCharacters = [] {
     std::array<std::optional<char>, 256> characters = {};
     for (std::size_t byte = 0; byte < kEscapeLetters.size(); ++byte)
@@ -47,7 +47,7 @@ constexpr char escapeLetter(char byte) noexcept {
     return kEscapeLetters[static_cast<unsigned char>(byte)];
 }
 
-/// Whether the ASCII byte at `at` is a user-perceived character: it has no accent and is no half of CR LF.
+/// Whether the ASCII byte at `at` is a user-perceived character: it has no accent and is not half of CR LF.
 bool isCharacter(std::string_view text, std::size_t at) noexcept {
     const char previous = at > 0 ? text[at - 1] : '\0';
     const char next = Scan::peek(text, at + 1);
@@ -55,7 +55,7 @@ bool isCharacter(std::string_view text, std::size_t at) noexcept {
     return (Unicode::isASCII(previous) && Unicode::isASCII(next)) || Replace::isWhole(text, at, 1);
 }
 
-/// The first character at or after `at` that is to be escaped, or the end.
+/// The first character at or after `at` that must be escaped, or the end.
 std::size_t findEscaped(std::string_view text, std::size_t at) noexcept {
     while (at < text.size() && (escapeLetter(text[at]) == '\0' || !isCharacter(text, at))) ++at;
     return at;
@@ -67,7 +67,7 @@ std::size_t countEscaped(std::string_view text) noexcept {
     return count;
 }
 
-/// What the escape whose backslash stands at `at` stands for, or nothing where it is no escape.
+/// The character that the escape at `at` stands for, or nothing if the backslash there starts no escape.
 std::optional<char> escapedCharacter(std::string_view text, std::size_t at) noexcept {
     if (at + 1 == text.size() || !isCharacter(text, at) || !isCharacter(text, at + 1)) return std::nullopt;
     return kEscapedCharacters[static_cast<unsigned char>(text[at + 1])];
@@ -79,7 +79,7 @@ bool isHexPrefix(std::string_view text, std::size_t at) noexcept {
     return text[at] == '0' && (Scan::peek(text, at + 1) == 'x' || Scan::peek(text, at + 1) == 'X');
 }
 
-/// The first hexadecimal digit at or after `at` behind white space and prefixes "0x", or what cannot be skipped.
+/// The first byte at or after `at` that is not white space or a prefix "0x".
 std::size_t skipToHexDigit(std::string_view text, std::size_t at) noexcept {
     for (;;) {
         at = Scan::skipWhiteSpace(text, at);
@@ -88,18 +88,18 @@ std::size_t skipToHexDigit(std::string_view text, std::size_t at) noexcept {
     }
 }
 
-/// Appends what the pairs of digits from `at` on stand for that have nothing between them; returns where they end.
+/// Appends the bytes for the pairs of digits from `at` on that have nothing between them; returns where they end.
 std::size_t appendAdjacentPairs(std::string& bytes, std::string_view text, std::size_t at) {
     for (; at + 1 < text.size(); at += 2) {
         const std::optional<unsigned> byte = Bytes::hexByte(text[at], text[at + 1]);
-        // The second digit may be the "0" of a prefix that stands within a pair.
+        // The second digit may be the "0" of a prefix within a pair.
         if (!byte || isHexPrefix(text, at + 1)) break;
         bytes += static_cast<char>(*byte);
     }
     return at;
 }
 
-/// The bytes that pairs of digits stand for, or nothing where there is anything else or half a pair.
+/// The bytes that pairs of digits stand for, or nothing if there is anything else or half a pair.
 std::optional<std::string> hexBytes(std::string_view text) {
     std::string bytes;
     bytes.reserve(text.size() / 2);
@@ -125,13 +125,13 @@ constexpr char rotated(char byte) noexcept {
 
 // --- Tokens ----------------------------------------------------------------------------------------------------------
 
-/// A token's two parts that are shown; its signature is not.
+/// The two parts of a token that are shown; the signature is not.
 struct Token {
     std::string_view header;
     std::string_view payload;
 };
 
-/// The token that `text` is, or nothing where there are not two or three parts between dots.
+/// `text` as a token, or nothing if it does not have two or three parts between dots.
 std::optional<Token> tokenIn(std::string_view text) noexcept {
     std::array<std::string_view, 3> parts = {};
     std::size_t count = 0;
@@ -147,7 +147,7 @@ std::optional<Token> tokenIn(std::string_view text) noexcept {
     return Token{.header = parts[0], .payload = parts[1]};
 }
 
-/// The text that one part of a token stands for, indented if it is JSON. Tokens leave the padding out.
+/// The decoded text of one part of a token, indented if it is JSON. Tokens omit the padding.
 std::optional<std::string> b64urlToJSON(std::string_view part) {
     const std::optional<std::string> bytes = Bytes::fromBase64(part, Bytes::Padding::optional);
     if (!bytes || !Unicode::isValidUTF8(*bytes)) return std::nullopt;
@@ -239,7 +239,7 @@ std::string jwtDecode(std::string_view text) {
     const std::optional<std::string> header = b64urlToJSON(token->header);
     std::optional<std::string> payload = header ? b64urlToJSON(token->payload) : std::nullopt;
     if (!payload) return std::string(text);
-    // It mostly has room for more, and there is no second copy of it this way.
+    // The payload usually has room for more, and this way it is not copied.
     payload->insert(0, "// Header\n" + *header + "\n\n// Payload\n");
     return *std::move(payload);
 }

@@ -37,7 +37,7 @@ constexpr std::array kTextRules = {
 
 using Rule = std::variant<Tag, Element>;
 
-// The order counts: every rule acts on what the rules before have left.
+// The order matters: every rule acts on what the previous rules have left.
 constexpr auto kMarkdownRules = std::to_array<Rule>({
     Tag{.names = Names("br"), .tail = Tail::selfClosing, .replacement = "\n"},
     Tag{.names = Names("p"), .slash = Slash::required, .replacement = "\n\n"},
@@ -62,15 +62,15 @@ constexpr auto kNamedReferences = std::to_array<Literal>({
     {.from = "&quot;", .to = "\""},
     {.from = "&#39;", .to = "'"},
     {.from = "&apos;", .to = "'"},
-    {.from = "&nbsp;", .to = " "},  // NOTE: not U+00A0, so that no one pastes spaces that look like others
+    {.from = "&nbsp;", .to = " "},  // NOTE: not U+00A0, so that no pasted character merely looks like a space
     {.from = "&mdash;", .to = "\u2014"},
     {.from = "&ndash;", .to = "\u2013"},
 });
 
-// After the others: "&amp;lt;" is what encoding made of "&lt;".
+// After the others: "&amp;lt;" is what encoding makes of "&lt;".
 constexpr auto kAmpersand = std::to_array<Literal>({{.from = "&amp;", .to = "&"}});
 
-/// No reference can arise from what another one stands for, so one pass does what one pass for each would.
+/// Decoding one reference cannot produce another, so one pass does the same as one pass for each.
 void decodeNamed(Rewriter& rewriter, std::span<const Literal> references) {
     const std::string_view text = rewriter.text();
     rewriter.shrinkAll([&](std::size_t from) -> std::optional<Replacement> {
@@ -96,10 +96,10 @@ bool isInsertableScalar(std::uint32_t value) noexcept {
 
 struct NumericReference {
     std::size_t end = 0;
-    std::uint32_t value = 0;  // kScalarLimit stands for everything beyond
+    std::uint32_t value = 0;  // kScalarLimit for everything beyond it
 };
 
-/// The digits and ";" that start at byte `at`, which is where digits in other scripts than ASCII stay as well.
+/// Reads the digits and ";" that start at byte `at`. Only ASCII digits count, so references with any others stay.
 std::optional<NumericReference> numericReferenceAt(std::string_view text, std::size_t at,
                                                    std::uint32_t radix) noexcept {
     std::uint32_t value = 0;
@@ -113,7 +113,7 @@ std::optional<NumericReference> numericReferenceAt(std::string_view text, std::s
     return NumericReference{.end = end + 1, .value = value};
 }
 
-/// One pass over references that start with `prefix`.
+/// Decodes the references that start with `prefix`, in one pass.
 void pass(Rewriter& rewriter, std::string_view prefix, std::uint32_t radix) {
     const std::string_view text = rewriter.text();
     std::string scalar;
@@ -157,7 +157,7 @@ void collapseBlankLines(Rewriter& rewriter) {
     });
 }
 
-/// What is left to do when the rules for single tags have been applied.
+/// The steps that remain after the rules for single tags.
 std::string plainTextOf(Rewriter& rewriter) {
     HTMLScanner::removeTags(rewriter);
     decodeEntities(rewriter);

@@ -15,16 +15,16 @@
 namespace ravlin::TextTransforms {
 namespace {
 
-// --- What is written -------------------------------------------------------------------------------------------------
+// --- Writing ---------------------------------------------------------------------------------------------------------
 
-/// The new text. It is written as far as there is room for it and counted to its end, so that its size is known before
-/// memory is taken for it, however fast it grows.
+/// The new text. It is written as far as there is room and counted to the end, so that its size is known before memory
+/// is allocated for it, however fast it grows.
 ///
-/// Tokens are short. Those that follow one another in the input are copied at once, and what is copied is gathered in a
-/// block that stays in the processor's cache, where a short piece is one move of `kShort` bytes instead of a call.
+/// Tokens are short. Adjacent ones of the input are copied together, into a block that stays in the processor's cache,
+/// where a short piece is one move of `kShort` bytes instead of a call.
 class Output : NonCopyable {
 public:
-    /// `input` is what pieces are copied from; `room` the most bytes that are written.
+    /// `input` is the text that pieces are copied from, `room` the maximum number of bytes to write.
     Output(std::string_view input, std::uint64_t room)
         : runStart_(input.data()), runEnd_(input.data()), inputEnd_(input.data() + input.size()), room_(room) {
         text_.reserve(room);
@@ -54,14 +54,14 @@ public:
 
     bool isTooLong() const noexcept { return size_ > kMaxPrettySize; }
 
-    /// The bytes of the whole text, written or not. Nothing is appended afterwards.
+    /// The size of the whole text in bytes, written or not. Nothing is appended afterwards.
     std::uint64_t finish() {
         endRun();
         writeBlock();
         return size_;
     }
 
-    /// The text, finished and not larger than the room.
+    /// The text, once finished. It must not be larger than the room.
     std::string take() && { return std::move(text_); }
 
 private:
@@ -86,7 +86,7 @@ private:
         runStart_ = runEnd_;
     }
 
-    // Seldom needed, and in the way where they are inlined.
+    // Rarely needed, and in the way when inlined.
     [[gnu::noinline]] void endLongRun(std::string_view run) {
         if (gathered() + run.size() > kBlockSize) writeBlock();
         if (run.size() > kBlockSize) return write(run);
@@ -95,7 +95,7 @@ private:
 
     [[gnu::noinline]] void insertLongLineBreak(std::uint64_t indent) {
         writeBlock();
-        // What is too long already grows no further, lest the number overflow.
+        // The size of a text that is already too long is left alone, lest it overflow.
         if (isTooLong()) return;
         size_ += 1 + indent;
         if (size_ <= room_) text_.append(1, '\n').append(indent, ' ');
@@ -123,7 +123,7 @@ private:
     char* next_ = block_.data();
 };
 
-// --- What is read ----------------------------------------------------------------------------------------------------
+// --- Reading ---------------------------------------------------------------------------------------------------------
 
 constexpr bool isWhiteSpace(char byte) noexcept {
     return byte == ' ' || byte == '\n' || byte == '\r' || byte == '\t';
@@ -133,7 +133,7 @@ constexpr bool isPlainInString(char byte) noexcept {
     return static_cast<unsigned char>(byte) >= ' ' && byte != '"' && byte != '\\';
 }
 
-/// The highest bit of the first of eight bytes that is not plain in a string; behind it the bits tell nothing.
+/// The highest bit of the first of eight bytes that is not plain in a string; the bits after it mean nothing.
 constexpr std::uint64_t specialBits(std::uint64_t bytes) noexcept {
     constexpr std::uint64_t kOnes = 0x0101010101010101U;
     constexpr std::uint64_t kHighBits = 0x80 * kOnes;
@@ -155,8 +155,8 @@ const char* plainEnd(const char* at, const char* end) noexcept {
     return std::find_if_not(at, end, isPlainInString);
 }
 
-/// Reads one JSON value and writes it anew. Every operation that returns a Boolean says whether it found what the
-/// grammar of RFC 8259 asks for; if not, the output is of no use.
+/// Reads one JSON value and rewrites it. Every function that returns a Boolean says whether it found what the grammar
+/// of RFC 8259 requires; if not, the output is useless.
 class JSONReformatter {
 public:
     JSONReformatter(std::string_view text, bool isPretty) noexcept
@@ -174,7 +174,7 @@ public:
 private:
     enum class Container : std::uint8_t { object, array };
 
-    /// An open container. They form a stack instead of a recursion, so that no nesting is too deep.
+    /// An open container. These form a stack in place of recursion, so that no nesting is too deep.
     struct Frame {
         std::int64_t depth = 0;  ///< 1 for the outermost
         Container kind = Container::object;
@@ -191,10 +191,10 @@ private:
     bool emitLiteral(Output& out, std::string_view literal);
     bool skipDigits() noexcept;
 
-    /// The byte to be read; at the end NUL, which begins and continues nothing.
+    /// The next byte to read; at the end NUL, which begins and continues nothing.
     char next() const noexcept { return i < n ? s[static_cast<std::size_t>(i)] : '\0'; }
 
-    /// Goes on to byte `end` and copies what lies between.
+    /// Advances to byte `end`, copying the bytes in between.
     void copyTo(std::int64_t end, Output& out) noexcept {
         out.copy(s.data() + i, s.data() + end);
         i = end;
@@ -206,11 +206,11 @@ private:
 
     std::string_view s;
     std::int64_t n;      // bytes
-    std::int64_t i = 0;  // the byte to be read
+    std::int64_t i = 0;  // the next byte to read
     bool pretty;
 };
 
-// Flattened, so that the position stays in a register: that makes it half as fast again.
+// Flattened, so that the position stays in a register: 1.5 times as fast.
 [[gnu::flatten]] bool JSONReformatter::emit(Output& out) {
     Stack stack;
     do {
@@ -223,7 +223,7 @@ private:
     return true;
 }
 
-/// Reads a value, of a container that is not empty only the start.
+/// Reads a value, or only the start of a container that is not empty.
 bool JSONReformatter::emitValue(Output& out, Stack& stack) {
     switch (next()) {
         case '[': return openContainer(out, stack, Container::array);
@@ -245,7 +245,7 @@ bool JSONReformatter::openContainer(Output& out, Stack& stack, Container kind) {
     }
     const std::int64_t depth = static_cast<std::int64_t>(stack.size()) + 1;
     // Give up early, before a hostile text fills the memory with frames: too few bytes are left to close all that is
-    // open, or too much is to be written already.
+    // open, or the output is already too long.
     if (depth > n - i || (pretty && out.isTooLong())) return false;
     stack.push_back({.depth = depth, .kind = kind});
     if (kind == Container::object) return openMember(out, depth);
@@ -285,7 +285,7 @@ bool JSONReformatter::ascend(Output& out, Stack& stack) {
     return true;
 }
 
-/// Whatever follows a backslash is part of the string, even what JSON does not know.
+/// Whatever follows a backslash is part of the string, even escapes unknown to JSON.
 bool JSONReformatter::emitString(Output& out) {
     if (next() != '"') return false;
     const char* const end = s.data() + n;
@@ -330,8 +330,8 @@ bool JSONReformatter::emitLiteral(Output& out, std::string_view literal) {
     return true;
 }
 
-/// What to reserve at first. Compact text grows by a half when it is indented, and to its fourfold where it is full of
-/// small numbers. The part of the memory that is not written costs nothing.
+/// The bytes to reserve at first. Compact text grows by half when it is indented, and fourfold if it is full of small
+/// numbers. Memory that is not written to costs nothing.
 std::uint64_t firstRoom(std::size_t size, bool pretty) noexcept {
     return pretty ? std::min<std::uint64_t>(kMaxPrettySize, std::uint64_t{size} * 4) : size;
 }

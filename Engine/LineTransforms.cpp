@@ -30,7 +30,7 @@ std::string_view lineAt(std::string_view text, std::size_t start) noexcept {
 
 // --- shuffleLines ----------------------------------------------------------------------------------------------------
 
-/// A linear congruential generator with a fixed start: the same text is always shuffled alike.
+/// A linear congruential generator with a fixed seed: the same text is always shuffled the same way.
 class FixedRandom {
 public:
     std::uint64_t next() noexcept {
@@ -59,8 +59,8 @@ std::string shuffled(std::string_view text) {
 
 // --- removeDuplicateLines --------------------------------------------------------------------------------------------
 
-/// The distinct lines of a text, as a hash table of where they start. It holds no copies: what is looked up is compared
-/// with the text itself.
+/// The distinct lines of a text, as a hash table of where they start. It holds no copies: lines are compared with the
+/// text itself.
 template <typename Offset>
 class SeenLines {
 public:
@@ -92,7 +92,7 @@ private:
 
     std::string_view text_;
     bool isComposed_;            // so that no line needs to be normalised
-    std::vector<Offset> slots_;  // the start of a line and 1, or 0 for an empty slot
+    std::vector<Offset> slots_;  // the start of a line plus 1, or 0 for an empty slot
 };
 
 template <typename Offset>
@@ -144,7 +144,7 @@ std::string sortLines(std::string_view text, bool ascending) {
     Collation::Sorter sorter(Collation::userLocale());
     if (isSorted(text, sorter, ascending)) return std::string(text);
     sorter.reserve(LineModel::count(text));
-    std::string_view previous = "\n";  // no line is
+    std::string_view previous = "\n";  // unlike any line
     LineModel::forEachLine(text, [&](std::string_view line) {
         // Equal neighbours stay together, so they are sorted as one.
         if (line == previous) return sorter.extendLast(line.size() + 1);

@@ -20,7 +20,7 @@ using Scan::find;
 using Scan::kNone;
 using Scan::peek;
 
-/// An element of HTML by its two tags.
+/// An HTML element, as its two tags.
 struct Element {
     std::string_view open;
     std::string_view close;
@@ -38,7 +38,7 @@ constexpr std::array<Element, 6> kHeadings = {
     {{"<h1>", "</h1>"}, {"<h2>", "</h2>"}, {"<h3>", "</h3>"}, {"<h4>", "</h4>"}, {"<h5>", "</h5>"}, {"<h6>", "</h6>"}}};
 
 // --- Inline rules ----------------------------------------------------------------------------------------------------
-// Each stands for the regular expression in its comment, of which it replaces every match in one walk over the text.
+// Each implements the regular expression in its comment, replacing every match in one walk over the text.
 
 std::string_view escapeOf(char byte) noexcept {
     switch (byte) {
@@ -50,7 +50,7 @@ std::string_view escapeOf(char byte) noexcept {
 }
 
 /// & < > as references, unless they carry an accent. No reference holds a character that a later step escapes, so one
-/// pass does what a pass for each would.
+/// pass does the same as one pass for each.
 void escapeMarkup(Rewriter& rewriter) {
     const std::string_view text = rewriter.text();
     rewriter.replaceAll([&](std::size_t from) -> std::optional<Replacement> {
@@ -100,7 +100,7 @@ void replaceDoubledPairs(Rewriter& rewriter, char mark, const Element& element) 
             const bool isDoubled = peek(text, open + 1) == mark;
             if (isDoubled && close > content && peek(text, close + 1) == mark)
                 return Replacement{open, close + 2, {element.open, between(text, content, close), element.close}};
-            // Of three marks and more, the last two open.
+            // Of three or more marks, the last two open.
             open = isDoubled && close == content ? open + 1 : close;
         }
         return std::nullopt;
@@ -120,8 +120,8 @@ struct FindTargetEnd {
 
 /// \[([^\]]+)\]\(([^)\s]+)\)
 ///
-/// Lemma: whether a link matches from "[" depends on the next "]" only. Where it does not, the "[" between the two fail
-/// likewise, and the search goes on behind the "]".
+/// Lemma: whether a link matches from "[" depends only on the next "]". If it does not match, neither does any "["
+/// between the two, and the search continues after the "]".
 void replaceLinks(Rewriter& rewriter) {
     const std::string_view text = rewriter.text();
     Scan::Lookahead<FindTargetEnd> targetEnds({.text = text});
@@ -151,7 +151,7 @@ struct InlineRule {
     void (*apply)(Rewriter&);
 };
 
-// The order counts. No rule writes a mark of a later one, so the marks of the text as it was tell which ones to apply.
+// The order matters. No rule writes a mark of a later one, so the marks in the original text decide which rules apply.
 constexpr auto kInlineRules = std::to_array<InlineRule>({
     {kMarkup, escapeMarkup},
     {kBackTick, [](Rewriter& rewriter) { replacePairs(rewriter, '`', kCode); }},
@@ -195,10 +195,10 @@ std::size_t findLineTerminator(std::string_view line, std::size_t at) noexcept {
     return at;
 }
 
-/// \s+(.*)$   What stands behind the white space that starts at byte `at`.
+/// \s+(.*)$   The text after the white space that starts at byte `at`.
 ///
 /// "." stops at a line terminator, and "$" matches at the end and before a line terminator that is the last character.
-/// So that one is left out, and any other makes the match fail: giving back white space would not get "." across it.
+/// So that one is left out, and any other fails the match: backtracking over white space would not get "." past it.
 std::optional<std::string_view> contentFrom(std::string_view line, std::size_t at) noexcept {
     const std::size_t start = Scan::skipWhiteSpace(line, at);
     if (start == at) return std::nullopt;
@@ -240,17 +240,17 @@ std::optional<std::string_view> numberedItemIn(std::string_view line) noexcept {
     return contentFrom(line, at + 1);
 }
 
-/// A ">" that carries an accent is another character.
+/// A ">" that carries an accent is a different character.
 bool isQuote(std::string_view line) noexcept {
     return line.starts_with('>') && Replace::isWhole(line, 0, 1);
 }
 
-/// Turns lines into elements, and remembers the list that is open.
+/// Turns lines into elements, and remembers the open list.
 class Converter {
 public:
     explicit Converter(std::size_t expectedSize) : output_(expectedSize) {}
 
-    /// The tests are in order: a heading wins over a quote, a quote over an item.
+    /// The order of the tests matters: a heading wins over a quote, a quote over an item.
     void addLine(std::string_view line) {
         line = Unicode::trimWhitespaces(line);
         if (line.empty()) {
@@ -279,7 +279,7 @@ public:
     }
 
 private:
-    /// Closes the list that is open and opens `list`, unless they are the same. Null stands for no list.
+    /// Closes the open list and opens `list`, unless they are the same. Null means no list.
     void enter(const Element* list) {
         if (list == list_) return;
         if (list_ != nullptr) output_.startLine() += list_->close;
@@ -300,13 +300,13 @@ private:
 
     LineModel::Joiner output_;
     Rewriter inline_{""};
-    const Element* list_ = nullptr;  // the one that is open
+    const Element* list_ = nullptr;  // the open one
 };
 
 }  // namespace
 
 std::string markdownToHTML(std::string_view text) {
-    // Many short lines make it longer still. Room that is not used costs nothing; room that lacks costs a second copy.
+    // Many short lines make it even longer. Unused room costs nothing; missing room costs a second copy.
     Converter converter(2 * text.size());
     LineModel::forEachLine(text, [&](std::string_view line) { converter.addLine(line); });
     return std::move(converter).html();

@@ -3,7 +3,7 @@
 namespace ravlin {
 namespace {
 
-/// What stands in where no desktop's clipboard has been installed: always empty, refuses every write.
+/// Stands in if no desktop's clipboard has been installed: always empty, refuses every write.
 class AbsentPasteboard final : public Pasteboard {
 public:
     std::int64_t changeCount() override { return 0; }

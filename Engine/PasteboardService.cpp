@@ -9,7 +9,7 @@ namespace ravlin::PasteboardService {
 
 namespace {
 
-/// The text of an HTML document in bytes, if they are UTF-8. A byte order mark is no part of the text.
+/// The text of an HTML document, if its bytes are UTF-8. A byte order mark is not part of the text.
 std::optional<std::string> textOfHTML(std::string_view bytes) {
     constexpr std::string_view kByteOrderMark = "\uFEFF";
     if (!Unicode::isValidUTF8(bytes)) return std::nullopt;
@@ -45,7 +45,7 @@ PasteOutcome transformClipboard(TextTransform transform) {
     const std::string result = transform.apply(*text);
     const Success success{.inputCount = Unicode::characterCount(*text), .outputCount = Unicode::characterCount(result)};
 
-    // A copy that comes between this look at the counter and the write is kept, which is as if it had come afterwards.
+    // A copy made between this look at the counter and the write is kept, as if it had been made afterwards.
     if (pasteboard.changeCount() != changeCount) return ClipboardChanged{};
     pasteboard.replaceIfUnchanged(changeCount, result);
     return success;

@@ -44,7 +44,7 @@ constexpr std::string_view kEmDash = "\u2014";
 constexpr std::string_view kEnDash = "\u2013";
 constexpr std::string_view kEllipsis = "\u2026";
 
-/// What a single quotation mark opens after.
+/// A single quotation mark after one of these opens.
 constexpr std::array<std::string_view, 5> kBeforeOpening = {" ", "\n", "\t", "(", kOpeningDouble};
 
 /// Whether a single quotation mark at byte `at` opens, by the character before it.
@@ -62,7 +62,7 @@ public:
         const auto count = [&](char byte) {
             return static_cast<std::size_t>(std::count(text.begin(), text.end(), byte));
         };
-        // Two bytes more for a quotation mark, one for two hyphens.
+        // Two more bytes per quotation mark, one more per two hyphens.
         result_.reserve(text.size() + 2 * (count('"') + count('\'')) + count('-') / 2);
     }
 
@@ -80,7 +80,7 @@ public:
     }
 
 private:
-    // Each of these puts what stands at byte `at` and returns how many bytes of the text that was.
+    // Each of these writes what is at byte `at`, and returns how many bytes of the text that was.
 
     std::size_t putDouble(std::size_t at) {
         if (!Replace::isWhole(text_, at, 1)) return put("\"");
@@ -95,7 +95,7 @@ private:
         return 1;
     }
 
-    /// A run of hyphens or of full stops. Its first and its last one may belong to characters of their own.
+    /// A run of hyphens or of full stops. The first and the last may be parts of other characters.
     std::size_t putRun(std::size_t at) {
         const char byte = text_[at];
         const std::size_t end = std::min(text_.find_first_not_of(byte, at), text_.size());
@@ -153,7 +153,7 @@ void appendCollapsed(std::string& result, std::string_view line) {
     }
 }
 
-/// How many characters at the start of `line` are spaces. The last one is none where it carries a mark.
+/// The number of leading spaces in `line`. The last one does not count if it carries a mark.
 std::size_t leadingSpaces(std::string_view line) noexcept {
     const std::size_t end = std::min(line.find_first_not_of(' '), line.size());
     return end > 0 && !Unicode::isCharacterBoundary(line, end) ? end - 1 : end;

@@ -124,7 +124,7 @@ consteval auto makeTransforms() {
 
 constexpr auto kTransforms = makeTransforms();
 
-/// The name of a case as the sources have it, which the compilers give away; empty where there is no such case.
+/// The name of a case as in the source, which compilers put into the function's name; empty if there is no such case.
 template <TextTransform::Case kCase>
 consteval std::string_view nameOf() {
     constexpr std::string_view kBefore = "kCase = ravlin::TextTransform::";

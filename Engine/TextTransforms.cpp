@@ -16,7 +16,7 @@
 namespace ravlin::TextTransforms {
 namespace {
 
-// As long as the catalogue, in its order. To forget a transform is an error of the compilation.
+// As long as the catalogue, in its order. Forgetting a transform is a compile error.
 std::string route(TextTransform transform, std::string_view text) {  // NOLINT(readability-function-size)
     switch (transform) {
         case TextTransform::stripTracking: return stripTracking(text);

@@ -11,7 +11,7 @@ constexpr unsigned byteAt(std::string_view bytes, std::size_t at) noexcept {
     return static_cast<unsigned char>(bytes[at]);
 }
 
-/// Computed rather than looked up, since that can be done for many bytes at once.
+/// Calculates the digit instead of looking it up, so that the compiler can vectorise loops over bytes.
 constexpr char hexDigit(unsigned value) noexcept {
     return static_cast<char>(value + (value < 10 ? '0' : 'a' - 10));
 }
@@ -19,7 +19,7 @@ constexpr char hexDigit(unsigned value) noexcept {
 constexpr std::string_view kBase64Digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 static_assert(kBase64Digits.size() == 64);
 
-/// The two digits of every 12 bits: half as many look-ups as with single digits.
+/// The two digits for each 12-bit value: half as many look-ups as with single digits.
 constexpr auto kBase64Pairs = [] {
     std::array<std::array<char, 2>, 4096> pairs = {};
     for (std::size_t bits = 0; bits < pairs.size(); ++bits)
@@ -37,8 +37,8 @@ std::array<char, 4> base64Tail(std::string_view bytes) {
 
 constexpr std::uint32_t kNoDigits = 0xFFFFFFFFU;
 
-/// What each byte adds to the 24 bits of its group as the first, second, third and fourth digit; `kNoDigits` if it is
-/// none.
+/// What each byte contributes to the 24 bits of its group as the first, second, third and fourth digit; `kNoDigits` if
+/// it is not a digit.
 constexpr auto kBase64Values = [] {
     std::array<std::array<std::uint32_t, 256>, 4> values = {};
     for (std::size_t place = 0; place < values.size(); ++place) {
@@ -52,7 +52,7 @@ constexpr auto kBase64Values = [] {
     return values;
 }();
 
-/// The 24 bits of the four digits at `at`, or more than 24 bits.
+/// The 24 bits of the four digits at `at`, or more than 24 bits if any is not a digit.
 std::uint32_t base64Group(std::string_view text, std::size_t at) noexcept {
     return kBase64Values[0][byteAt(text, at)] | kBase64Values[1][byteAt(text, at + 1)] |
            kBase64Values[2][byteAt(text, at + 2)] | kBase64Values[3][byteAt(text, at + 3)];

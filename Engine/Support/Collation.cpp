@@ -23,7 +23,7 @@ std::unique_ptr<icu::Collator> makeCollator(const std::string& locale) {
     std::unique_ptr<icu::Collator> collator(icu::Collator::createInstance(icuLocale, status));
     if (U_FAILURE(status) != 0 || collator == nullptr) return nullptr;
     collator->setStrength(icu::Collator::SECONDARY);
-    // Said explicitly, because some locales have other defaults: Thai skips punctuation.
+    // Set explicitly, because some locales have other defaults: Thai skips punctuation.
     collator->setAttribute(UCOL_ALTERNATE_HANDLING, UCOL_NON_IGNORABLE, status);
     collator->setAttribute(UCOL_NUMERIC_COLLATION, UCOL_OFF, status);
     collator->setAttribute(UCOL_CASE_LEVEL, UCOL_OFF, status);
@@ -31,10 +31,10 @@ std::unique_ptr<icu::Collator> makeCollator(const std::string& locale) {
     return U_SUCCESS(status) != 0 ? std::move(collator) : nullptr;
 }
 
-/// NOTE: ICU measures in 32 bits, keys as well, so of a longer text only this much is compared.
+/// NOTE: ICU's sizes are 32-bit, those of keys included, so only this much of a longer text is compared.
 constexpr std::size_t kLongestCompared = std::size_t{1} << 28U;  // bytes
 
-/// Memory that is not written to before it is used, and costs nothing until then.
+/// Memory that is not initialised, and costs nothing until it is used.
 template <typename Unit>
 struct Buffer {
     explicit Buffer(std::size_t room) : units(std::make_unique_for_overwrite<Unit[]>(room)), size(room) {}
@@ -58,19 +58,19 @@ std::string icuLocale(std::string_view posixName) {
 
 std::string userLocale() {
     for (const char* const variable : {"LC_ALL", "LC_COLLATE", "LANG"}) {
-        // Nobody changes the environment: the program has one thread.
+        // Nothing changes the environment meanwhile: the program has one thread.
         const char* const value = std::getenv(variable);  // NOLINT(concurrency-mt-unsafe)
         if (value != nullptr && *value != '\0') return icuLocale(value);
     }
     return "";
 }
 
-/// Makes sort keys and keeps them.
+/// Makes and keeps sort keys.
 class Sorter::Keys {
 public:
     explicit Keys(const std::string& locale) : collator_(makeCollator(locale)) {}
 
-    /// Compares without keys, which is quicker for a single comparison. Texts that need care are not in order.
+    /// Compares without keys, which is quicker for a single comparison. Texts that need care count as out of order.
     bool isInOrder(std::string_view a, std::string_view b, bool ascending) const {
         if (a == b) return true;
         if (collator_ == nullptr || std::max(a.size(), b.size()) > kLongestCompared) return false;
@@ -80,7 +80,7 @@ public:
         return U_SUCCESS(status) != 0 && order != (ascending ? UCOL_GREATER : UCOL_LESS);
     }
 
-    /// NOTE: of a run of combining marks only the first 64 count, see Unicode::kLongestMarkRun.
+    /// NOTE: only the first 64 of a run of combining marks count, see Unicode::kLongestMarkRun.
     Entry entryOf(std::string_view text) {
         const std::string_view compared = text.substr(0, kLongestCompared);
         const bool hasLongMarkRun = Unicode::hasLongMarkRun(compared);
@@ -93,7 +93,7 @@ public:
     }
 
 private:
-    static constexpr std::size_t kOrdinary = 0x10000;    // bytes of a text; above, memory is given back at once
+    static constexpr std::size_t kOrdinary = 0x10000;    // bytes of a text; memory for longer ones is freed at once
     static constexpr std::size_t kBlockSize = 0x100000;  // bytes
 
     /// Writes the sort key of `text` with its final 0 to `key_`, and returns its size.
@@ -125,7 +125,7 @@ private:
         return static_cast<std::size_t>(size);
     }
 
-    /// Bytes [`from`, `to`) of `key_`, copied or not, where they stay as long as this.
+    /// Bytes [`from`, `to`) of `key_`, copied or not, to where they stay as long as this object lives.
     const char* keep(std::size_t from, std::size_t to) {
         const std::size_t size = to - from;
         if (size > kBlockSize) {
@@ -169,7 +169,7 @@ int Sorter::compare(const Entry& a, const Entry& b) noexcept {
 }
 
 void Sorter::sort(bool ascending) {
-    // Equal texts are told apart by their addresses, which makes a stable sort of one that needs no further memory.
+    // Equal texts are ordered by address, which makes this sort stable without additional memory.
     std::sort(entries_.begin(), entries_.end(), [ascending](const Entry& a, const Entry& b) {
         const int order = compare(a, b);
         if (order != 0) return ascending ? order < 0 : order > 0;

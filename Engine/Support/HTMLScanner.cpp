@@ -1,9 +1,9 @@
 // Why these rules are linear
 //
-// Every rule asks about one "<" after another whether a match starts there, and each "<" is asked about once. White
-// space behind a "<" and names hold no "<", so walking over them costs no more than the text. All other questions have
-// the form "where is the next one from here" and are asked at ascending bytes; a Lookahead answers them. Besides, an
-// expression can be matched from a "<" in one way only, or in two (links): the lemmas stand at the rules.
+// Every rule checks each "<" once, in order, for the start of a match. White space after a "<" and names hold no "<",
+// so walking over them costs no more than walking over the text. All other questions have the form "where is the next
+// one from here" and are asked at ascending bytes; a Lookahead answers them. Finally, an expression can match from a
+// "<" in only one way, or in two (links): see the lemmas at the rules.
 
 #include "Engine/Support/HTMLScanner.h"
 
@@ -26,27 +26,27 @@ using Scan::Lookahead;
 using Scan::peek;
 using Scan::skipWhiteSpace;
 
-// --- Vocabulary: what the expressions are made of --------------------------------------------------------------------
+// --- Vocabulary: the parts of the expressions ------------------------------------------------------------------------
 
 std::size_t findQuote(std::string_view text, std::size_t at) noexcept {
     return text.find_first_of("\"'", at);
 }
 
-/// \b behind a letter: the end of the text, or no word character. ICU does not end a word at a format character.
+/// \b after a letter: the end of the text, or not a word character. ICU does not end a word at a format character.
 bool isWordBoundary(std::string_view text, std::size_t at) noexcept {
     if (at == text.size()) return true;
     const char32_t next = Unicode::decode(text, at).value;
     return !Unicode::isWordCharacter(next) && !Unicode::isFormat(next);
 }
 
-/// A character and the letters that it is the same as where case does not count.
+/// A character and the letters that it equals when case is ignored.
 struct Folding {
     std::string_view character;
     std::string_view letters;
 };
 constexpr std::array<Folding, 4> kFoldings = {{{"\u017F", "s"}, {"\u212A", "k"}, {"\uFB05", "st"}, {"\uFB06", "st"}}};
 
-/// How the character at byte `at` stands for the beginning of `name`; empty if it does not.
+/// How the character at byte `at` matches the beginning of `name`; empty if it does not.
 Folding foldingAt(std::string_view text, std::size_t at, std::string_view name) noexcept {
     const char byte = peek(text, at);
     if (ASCII::toLower(byte) == name.front()) return {.character = text.substr(at, 1), .letters = name.substr(0, 1)};
@@ -57,7 +57,7 @@ Folding foldingAt(std::string_view text, std::size_t at, std::string_view name) 
     return {};
 }
 
-/// The end of `name`, if it stands at byte `at`.
+/// The end of `name`, if it is at byte `at`.
 std::size_t endOfName(std::string_view text, std::size_t at, std::string_view name) noexcept {
     while (!name.empty()) {
         const Folding folding = foldingAt(text, at, name);
@@ -93,18 +93,18 @@ bool allows(Slash slash, bool isClosing) noexcept {
     return slash == Slash::optional || isClosing == (slash == Slash::required);
 }
 
-/// \s*>   Behind it, if it starts at byte `at`.
+/// \s*>   The position after it, if it starts at byte `at`.
 std::size_t endOfBareTag(std::string_view text, std::size_t at) noexcept {
     at = skipWhiteSpace(text, at);
     return peek(text, at) == '>' ? at + 1 : kNone;
 }
 
-/// Where tags end, asked for one tag after another.
+/// Finds where tags end, one tag after another.
 class TagEnds {
 public:
     TagEnds(std::string_view text, Tail tail) : text_(text), tail_(tail), greaters_({.text = text, .byte = '>'}) {}
 
-    /// Behind the ">" of the tag whose name ends at byte `at`; kNone if it does not go on like `tail`.
+    /// The position after the ">" of the tag whose name ends at byte `at`; kNone if it does not continue like `tail`.
     std::size_t from(std::size_t at) {
         switch (tail_) {
             case Tail::bare: return endOfBareTag(text_, at);
@@ -130,7 +130,7 @@ private:
 /// A tag that ends the body of an element: an opening or closing tag of its kind.
 struct Marker {
     std::size_t at = kNone;
-    std::size_t closeEnd = kNone;  // behind it, if it is a whole closing tag
+    std::size_t closeEnd = kNone;  // the position after it, if it is a whole closing tag
 };
 
 /// <\s*/? name nameEnd
@@ -165,7 +165,7 @@ struct FindRawClosingTag {
     }
 };
 
-/// Replaces all that `matchAt` finds, which is asked about one "<" after another.
+/// Replaces everything that `matchAt` finds; it is called for one "<" after another.
 template <typename MatchAt>
 void replaceWhereTagsStart(Rewriter& rewriter, MatchAt matchAt) {
     const std::string_view text = rewriter.text();
@@ -181,10 +181,10 @@ void replaceWhereTagsStart(Rewriter& rewriter, MatchAt matchAt) {
 /// href\s*=\s*["']([^"']*)["']
 struct Href {
     std::size_t value = kNone;
-    std::size_t valueEnd = kNone;  // where its closing quote stands
+    std::size_t valueEnd = kNone;  // where its closing quote is
 };
 
-/// The first href at or after byte `from`. The closing quote is not looked for behind the end of `tag`.
+/// The first href at or after byte `from`. The closing quote is not looked for beyond the end of `tag`.
 Href findHref(std::string_view tag, std::size_t from) noexcept {
     for (std::size_t at = tag.find_first_of("hH", from); at != kNone; at = tag.find_first_of("hH", at + 1)) {
         const std::size_t nameEnd = endOfName(tag, at, "href");
@@ -205,15 +205,15 @@ struct FindQuote {
 
 constexpr Names kLinkName("a");
 
-/// Lemma: whether a link matches from "<a" follows from the first ">" behind it, its `greater`, and two hrefs.
+/// Lemma: whether a link matches from "<a" depends only on the first ">" after it, its `greater`, and on two hrefs.
 ///
-/// The greedy [^>]* reaches up to `greater`, so the last href before it is tried first. Its value may hold ">", and may
-/// so end behind `greater`; then the tag ends at the first ">" behind the value. If the body that starts there is not
-/// followed by its closing tag, the href before the last one is tried. The value of that one ends before `greater`, at
-/// the latest with the opening quote of the last one, and so the tag ends at `greater`. All hrefs further before would
-/// end the tag there, too, and fail likewise.
+/// The greedy [^>]* reaches up to `greater`, so the last href before it is tried first. Its value may hold ">", and so
+/// may end after `greater`; then the tag ends at the first ">" after the value. If the body that starts there is not
+/// followed by its closing tag, the second-to-last href is tried. Its value ends before `greater`, at the latest with
+/// the opening quote of the last one, and so the tag ends at `greater`. All earlier hrefs would end the tag there too,
+/// and fail as well.
 ///
-/// Where "<a" fails, the next "<a" with the same `greater` does: its hrefs are among those of the first.
+/// If an "<a" fails, so does the next "<a" with the same `greater`: its hrefs are among those of the first.
 class LinkFinder {
 public:
     explicit LinkFinder(std::string_view text)
@@ -265,7 +265,7 @@ private:
 
     std::string_view text_;
     Lookahead<FindByte> greaters_;
-    Lookahead<FindQuote> quotesBehind_;  // behind `greater`, as the two after it
+    Lookahead<FindQuote> quotesBehind_;  // "Behind" means after `greater`
     Lookahead<FindByte> greatersBehind_;
     Lookahead<FindMarker> markers_;
     Lookahead<FindMarker> markersBehind_;
@@ -294,9 +294,8 @@ void replace(Rewriter& rewriter, const Tag& tag) {
     });
 }
 
-// Lemma: the body takes one character after another as long as no marker stands there, and ends where a closing tag
-// stands. A closing tag is a marker as well. So the body ends at the first marker, if that is a whole closing tag, and
-// else nowhere.
+// Lemma: the body takes one character after another up to a marker, and ends at a closing tag, which is a marker as
+// well. So the body ends at the first marker, if that is a whole closing tag, and otherwise nowhere.
 void replace(Rewriter& rewriter, const Element& element) {
     const std::string_view text = rewriter.text();
     TagEnds ends(text, element.tail);

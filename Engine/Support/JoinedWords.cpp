@@ -10,7 +10,7 @@
 namespace ravlin::Words {
 namespace {
 
-/// Words are put together in parts of this many bytes and mapped then, which takes half the time.
+/// Words are joined into parts of this many bytes before they are mapped, which takes half the time.
 constexpr std::size_t kPartSize = 4096;
 
 /// Appends `word` in lower case with an upper-case first character.
@@ -22,13 +22,13 @@ void appendCapitalised(std::string& result, std::string_view word) {
     result.replace(start, size, Unicode::upperCased(lowered.substr(0, size)));
 }
 
-/// Puts words together, capitalised. Most parts are ASCII: all of such a part is lower-cased at once, and then the
-/// bytes where words begin are upper-cased.
+/// Joins words, capitalised. Most parts are ASCII: such a part is lower-cased as a whole, then the first byte of each
+/// word is upper-cased.
 class CapitalisedWords {
 public:
     explicit CapitalisedWords(std::size_t size) { result_.reserve(Unicode::roomForMapped(size)); }
 
-    /// The word that comes before all others and stays in lower case.
+    /// Appends the word that precedes all others and stays in lower case.
     void appendSmall(std::string_view word) { Unicode::appendLowerCased(result_, word, 0, word.size()); }
 
     void append(std::string_view word) {
@@ -74,7 +74,7 @@ private:
 
 std::string joined(std::string_view text, char separator, void (*appendMapped)(std::string&, std::string_view)) {
     std::string result;
-    result.reserve(text.size() + text.size() / 2);  // enough where a word has two characters or more
+    result.reserve(text.size() + text.size() / 2);  // enough if words have two or more characters
     std::string part;
     forEach(text, [&](std::string_view word) {
         if (!result.empty() || !part.empty()) part += separator;

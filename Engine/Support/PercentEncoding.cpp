@@ -30,7 +30,7 @@ std::size_t plainRunEnd(std::string_view text, std::size_t from) noexcept {
     return from;
 }
 
-/// The bytes that `text` stands for, or nothing where an escape is broken.
+/// The bytes that `text` stands for, or nothing if an escape is broken.
 std::optional<std::string> bytesOf(std::string_view text) {
     std::string result;
     result.reserve(text.size());

@@ -9,7 +9,7 @@ namespace {
 
 bool isEdge(std::string_view text, std::size_t at) noexcept {
     if (at == 0 || at == text.size()) return true;
-    // Between ASCII neighbours only CR LF is no boundary, and here it counts as one.
+    // Between ASCII neighbours only CR LF has no boundary, and here it counts as one.
     if (Unicode::isASCII(text[at - 1]) && Unicode::isASCII(text[at])) return true;
     return Unicode::isCharacterBoundary(text, at);
 }

@@ -11,8 +11,8 @@
 namespace ravlin::Sentences {
 namespace {
 
-/// A text that is given upper-case letters from its start to its end. They mostly take as many bytes as the lower-case
-/// ones, so the text is changed where it is and only written anew from the first place on where they do not.
+/// A text that gets upper-case letters from start to end. They mostly take as many bytes as the lower-case ones, so the
+/// text is changed in place, and only rewritten from the first place where they do not.
 class Capitaliser {
 public:
     explicit Capitaliser(std::string text) : text_(std::move(text)) {}
@@ -48,7 +48,7 @@ constexpr bool isTerminator(char byte) noexcept {
     return byte == '.' || byte == '!' || byte == '?';
 }
 
-/// Whether the character at byte `at` is exactly the one of a single ASCII byte.
+/// Whether the character at byte `at` is a single ASCII byte.
 bool isSingle(std::string_view text, std::size_t at) noexcept {
     return Unicode::isCharacterBoundary(text, at) && Unicode::characterEnd(text, at) == at + 1;
 }

@@ -7,7 +7,7 @@
 namespace ravlin::CharacterKind {
 namespace {
 
-/// The case by what a character is and what becomes of it. Cased characters that neither mapping changes, like the
+/// The case of a character, by its property and its mappings. Cased characters that neither mapping changes, like the
 /// ordinal indicators, are both upper and lower case.
 constexpr Kind caseOf(bool isCased, bool isChangedByUpper, bool isChangedByLower) noexcept {
     Kind kind = 0;

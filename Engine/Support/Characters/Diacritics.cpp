@@ -14,14 +14,14 @@ constexpr bool isSkinTone(char32_t scalar) noexcept {
     return scalar >= 0x1F3FB && scalar <= 0x1F3FF;
 }
 
-/// Whether a diacritic that follows a base character goes with it.
+/// Whether the code point after a base character is dropped as its diacritic.
 bool isDropped(char32_t base, char32_t following) noexcept {
     if (base == kNoBase) return false;
     if (isGraphemeExtend(following)) return base < kFirstUnfolded || following < kFirstUnfolded;
     return base < kFirstUnfolded && isSkinTone(following);
 }
 
-/// The base character of what folds to it.
+/// The base character that `scalar` folds to, or `scalar` itself.
 char32_t foldedBase(char32_t scalar) noexcept {
     const char32_t start = decompositionStart(scalar);
     return start < kFirstUnfolded ? start : scalar;

@@ -15,7 +15,7 @@ constexpr unsigned byteAt(std::string_view text, std::size_t at) noexcept {
     return static_cast<unsigned char>(text[at]);
 }
 
-/// The byte that may follow `lead`: the narrower ranges keep out overlong forms, surrogates and what is too large.
+/// Whether `byte` may follow `lead`: the narrower ranges exclude overlong forms, surrogates and values too large.
 constexpr bool isSecond(unsigned lead, unsigned byte) noexcept {
     switch (lead) {
         case 0xE0: return byte >= 0xA0 && byte <= 0xBF;

@@ -1,5 +1,5 @@
-// Full case mappings with the root locale. ICU maps the single code points; whole texts are walked here, because ICU
-// measures texts in 32 bits and is slow on ASCII.
+// Full case mappings with the root locale. ICU maps single code points; whole texts are walked here, because ICU's
+// sizes are 32-bit and it is slow on ASCII.
 
 #include "Engine/Support/Characters/ASCII.h"
 #include "Engine/Support/Characters/Unicode.h"
@@ -19,13 +19,13 @@ namespace {
 
 // --- What single code points map to ----------------------------------------------------------------------------------
 
-/// One to three code points of 21 bits each, the first one lowest. No mapping yields U+0000 but that of itself, which
-/// never gets here: ASCII is mapped apart.
+/// One to three code points of 21 bits each, the first in the lowest bits. Only U+0000 maps to U+0000, and it never
+/// gets here: ASCII is mapped separately.
 using Mapping = std::uint64_t;
 constexpr unsigned kScalarBits = 21;
 constexpr std::uint64_t kScalarMask = (1U << kScalarBits) - 1;
 
-/// No code point from here on has a case; were one added some day, it would be mapped all the same, only slower.
+/// No code point from here on has a case; if one is ever added, it will still be mapped, only more slowly.
 constexpr char32_t kTableSize = 0x20000;
 
 constexpr char32_t kCapitalSigma = 0x3A3;

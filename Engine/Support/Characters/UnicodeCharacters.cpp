@@ -1,5 +1,5 @@
-// Extended grapheme clusters (UAX #29, with the Indic conjuncts that ICU adds): how text is cut into what users see as
-// characters. The rules stand in one table, from which a state machine is derived at compile time.
+// Extended grapheme clusters (UAX #29, with the Indic conjuncts that ICU adds): how text is split into what users see
+// as characters. The rules are in `joinOf`, from which a state machine is derived at compile time.
 
 #include "Engine/Support/Characters/Unicode.h"
 #include "Engine/Support/LazyTable.h"
@@ -37,7 +37,7 @@ enum class Class : std::uint8_t {
 };
 constexpr std::size_t kClassCount = 19;
 
-/// What of the text before a code point, beyond its neighbour, decides whether it joins.
+/// What decides, besides its neighbour, whether a code point joins the text before it.
 enum class Context : std::uint8_t {
     none,
     openFlag,       // an odd number of regional indicators
@@ -109,8 +109,8 @@ constexpr Context contextAfter(Context context, Class next) {
     }
 }
 
-/// The state machine: a state is the class of the last code point with its context. `kStart` is any state after which
-/// a character ends for certain.
+/// The state machine: a state is the class of the last code point with its context. `kStart` is a state after which a
+/// character is sure to end.
 using State = std::uint8_t;
 constexpr std::size_t kStateCount = kClassCount * kContextCount;
 constexpr State kBoundary = 0x80;  // flag in a transition: a character ends before this code point
@@ -210,7 +210,7 @@ constexpr std::size_t isCRLF(char first, char second) noexcept {
     return std::size_t{first == '\r'} & std::size_t{second == '\n'};
 }
 
-/// Counts boundaries while it is fed a text from its start.
+/// Counts boundaries as it is fed a text from the start.
 class Counter {
 public:
     /// Bytes [`from`, `to`), code point by code point. Returns where it stopped: a code point may reach beyond `to`.
@@ -219,7 +219,7 @@ public:
             const Scalar scalar = decode(text, from);
             const Class next = classOf(scalar.value);
             from += scalar.byteSize;
-            // Most of most texts; the branch is foreseen, while the table would be waited for.
+            // By far the most common case: the branch is predicted, while the table look-up would stall.
             if (next == Class::other && state_ == kAfterOther) {
                 ++count_;
                 continue;
@@ -231,9 +231,9 @@ public:
         return from;
     }
 
-    /// The same for ASCII bytes only: every byte is a character, but the LF of a CR LF.
+    /// The same for ASCII bytes only: every byte is a character, except the LF of a CR LF.
     void feedASCII(std::string_view bytes) noexcept {
-        feed(bytes, 0, 1);  // the first byte may join what stands before it
+        feed(bytes, 0, 1);  // the first byte may join what precedes it
         std::size_t pairs = 0;
         for (std::size_t i = 1; i < bytes.size(); ++i) pairs += isCRLF(bytes[i - 1], bytes[i]);
         count_ += static_cast<std::int64_t>(bytes.size() - 1 - pairs);
@@ -282,7 +282,7 @@ std::size_t detail::characterEndByRules(std::string_view text, std::size_t at) n
 
 Piece Pieces::next() noexcept {
     if (at_ >= asciiEnd_) asciiEnd_ = asciiRunEnd(text_, at_);
-    // The last one before other text may carry a mark.
+    // The last byte before other text may carry a mark.
     const std::size_t end = asciiEnd_ == text_.size() || asciiEnd_ == at_ ? asciiEnd_ : asciiEnd_ - 1;
     const std::string_view run = text_.substr(at_, end - at_);
     const std::size_t size = std::min(run.find('\r'), run.size());
@@ -315,7 +315,7 @@ bool isCharacterBoundary(std::string_view text, std::size_t at) noexcept {
         case Join::always: return false;
         default: break;
     }
-    // The rest depends on what stands further before: go back to a certain boundary and forward again by the rules.
+    // The rest depends on earlier text: go back to a certain boundary, and forward again by the rules.
     std::size_t start = at - before.byteSize;
     while (start > 0) {
         const Scalar previous = decodeBefore(text, start);

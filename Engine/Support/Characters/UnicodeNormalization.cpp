@@ -1,5 +1,4 @@
-// Normalisation by ICU, which is kept from what it takes quadratic time for: long runs of combining marks, which it
-// sorts by insertion.
+// Normalisation by ICU, but for long runs of combining marks, which it would sort by insertion, in quadratic time.
 
 #include "Engine/Support/Characters/Unicode.h"
 #include "Engine/Support/LazyTable.h"
@@ -25,7 +24,7 @@ const icu::Normalizer2* decomposer() noexcept {
     return icu::Normalizer2::getNFDInstance(status);
 }
 
-/// The canonical decomposition of one code point, itself where it has none.
+/// The canonical decomposition of one code point, itself if it has none.
 icu::UnicodeString decomposition(char32_t scalar) {
     icu::UnicodeString units;
     const icu::Normalizer2* const nfd = decomposer();
@@ -83,7 +82,7 @@ bool isLong(std::string_view marks) noexcept {
     return marksEnd(marks, 0, kLongestMarkRun) < marks.size();
 }
 
-/// Calls `visit` with every long run of marks, and with what stands between them.
+/// Calls `visit` with every long run of marks, and with the text between them.
 template <typename Visit>
 void forEachPart(std::string_view text, Visit visit) {
     std::size_t done = 0;
@@ -97,7 +96,7 @@ void forEachPart(std::string_view text, Visit visit) {
     visit(text.substr(done), /*isLongRun=*/false);
 }
 
-/// Appends the marks decomposed and in canonical order, in which ICU has nothing left to sort.
+/// Appends the marks decomposed and in canonical order, which leaves ICU nothing to sort.
 void appendOrdered(std::string& result, std::string_view marks) {
     std::vector<UChar32> scalars;
     for (std::size_t at = 0; at < marks.size();) {
@@ -128,11 +127,11 @@ icu::StringPiece piece(std::string_view text) noexcept {
     return {text.data(), static_cast<std::int32_t>(text.size())};
 }
 
-/// ICU measures in 32 bits, so longer texts are normalised in pieces that cannot act on one another.
+/// ICU's sizes are 32-bit, so longer texts are normalised in pieces that cannot affect one another.
 constexpr std::size_t kLongestPiece = std::size_t{1} << 30U;  // bytes
 
-/// The size of a first piece of `text` that can be normalised apart from the rest.
-/// NOTE: where a whole GiB holds no such place, which no text in any language does, it is cut at a code point.
+/// The size of a piece at the start of `text` that can be normalised separately from the rest.
+/// NOTE: a whole GiB without such a place, which no language produces, is cut at a code point.
 std::size_t nextPieceSize(const icu::Normalizer2& nfc, std::string_view text) noexcept {
     if (text.size() <= kLongestPiece) return text.size();
     std::size_t end = kLongestPiece;
@@ -145,7 +144,7 @@ std::size_t nextPieceSize(const icu::Normalizer2& nfc, std::string_view text) no
 }
 
 bool isBelowCombiningMarks(std::string_view text) noexcept {
-    // Below U+0300, the first byte of which is 0xCC, every text is in form C.
+    // Every text below U+0300, whose first byte is 0xCC, is in form C.
     unsigned char highest = 0;
     for (const char byte : text) highest = std::max(highest, static_cast<unsigned char>(byte));
     return highest < 0xCC;
@@ -178,7 +177,7 @@ std::string composed(const icu::Normalizer2& nfc, std::string_view text) {
 char32_t decompositionStart(char32_t scalar) noexcept {
     constexpr char32_t kTableSize = 0x20000;
     static constinit LazyTable<char32_t, kTableSize, computeDecompositionStart> starts;
-    if (scalar == 0) return 0;  // which the table takes for a question
+    if (scalar == 0) return 0;  // which the table takes for "not computed yet"
     return scalar < kTableSize ? starts[scalar] : computeDecompositionStart(scalar);
 }
 

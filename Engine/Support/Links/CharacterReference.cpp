@@ -21,7 +21,7 @@ constexpr std::size_t kLongest = [] {
     return longest;
 }();
 
-/// Whether `name`, what stands between "&" and ";", is that of the ampersand itself, in any case.
+/// Whether `name`, the part between "&" and ";", is that of the ampersand itself, in any case.
 constexpr bool isAmpersand(std::string_view name) noexcept {
     constexpr auto kAmpersands = std::to_array<std::string_view>({"amp", "#38", "#038", "#x26"});
     return std::any_of(kAmpersands.begin(), kAmpersands.end(),

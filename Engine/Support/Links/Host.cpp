@@ -25,8 +25,8 @@ bool isTopLevelDomain(std::string_view label) {
     return std::binary_search(kTopLevelDomains.begin(), kTopLevelDomains.end(), Unicode::lowerCased(label));
 }
 
-/// Whether a "?" may follow the host at once. What ends in any other may be a file, as in "search.pl?q=1", or an
-/// expression of a programming language, as in "t.name?u=1:v".
+/// Whether a "?" may follow the host directly. Names with other endings may be files, as in "search.pl?q=1", or
+/// expressions of a programming language, as in "t.name?u=1:v".
 bool isUnmistakable(std::string_view host) noexcept {
     constexpr auto kDomains = std::to_array<std::string_view>({"com", "edu", "gov", "mil", "net", "org"});
     const std::string_view domain = host.substr(host.rfind('.') + 1);
@@ -43,7 +43,7 @@ std::size_t labelsEnd(std::string_view text, std::size_t at) noexcept {
     return at;
 }
 
-/// The same, where labels may have underscores and letters of all scripts.
+/// The same, but labels may have underscores and letters of all scripts.
 std::size_t internationalLabelsEnd(std::string_view text, std::size_t at) noexcept {
     for (at = labelsEnd(text, at); at < text.size() && text[at] != '.'; at = labelsEnd(text, at)) {
         const Unicode::Scalar scalar = Unicode::decode(text, at);
@@ -65,7 +65,7 @@ std::size_t endOfHost(std::string_view text, std::size_t begin, std::size_t end)
     return mayEndBefore && isTopLevelDomain(between(text, last, foreign)) ? foreign : kNone;
 }
 
-/// Whether an e-mail address goes on here, after what looked like a host.
+/// Whether an e-mail address continues here, after what looked like a host.
 bool isInsideMailAddress(std::string_view text, std::size_t hostEnd) noexcept {
     const std::size_t end =
         text.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._+%", hostEnd);

@@ -32,7 +32,7 @@ constexpr auto kBoundaries = std::to_array<char32_t>({
     0xFF3D, 0xFF5B,
     0xFF5C, 0xFF5D,                 // full-width : ; ? [ ] { | }
     0xFF65,                         // half-width katakana middle dot
-    0xFFFC, Unicode::kReplacement,  // what stands for an object and for no character
+    0xFFFC, Unicode::kReplacement,  // object replacement, replacement character
 });
 static_assert(std::is_sorted(kBoundaries.begin(), kBoundaries.end()));
 

@@ -19,7 +19,7 @@ using Scan::between;
 using Scan::kNone;
 using Scan::peek;
 
-/// What links are recognised by: the ":" of a scheme, the last "w" of "www." and the "?" of a query.
+/// The bytes by which links are recognised: the ":" of a scheme, the last "w" of "www." and the "?" of a query.
 constexpr auto kIsTrigger = [] {
     std::array<bool, 256> table = {};
     for (const char byte : {':', '?', 'w', 'W'}) table[static_cast<unsigned char>(byte)] = true;
@@ -52,7 +52,7 @@ std::optional<Link> LinkDetector::linkAt(std::size_t trigger) {
     }
 }
 
-/// Passes over the link to a mail address, if `colon` is the one of its scheme.
+/// Skips the link to a mail address, if `colon` is that of its scheme.
 bool LinkDetector::skipMail(std::size_t colon) {
     constexpr std::string_view kMail = "mailto";
     if (colon - floor_ < kMail.size() || !ASCII::hasWordAt(text_, colon - kMail.size(), kMail)) return false;
@@ -60,7 +60,7 @@ bool LinkDetector::skipMail(std::size_t colon) {
     return true;
 }
 
-/// Reads the link that starts at byte `begin` and is known up to `from`, and passes over it.
+/// Reads the link that starts at byte `begin` and is known up to `from`, and moves past it.
 Link LinkDetector::walkFrom(std::size_t begin, std::size_t from, bool hasScheme) {
     const Links::Walked walked = Links::walkOverLink(text_, begin, from, isRemoved_);
     at_ = floor_ = std::max(walked.readEnd, at_);
@@ -71,9 +71,9 @@ std::optional<Link> LinkDetector::linkWithScheme(std::size_t colon) {
     if (!text_.substr(colon).starts_with(Links::kAfterScheme)) return std::nullopt;
     std::size_t begin = colon;
     while (begin > floor_ && isSchemeCharacter(text_[begin - 1])) --begin;
-    // A scheme starts with a letter, so what stands before it may be the dash of a list.
+    // A scheme starts with a letter, so anything before that may be the dash of a list.
     while (isOneOf(text_[begin], "+-.")) ++begin;
-    // Inside a string literal it may be a line end.
+    // In a string literal, its first letter may belong to an escape such as that of a line end.
     if (begin > 0 && text_[begin - 1] == '\\' && isOneOf(text_[begin], "nrt")) ++begin;
     if (begin == colon || ASCII::isDigit(text_[begin])) return std::nullopt;
 
@@ -123,7 +123,7 @@ std::size_t LinkDetector::bareHostBefore(std::size_t question) const {
     return kNone;
 }
 
-/// Where what no boundary separates from byte `at` begins.
+/// The start of the run before byte `at` that holds no boundary.
 std::size_t LinkDetector::runBegin(std::size_t at) const noexcept {
     while (at > floor_) {
         const Unicode::Scalar scalar = Unicode::decodeBefore(text_, at);

@@ -24,7 +24,7 @@ std::size_t sizeOfTypographicMark(std::string_view link) noexcept {
     return 0;
 }
 
-/// The size of the punctuation mark or reference that ends before byte `end`, but for apostrophes, or 0.
+/// The size of the punctuation mark or reference that ends before byte `end`, except an apostrophe, or 0.
 std::size_t sizeOfPunctuation(std::string_view text, std::size_t begin, std::size_t end) noexcept {
     switch (const char last = text[end - 1]) {
         case ';': return std::max<std::size_t>(sizeOfReferenceBefore(text, begin, end), 1);
@@ -43,7 +43,7 @@ std::size_t sizeOfPunctuation(std::string_view text, std::size_t begin, std::siz
 
 // --- Escapes and placeholders ----------------------------------------------------------------------------------------
 
-/// Whether `count` hexadecimal digits, an even number, stand at byte `at` for a character that a link may hold.
+/// Whether the `count` bytes at byte `at`, an even number, are hexadecimal digits for a character that a link may hold.
 bool isEscapedPart(std::string_view text, std::size_t at, std::size_t count) noexcept {
     char32_t scalar = 0;
     for (const std::size_t end = at + count; at < end; at += 2) {
@@ -54,8 +54,8 @@ bool isEscapedPart(std::string_view text, std::size_t at, std::size_t count) noe
     return !isBoundary(scalar);
 }
 
-/// Whether the link that ended before the backslash at byte `at` goes on after it, in the way of some programming or
-/// markup language: "\u0026", "\x26", "\&", "\_". Not so for "\n" and for an escaped quotation mark.
+/// Whether the link that ended before the backslash at byte `at` continues after it, as an escape of some programming
+/// or markup language: "\u0026", "\x26", "\&", "\_". Not for "\n" or an escaped quotation mark.
 bool goesOnAfterBackslash(std::string_view text, std::size_t at) noexcept {
     const std::size_t escaped = std::min(text.find_first_not_of('\\', at), text.size());
     const char letter = peek(text, escaped);

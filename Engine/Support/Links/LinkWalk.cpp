@@ -33,12 +33,12 @@ public:
         isRemoved_ = std::nullopt;
     }
 
-    /// Takes an "=", of which the first ends the name.
+    /// Takes an "="; the first one ends the name.
     void equals(std::size_t at) noexcept { nameEnd_ = std::min(nameEnd_, at); }
 
-    /// Whether the item will be removed, if it has no more of its name than stands before byte `at`.
+    /// Whether the item will be removed, if its name ends at byte `at` or before.
     bool isRemoved(std::size_t at) {
-        constexpr std::size_t kLongest = 64;  // bytes, where names are asked for again and again while they go on
+        constexpr std::size_t kLongest = 64;  // bytes; an unfinished name is asked about again and again
         if (nameEnd_ == kNone) return at - begin_ <= kLongest && ask_(between(text_, begin_, at));
         if (!isRemoved_) isRemoved_ = ask_(between(text_, begin_, nameEnd_));
         return *isRemoved_;
@@ -106,7 +106,7 @@ private:
         return 1;
     }
 
-    /// An opening bracket that nothing closes does not belong to the link, nor does what follows it.
+    /// An opening bracket that is never closed does not belong to the link, nor does what follows it.
     std::size_t opener(std::size_t at, char closer) {
         if (text_[at] == '[' && peek(text_, at + 1) == '/') return end(at);  // "[/url]"
         if (closers_.empty()) {
@@ -134,10 +134,10 @@ private:
         return isOneOf(joint, "=/?&#:%.-_+~@$*") && !isFullStop ? 1 : end(second);
     }
 
-    /// Ends a cell of a table, a field of a wiki's template, the target of a link with a text.
+    /// Ends a table cell, a field of a wiki template, or the target of a link that has a text.
     std::size_t bar(std::size_t at) { return isOneOf(before_, "|=<[") ? end(at) : separator(at); }
 
-    /// What encloses the link on both sides, as in lists of values, or joins another one to it.
+    /// A character that encloses the link on both sides, as in lists of values, or joins another one to it.
     std::size_t separator(std::size_t at) {
         if (!isInRemovedItem(at)) return 1;
         if (startsURLWithoutScheme(text_, at + 1)) return end(at);
@@ -188,7 +188,7 @@ private:
         foreign_ = kNone;
     }
 
-    /// From here on the item is foreign text, if it is the last one. Brackets are not torn apart.
+    /// From here on the item is foreign text, if it is the last one. Brackets are kept together.
     void markForeign(std::size_t at) noexcept {
         if (!closers_.empty()) at = outermost_;
         if (at >= item_.begin()) foreign_ = std::min(foreign_, at);

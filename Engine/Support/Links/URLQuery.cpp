@@ -18,7 +18,7 @@ URLQuery::URLQuery(std::string_view url) noexcept {
 
 std::string URLQuery::decodedName(std::string_view rawName) {
     if (rawName.find('%') == std::string_view::npos) return std::string(rawName);
-    // "+" becomes a space here, which no name that anyone asks for holds.
+    // "+" becomes a space here, which is in no name that is looked for.
     return PercentEncoding::decode(rawName).value_or("");
 }
 

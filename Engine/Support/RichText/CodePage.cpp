@@ -18,8 +18,8 @@ struct Page {
 
 constexpr int kSymbolNumber = 42;
 
-// All but ISCII that rich text documents name and ICU knows. Where Windows and others differ about a name,
-// ICU's own name of the Windows table stands here.
+// All code pages except ISCII that rich text documents name and ICU knows. Where Windows and others differ about a
+// name, this is ICU's own name for the Windows table.
 constexpr auto kPages = std::to_array<Page>({
     {1252, "windows-1252"},     {kSymbolNumber, nullptr},  // the Symbol font
     {437, "ibm-437"},           {720, "ibm-720"},
@@ -55,8 +55,8 @@ constexpr auto kCharsets = std::to_array<Charset>({
     {204, 1251}, {222, 874},         {238, 1250}, {254, 437},  {255, 850},
 });
 
-// From 20 and from A0 on; nothing stands between. The brackets' parts have got characters of their own since Adobe gave
-// them private ones.
+// From 20 and from A0 on, with nothing in between. Adobe mapped the bracket pieces to private characters; these are the
+// ones that Unicode has added since.
 constexpr char32_t kSymbolFirst = 0x20;
 constexpr char32_t kSymbolSecond = 0xA0;
 using SymbolHalf = std::array<char16_t, 96>;
@@ -97,7 +97,7 @@ char32_t symbol(char byte) noexcept {
     return code < kSymbolFirst + kSymbols[0].size() ? kSymbols[0][code - kSymbolFirst] : Unicode::kReplacement;
 }
 
-/// For bytes that are no character: U+FFFD, where ICU on its own takes a control character for some.
+/// Writes U+FFFD for bytes that are not a character; by default ICU writes a control character for some of them.
 // NOLINTNEXTLINE(readability-function-size): the parameters are ICU's
 void U_CALLCONV substitute(const void* /*context*/, UConverterToUnicodeArgs* to, const char* /*bytes*/,
                            std::int32_t /*byteSize*/, UConverterCallbackReason reason, UErrorCode* status) {
@@ -152,7 +152,7 @@ void CodePageDecoder::append(std::string& text, CodePage page, std::string_view 
         for (const char byte : bytes) Unicode::append(text, symbol(byte));
         return;
     }
-    // ASCII is itself everywhere, unless it goes on with a character of two bytes.
+    // ASCII is the same in every code page, except as the second byte of a character.
     if (!isHolding_) {
         const std::size_t asciiSize = Unicode::asciiRunEnd(bytes, 0);
         text.append(bytes, 0, asciiSize);
@@ -173,7 +173,7 @@ void CodePageDecoder::hold(std::string& text, std::string_view bytes) {
 }
 
 void CodePageDecoder::convert(std::string& text, bool isLast) {
-    // No encoding here gives more UTF-16 units than it has bytes, of which a few wait within the converter.
+    // No encoding here yields more UTF-16 units than bytes, a few of which wait within the converter.
     std::array<char16_t, kHeldSize + 16> units;  // NOLINT(cppcoreguidelines-pro-type-member-init): filled by ICU
     char16_t* end = units.data();
     const char* from = held_.data();
@@ -186,7 +186,7 @@ void CodePageDecoder::convert(std::string& text, bool isLast) {
     isHolding_ = !isLast;
 }
 
-/// Null where this build of ICU lacks the table: the bytes then have no text.
+/// Null if this build of ICU lacks the table: the bytes then yield no text.
 UConverter* CodePageDecoder::converter() {
     auto& converter = converters_[page_.index_];
     if (converter) return converter.get();

@@ -7,7 +7,7 @@
 namespace ravlin::RichText {
 namespace {
 
-// Words that are not here mean nothing for the text: most of them are formatting, and \ansi is the default.
+// Words not listed here mean nothing for the text: most are formatting, and \ansi is the default.
 constexpr auto kWords = std::to_array<Word>({
     {"abiendtable", Effect::endOfTable},
     {"annotation", Effect::skipped},
@@ -109,7 +109,7 @@ constexpr auto kWords = std::to_array<Word>({
 static_assert(std::is_sorted(kWords.begin(), kWords.end(),
                              [](const Word& a, const Word& b) { return a.name < b.name; }));
 
-/// Where the words that begin with each letter start, 'a' first, and where the last of them end.
+/// Where the words that begin with each letter start, 'a' first, and where the last ones end.
 constexpr auto kInitials = [] {
     std::array<std::size_t, 27> starts = {};
     for (std::size_t i = 0; i < starts.size(); ++i)

@@ -28,7 +28,7 @@ constexpr std::array<bool, 256> kIsPlain = [] {
 constexpr std::string_view kHexMark = "\\'";
 constexpr std::size_t kDigitsPerByte = 2;
 
-/// The byte that the two hexadecimal digits at byte `at` stand for; nothing where there are none.
+/// The byte that the two hexadecimal digits at byte `at` stand for; nothing if there are none.
 std::optional<unsigned> byteValue(std::string_view text, std::size_t at) noexcept {
     return Bytes::hexByte(peek(text, at), peek(text, at + 1));
 }
@@ -52,7 +52,7 @@ RTFToken RTFTokenizer::bytesToken() noexcept {
     return {.kind = RTFToken::Kind::bytes, .text = Scan::between(rtf_, from, at_)};
 }
 
-/// What follows a backslash.
+/// The token after a backslash.
 RTFToken RTFTokenizer::escapedToken() noexcept {
     if (at_ == rtf_.size()) return {};
     if (ASCII::isLetter(rtf_[at_])) return wordToken();
@@ -66,8 +66,8 @@ RTFToken RTFTokenizer::escapedToken() noexcept {
     }
 }
 
-/// All the bytes in hexadecimal that follow one another, as they do in text that is not English. Without two digits it
-/// is a symbol that means nothing, and so is NUL, which is no character here.
+/// Adjacent bytes in hexadecimal, as are common in text that is not English. Without two digits the token is a symbol
+/// that means nothing, as is NUL, which is not a character here.
 RTFToken RTFTokenizer::hexToken() noexcept {
     std::size_t count = 0;
     for (at_ -= kHexMark.size(); count < hexBytes_.size() && rtf_.substr(at_).starts_with(kHexMark); ++count) {
@@ -93,7 +93,7 @@ RTFToken RTFTokenizer::wordToken() noexcept {
     return word;
 }
 
-/// Numbers too large for their type are the largest.
+/// Numbers too large for their type become the largest.
 void RTFTokenizer::readNumber(RTFToken& word) noexcept {
     constexpr std::int64_t kLimit = std::numeric_limits<int>::max();
     const bool isNegative = peek(rtf_, at_) == '-';

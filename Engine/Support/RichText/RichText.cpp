@@ -36,7 +36,7 @@ constexpr auto kSymbols = std::to_array<Symbol>({
 
 // --- Putting the text together ---------------------------------------------------------------------------------------
 
-/// The text so far. Surrogates that are not one half of a character become U+FFFD.
+/// The text so far. Unpaired surrogates become U+FFFD.
 class Characters {
 public:
     void append(CodePage page, std::string_view bytes) {
@@ -85,7 +85,7 @@ private:
 
     std::string text_;
     CodePageDecoder decoder_;
-    char32_t lead_ = 0;  // a surrogate that waits for its other half
+    char32_t lead_ = 0;  // a surrogate waiting for its other half
 };
 
 /// The code pages of the document and its fonts.
@@ -104,7 +104,7 @@ public:
     }
 
     void setCharset(int charset) {
-        // A code page says it more exactly.
+        // A code page is more exact.
         if (!isPageKnown_) setPage(CodePage::forCharset(charset));
     }
 
@@ -121,7 +121,7 @@ public:
     }
 
 private:
-    // Numbers are of 16 bits.
+    // Font numbers have 16 bits and a sign.
     static constexpr bool isNumber(int font) { return font >= 0 && font < 0x8000; }
 
     void setPage(std::optional<CodePage> page) {
@@ -138,7 +138,7 @@ private:
     bool isPageKnown_ = false;  // of the one described
 };
 
-/// What holds for the characters in a group, and for the groups in it until they change it.
+/// What applies to the characters in a group, and to the groups in it until they change it.
 struct State {
     int font = Fonts::kDefault;
     int fallbackSize = 1;  // units that follow each \u
@@ -149,19 +149,19 @@ struct State {
     bool isSilent() const { return isHidden || isDeleted || isFontTable; }
 };
 
-/// \plain: the characters are as if nothing had been said about them.
+/// \plain: resets the formatting of the characters.
 void setPlain(State& state) {
     state.font = Fonts::kDefault;
     state.isHidden = false;
     state.isDeleted = false;
 }
 
-/// The groups that are open. Only one that changes something costs memory.
+/// The open groups. Only those that change something cost memory.
 class Groups {
 public:
     const State& state() const { return state_; }
 
-    /// To change what holds until the innermost group ends.
+    /// The state, to be changed until the innermost group ends.
     State& change() {
         const bool isSaved = !saved_.empty() && saved_.back().depth == depth_;
         if (!isSaved && saved_.size() < kMaxNesting) saved_.push_back({depth_, state_});
@@ -183,7 +183,7 @@ public:
 private:
     struct Saved {
         std::size_t depth;
-        State state;  // outside of the group
+        State state;  // outside the group
     };
 
     std::size_t depth_ = 0;
@@ -227,7 +227,7 @@ private:
     Fonts fonts_;
     Groups groups_;
     int fallbackUnits_ = 0;    // still to be left out
-    bool isOptional_ = false;  // the next word, for readers who do not know it
+    bool isOptional_ = false;  // the next word, for readers that do not know it
     bool skipsNextGroup_ = false;
     bool isBehindTable_ = false;
 };
@@ -245,12 +245,12 @@ void Reader::handle(RTFToken& token) {
     }
 }
 
-/// Whether the token is what programs without Unicode show instead of the character before. If only the start of its
-/// bytes is, takes that away from it. A word and a symbol are one unit, as is each byte.
+/// Whether programs without Unicode show the token instead of the preceding character. If only its first bytes are such
+/// a fallback, removes those. A word and a symbol are one unit, as is each byte.
 bool Reader::isFallback(RTFToken& token) {
     const bool isBytes = token.kind == Kind::bytes;
     const bool isUnit = isBytes || token.kind == Kind::symbol || token.kind == Kind::word;
-    // NOTE: nobody shows one Unicode character instead of another, so one that follows stands for itself.
+    // NOTE: no program shows one Unicode character instead of another, so one that follows is not a fallback.
     if (!isUnit || (token.kind == Kind::word && token.text == "u")) {
         fallbackUnits_ = 0;
         return false;
@@ -272,7 +272,7 @@ void Reader::closeGroup() {
     groups_.close();
 }
 
-/// Leaves out the rest of the innermost group, and ends it.
+/// Skips the rest of the innermost group, and ends it.
 void Reader::skipGroup() {
     for (std::size_t depth = 1; depth > 0;) {
         const Kind kind = tokens_.next().kind;
@@ -348,10 +348,10 @@ void Reader::append(char32_t unit) {
 
 void Reader::appendUnicode(int number) {
     fallbackUnits_ = groups_.state().fallbackSize;
-    if (number == 0) return;  // as for the NULs between the tokens
-    // Numbers have 16 bits and a sign, so what lies above is negative.
+    if (number == 0) return;  // like the NULs between tokens
+    // Numbers have 16 bits and a sign, so higher units are written as negative ones.
     const int unit = number < 0 ? number + 0x10000 : number;
-    // Programs that take a symbol font's bytes for characters put them where Unicode has room for private use.
+    // Programs that take a symbol font's bytes for characters put them in Unicode's private use area.
     const bool isSymbol = unit >= 0xF020 && unit <= 0xF0FF && fonts_.pageOf(groups_.state().font) == CodePage::kSymbol;
     if (isSymbol) {
         const char byte = static_cast<char>(unit & 0xFF);
@@ -362,11 +362,11 @@ void Reader::appendUnicode(int number) {
 }
 
 void Reader::endParagraph() {
-    // AbiWord ends a table like a paragraph, although none is left when its last cell has ended.
+    // AbiWord ends a table like a paragraph, although its last cell has already ended the last paragraph.
     if (!std::exchange(isBehindTable_, false)) append('\n');
 }
 
-/// Where the document begins, npos if it is none. Some programs put a byte order mark or white space first.
+/// Where the document begins, npos if there is none. Some programs put a byte order mark or white space first.
 std::size_t findStart(std::string_view rtf) noexcept {
     constexpr std::string_view kByteOrderMark = "\uFEFF";
     constexpr std::string_view kSignature = "{\\rtf";
