@@ -60,8 +60,7 @@ inline std::size_t smallLettersEnd(std::string_view text, std::size_t at) noexce
     return at;
 }
 
-/// Appends `map(byte)` for every byte in order, in pieces that are mapped while the copy is still in the processor's
-/// cache.
+/// Appends `map(byte)` for every byte in order, in pieces that are mapped while still in the processor's cache.
 template <typename Map>
 void appendMapped(std::string& result, std::string_view bytes, Map map) {
     constexpr std::size_t kPieceSize = 4096;

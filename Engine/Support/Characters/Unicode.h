@@ -46,7 +46,7 @@ constexpr unsigned char leadByte(char32_t scalar) noexcept {
 /// Whether `text` is well-formed UTF-8: no overlong forms, no surrogates, nothing above U+10FFFF.
 bool isValidUTF8(std::string_view text) noexcept;
 
-/// The end of the run of ASCII bytes that starts at byte `from`; `from` itself where there is none.
+/// The end of the run of ASCII bytes that starts at byte `from`; `from` itself if there is none.
 ///     asciiRunEnd("ab\u00E9", 0)  ->  2
 std::size_t asciiRunEnd(std::string_view text, std::size_t from) noexcept;
 

@@ -8,7 +8,7 @@ namespace ravlin::Links {
 
 /// "&amp;", "&#38;", "&nbsp;" and the like.
 struct CharacterReference {
-    std::size_t size = 0;  // bytes; 0 where there is none
+    std::size_t size = 0;  // bytes; 0 if there is none
     bool isAmpersand = false;
 };
 
