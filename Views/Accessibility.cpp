@@ -20,7 +20,7 @@ std::optional<QAccessible::Role> roleOf(const QObject* object) {
         header != nullptr && header->kind() == SectionHeader::Kind::inList)
         return QAccessible::Heading;
     if (qobject_cast<const StatusLabel*>(object) != nullptr) return QAccessible::Notification;
-    // Qt's own description of a scroll area crashes where a scroll bar that was counted is hidden when it is asked for.
+    // Qt's own description of a scroll area crashes if a scroll bar is counted and then hidden before it is asked for.
     if (qobject_cast<const ReleaseNotes*>(object) != nullptr) return QAccessible::Document;
     if (qobject_cast<const QAbstractScrollArea*>(object) != nullptr) return QAccessible::Client;
     return std::nullopt;

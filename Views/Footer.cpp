@@ -14,7 +14,7 @@
 namespace ravlin {
 namespace {
 
-/// A push button of the small size: as narrow as its text allows.
+/// A small push button, as narrow as its text allows.
 class FooterButton final : public PanelButton<QPushButton> {
 public:
     using PanelButton::PanelButton;
@@ -74,7 +74,7 @@ void Footer::changeEvent(QEvent* event) {
     if (event->type() == QEvent::FontChange) adoptFont();
 }
 
-// In a very large font the two buttons would be wider than the panel: then they take a smaller one.
+// In a very large font the two buttons would be wider than the panel, so they use a smaller one.
 void Footer::adoptFont() {
     constexpr qreal kShrink = 0.95;
     QFont caption = fontFor(TextStyle::caption, font());

@@ -8,7 +8,7 @@
 namespace ravlin {
 namespace {
 
-/// What is compared: lower case, and one spelling for all canonically equivalent ones.
+/// The form to compare: lower case, and one spelling for all canonically equivalent ones.
 std::string searchForm(std::string_view text) {
     return Unicode::nfc(Unicode::lowerCased(text));
 }

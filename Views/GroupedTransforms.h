@@ -19,8 +19,8 @@ bool isSearch(std::string_view query);
 
 /// The catalogue as the panel lists it for the search text `query` (UTF-8, as typed): the categories in menu order, in
 /// each the transforms whose title or subtitle contains the query in any letter case, in catalogue order. White space
-/// at the query's two ends does not count, canonically equivalent spellings match each other, and a category without
-/// a match is left out. An empty query lists everything.
+/// at both ends of the query is ignored, canonically equivalent spellings match each other, and a category without a
+/// match is left out. An empty query lists everything.
 ///     groupedTransforms(" JSON ")  ->  {{convert, {jsonPretty, jsonMinify}}}
 std::vector<TransformGroup> groupedTransforms(std::string_view query);
 

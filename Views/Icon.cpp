@@ -24,7 +24,7 @@ QString fileOf(Symbol symbol) {
     return {};
 }
 
-// The pictures are drawn in "currentColor", which the renderer knows only as black.
+// The pictures are drawn in "currentColor", which the renderer always takes as black.
 QPixmap render(const QString& file, int devicePixels, const QColor& color) {
     QFile source(file);
     if (!source.open(QIODevice::ReadOnly)) return {};

@@ -25,11 +25,10 @@ enum class Symbol : std::uint8_t {
 /// The program's own icon, for windows that have a frame.
 QIcon applicationIcon();
 
-/// The edge of the square in which a pictogram looks as large as text in `style`.
+/// The side of the square in which a pictogram looks as large as text in `style`.
 int symbolSize(TextStyle style, const QFont& base);
 
-/// Draws `symbol` in `color` into the square `place`, moved to whole device pixels so that it is crisp at every scale
-/// of the screen.
+/// Draws `symbol` in `color` into the square `place`, moved to whole device pixels to be crisp at every screen scale.
 void paintSymbol(QPainter& painter, Symbol symbol, const QRectF& place, const QColor& color);
 
 }  // namespace ravlin

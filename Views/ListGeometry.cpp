@@ -52,7 +52,7 @@ int ListGeometry::scrollToShow(std::size_t index, int scroll, int viewHeight) co
     return std::clamp(scroll, std::min(lowest, highest), highest);
 }
 
-// What a page shows beside the pinned header.
+// The height of a page without the pinned header.
 int ListGeometry::pageHeight(int viewHeight) const {
     return viewHeight - headerHeight_ - Metrics::kListSpacing;
 }

@@ -10,8 +10,8 @@
 
 namespace ravlin {
 
-/// Where the list's headers and rows stand, from the list's top, in logical pixels; and everything that follows from
-/// it: the pinned header, what is in view, and where to scroll. It draws nothing.
+/// Where the list's headers and rows are, from the list's top, in logical pixels, and everything that follows from
+/// that: the pinned header, what is in view, and where to scroll. It draws nothing.
 class ListGeometry {
 public:
     struct Header {
@@ -40,10 +40,10 @@ public:
     std::span<const Header> headers() const { return headers_; }
     std::span<const Row> rows() const { return rows_; }
 
-    /// The rows of which at least one pixel stands between `top` and `bottom`.
+    /// The rows with at least one pixel between `top` and `bottom`.
     std::span<const Row> rowsBetween(int top, int bottom) const;
 
-    /// The position of `transform` among the rows, or nothing where it is not listed.
+    /// The position of `transform` among the rows, or nothing if it is not listed.
     std::optional<std::size_t> indexOf(TextTransform transform) const;
 
     /// The header that stays at the top of a view scrolled by `scroll`; nothing in the gap between two sections.
@@ -53,8 +53,8 @@ public:
     /// under the pinned header. A section's first row brings its header along.
     int scrollToShow(std::size_t index, int scroll, int viewHeight) const;
 
-    /// The row that one page down (or up) from the row `index` leads to in a view of `viewHeight`: at least one row
-    /// on, and never beyond the ends.
+    /// The row that is one page down (or up) from the row `index` in a view of `viewHeight`: at least one row away, and
+    /// never beyond the ends.
     std::size_t pageDownFrom(std::size_t index, int viewHeight) const;
     std::size_t pageUpFrom(std::size_t index, int viewHeight) const;
 

@@ -60,12 +60,12 @@ MenuView::MenuView(UpdaterController& updater, QWidget* parent)
     setLayoutDirection(Qt::LeftToRight);  // its texts are English in every locale
 
     auto* const layout = new QVBoxLayout(this);
-    // The list's scroll bar stands in the padding at the right; everything else is as wide as the content.
+    // The list's scroll bar is in the padding on the right; everything else is as wide as the content.
     layout->setContentsMargins(Metrics::kPanelPadding, Metrics::kPanelPadding,
                                Metrics::kPanelPadding - Metrics::kScrollBarWidth, Metrics::kPanelPadding);
     layout->setSpacing(Metrics::kPanelSpacing);
     layout->setSizeConstraint(QLayout::SetFixedSize);
-    // Made from top to bottom, which is the order in which assistive technology meets the parts.
+    // Created from top to bottom, the order in which assistive technology finds the parts.
     layout->addWidget(header());
     layout->addWidget(hint());
     layout->addWidget(searchField_ = searchField());
@@ -143,12 +143,12 @@ void MenuView::showStatus() {
 void MenuView::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
     if (event->type() != QEvent::FontChange || layout() == nullptr) return;
-    // The parts have adopted the new font by now, but the layout of a panel that was never shown has not heard of it.
+    // The parts have adopted the new font by now, but the layout of a panel that was never shown does not know it yet.
     layout()->invalidate();
     refresh();
 }
 
-// What has to be true whenever the panel is seen.
+// Ensures what must be true whenever the panel is seen.
 void MenuView::refresh() {
     footer_->setCanCheckForUpdates(updater_.canCheckForUpdates());
     list_->setRoom(room_ - heightBesideTheList());
@@ -182,7 +182,7 @@ void MenuView::setVisible(bool visible) {
     isHiding_ = false;
 }
 
-// A window that is being hidden loses the focus, too, and the search field's own menu is no other window.
+// A window also loses the focus while it is being hidden, and the search field's own menu is not another window.
 void MenuView::dismissForFocusLoss() {
     if (!isVisible() || isHiding_ || QApplication::activePopupWidget() != nullptr) return;
     hide();
@@ -197,7 +197,7 @@ void MenuView::showEvent(QShowEvent* event) {
     list_->markFirstMatch();
 }
 
-// What Return would do is what stands out: a button that has the focus, the chosen row, or the first match.
+// Whatever Return would activate stands out: a button that has the focus, the chosen row, or the first match.
 void MenuView::followFocus(QWidget* now) {
     if (now == nullptr || !isAncestorOf(now)) return;
     if (now == &searchField_->line()) return list_->markFirstMatch();
@@ -213,7 +213,7 @@ void MenuView::resizeEvent(QResizeEvent* event) {
 void MenuView::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.setPen(PanelColors(palette()).border);
-    constexpr qreal kHalf = 0.5;  // the middle of a line of one pixel, so that it is one at every scale of the screen
+    constexpr qreal kHalf = 0.5;  // the middle of a one-pixel line, so that it is one at every screen scale
     painter.setRenderHint(QPainter::Antialiasing);
     painter.drawRect(QRectF(rect()).adjusted(kHalf, kHalf, -kHalf, -kHalf));
 }

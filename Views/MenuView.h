@@ -17,11 +17,11 @@ class UpdaterController;
 
 /// The panel: header, hint, search field, grouped list of transforms, status line and footer. It is a frameless
 /// top-level window that hides itself on Esc and when it loses the keyboard focus; where it appears is the
-/// application's business. What was searched for and the last run's status stay while it is hidden.
+/// application's business. The search and the last run's status are kept while it is hidden.
 ///
 /// Keys, wherever the focus is: typing searches; Up, Down, Page Up and Page Down choose a row, Home and End too once
 /// one is chosen; Return runs the marked row, which is the chosen one or else the first match of a search; Esc empties
-/// the search, and then closes; Tab leads on through the list to the footer.
+/// the search, and then closes; Tab moves on through the list to the footer.
 class MenuView final : public QWidget {
     Q_OBJECT
 
@@ -29,7 +29,7 @@ public:
     /// `updater` must outlive the panel.
     explicit MenuView(UpdaterController& updater, QWidget* parent = nullptr);
 
-    /// Runs `transform` on the clipboard and tells the outcome in the status line.
+    /// Runs `transform` on the clipboard and shows the outcome in the status line.
     void apply(TextTransform transform);
 
     /// The search text exactly as typed.
@@ -41,11 +41,11 @@ public:
     /// Whether the last run succeeded; true before the first one.
     bool feedbackOK() const { return feedbackOK_; }
 
-    /// How high the panel is with the whole list and the status that it has now: its place is chosen for that, so that
-    /// it does not depend on what was searched for before.
+    /// The panel's height with the whole list and the current status: its place is chosen for that, so that it does not
+    /// depend on an earlier search.
     int fullHeight() const;
 
-    /// Lets the panel, which is about to be shown, be at most `height` high. What does not fit is taken from the list.
+    /// Limits the panel, which is about to be shown, to `height`. What does not fit is taken from the list.
     void setRoom(int height);
 
     void setVisible(bool visible) override;
@@ -57,7 +57,7 @@ Q_SIGNALS:
     /// The panel hid itself because another window took the focus.
     void dismissedByFocusLoss();
 
-    /// The panel's height followed its content while it is shown.
+    /// The panel's height changed with its content while it was shown.
     void resized();
 
 protected:

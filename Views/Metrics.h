@@ -22,9 +22,9 @@ inline constexpr int kSearchSpacing = 6;
 inline constexpr int kSearchPaddingX = 8;
 inline constexpr int kSearchPaddingY = 6;
 inline constexpr qreal kSearchRadius = 8;
-inline constexpr int kLineEditMargin = 2;      // what QLineEdit leaves free at either side of its text
-inline constexpr int kLineEditMarginY = 1;     // ... and over and under it
-inline constexpr int kSymbolButtonMargin = 2;  // around the pictogram, for the focus ring and for the finger
+inline constexpr int kLineEditMargin = 2;      // what QLineEdit leaves free on either side of its text
+inline constexpr int kLineEditMarginY = 1;     // ... and above and below it
+inline constexpr int kSymbolButtonMargin = 2;  // around the pictogram, for the focus ring and for fingers
 
 inline constexpr int kListMaxHeight = 380;
 inline constexpr int kListMinHeight = 64;  // on a screen that has no room for more
@@ -45,7 +45,7 @@ inline constexpr qreal kRowRadius = 6;
 inline constexpr qreal kMarkBarWidth = 2;
 inline constexpr qreal kFocusRingWidth = 1.5;
 
-// The windows beside the panel.
+// The windows other than the panel.
 inline constexpr int kNoticePadding = 20;
 inline constexpr int kNoticeSpacing = 16;
 inline constexpr int kNoticeIconSize = 56;

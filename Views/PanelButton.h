@@ -4,8 +4,8 @@
 
 namespace ravlin {
 
-/// A button of class `Button` that keeps only the space bar to itself: every other key means the same all over the
-/// panel, and goes on to it.
+/// A button of class `Button` that handles only the space bar: every other key means the same throughout the panel, and
+/// is passed on to it.
 template <class Button>
 class PanelButton : public Button {
 public:

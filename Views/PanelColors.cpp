@@ -25,7 +25,7 @@ QColor mix(const QColor& start, const QColor& goal, qreal share) {
     return {channel(start.red(), goal.red()), channel(start.green(), goal.green()), channel(start.blue(), goal.blue())};
 }
 
-/// `color`, moved towards `text` as little as it takes to stand out from every one of `grounds`.
+/// `color`, moved towards `text` as little as it takes to stand out from all `grounds`.
 QColor legible(const QColor& color, const QColor& text, qreal wanted, std::span<const QColor> grounds) {
     for (int step = 0; step < kSteps; ++step) {
         const QColor candidate = mix(color, text, static_cast<qreal>(step) / kSteps);
@@ -35,7 +35,7 @@ QColor legible(const QColor& color, const QColor& text, qreal wanted, std::span<
     return text;
 }
 
-/// The colour of choice and selection, unless links stand out better: some themes select in a pale colour.
+/// The selection colour, unless links stand out better: some themes have a pale selection.
 QColor accentOf(const QPalette& palette, const QColor& ground) {
     const QColor highlight = palette.color(QPalette::Active, QPalette::Highlight);
     const QColor link = palette.color(QPalette::Active, QPalette::Link);

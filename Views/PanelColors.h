@@ -5,15 +5,15 @@
 
 namespace ravlin {
 
-/// How much lighter one colour is than the other, from 1 to 21 (WCAG 2.1, relative luminance). Texts need 4.5, signs 3.
+/// The contrast ratio of the two colours, from 1 to 21 (WCAG 2.1, relative luminance). Texts need 4.5, signs 3.
 qreal contrast(const QColor& one, const QColor& other);
 
-/// The panel's colours, all opaque, derived from the desktop's palette. Each is legible on every ground that it is
-/// used on, whatever the palette: a colour of too little contrast is moved towards the text colour until it suffices.
+/// The panel's colours, all opaque, derived from the desktop's palette. Each is legible on every background it is used
+/// on, whatever the palette: a colour with too little contrast is moved towards the text colour until it has enough.
 struct PanelColors {
     explicit PanelColors(const QPalette& palette);
 
-    // Grounds.
+    // Backgrounds.
     QColor window;
     QColor bar;        // under section headers
     QColor field;      // under the search text: the secondary colour at 10 %

@@ -4,8 +4,8 @@
 
 namespace ravlin {
 
-/// A slim vertical scroll bar that stands in the panel's padding, so that rows are equally wide with and without it.
-/// It behaves like the desktop's own; only the handle is drawn.
+/// A slim vertical scroll bar in the panel's padding, so that rows are equally wide with and without it. It behaves
+/// like the desktop's own; only the handle is drawn.
 class PanelScrollBar final : public QScrollBar {
     Q_OBJECT
 

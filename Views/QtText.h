@@ -6,7 +6,7 @@
 
 namespace ravlin {
 
-/// The catalogue's and the engine's UTF-8 as Qt wants it.
+/// UTF-8 from the catalogue and the engine as a QString.
 inline QString toQString(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }

@@ -91,7 +91,7 @@ void SearchField::changeEvent(QEvent* event) {
     if (event->type() == QEvent::FontChange || event->type() == QEvent::PaletteChange) adoptFontAndPalette();
 }
 
-// The line draws itself, so it is told what the other parts work out while they draw.
+// The line draws itself, so it is given what the other parts work out as they draw.
 void SearchField::adoptFontAndPalette() {
     const PanelColors colors(palette());
     QPalette linePalette = palette();
@@ -104,7 +104,7 @@ void SearchField::adoptFontAndPalette() {
     line_->setFixedHeight(std::max(textHeight, clearButton_->sizeHint().height()));
 }
 
-// A click beside the text, on the ground or on the magnifying glass, is meant for the text.
+// A click beside the text, on the background or the magnifying glass, is meant for the text.
 void SearchField::mousePressEvent(QMouseEvent* /*event*/) {
     line_->setFocus();
 }

@@ -8,7 +8,7 @@ namespace ravlin {
 
 class SearchLine;
 
-/// The search text on its rounded ground, with a magnifying glass before it and, while there is any text, a button
+/// The search text on a rounded background, with a magnifying glass before it and, while there is any text, a button
 /// that clears it.
 class SearchField final : public QWidget {
     Q_OBJECT
@@ -19,7 +19,7 @@ public:
     /// The search text exactly as typed.
     QString query() const;
 
-    /// Empties the search text, and puts the keyboard focus where typing goes on.
+    /// Clears the search text, and moves the keyboard focus to where typing continues.
     void clear();
 
     SearchLine& line() const { return *line_; }

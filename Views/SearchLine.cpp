@@ -19,7 +19,7 @@
 namespace ravlin {
 namespace {
 
-/// What a field of at most `maxLength` UTF-16 units can take of `text`, on one line.
+/// As much of `text` as a field of at most `maxLength` UTF-16 units can take, on one line.
 QString asOneLine(std::string_view text, int maxLength) {
     constexpr std::size_t kMaxBytesPerUnit = 3;
     text = text.substr(0, static_cast<std::size_t>(maxLength) * kMaxBytesPerUnit);
@@ -32,8 +32,8 @@ struct EditingKey {
     void (*act)(SearchLine& line);
 };
 
-// Every key for which the base class would reach for Qt's clipboard: it also puts what a key deletes on the clipboard,
-// over what the user copied there, and what a key selects or restores into the primary selection.
+// Every key for which the base class would use Qt's clipboard: it also puts text that a key deletes on the clipboard,
+// over what the user copied, and text that a key selects or restores into the primary selection.
 constexpr EditingKey kEditingKeys[] = {
     {QKeySequence::Copy, [](SearchLine& line) { line.copySelection(); }},
     {QKeySequence::Cut, [](SearchLine& line) { line.cutSelection(); }},

@@ -21,10 +21,10 @@ public:
     void copySelection() const;
     void cutSelection();
 
-    /// Replaces the selection by the clipboard's text. Line breaks become spaces, as one line has room for none.
+    /// Replaces the selection with the clipboard's text. Line breaks become spaces, as there is only one line.
     void pasteText();
 
-    /// Deletes what stands after the cursor, or everything, without putting it on the clipboard.
+    /// Deletes the text after the cursor, or everything, without putting it on the clipboard.
     void deleteToEnd();
     void deleteAll();
 

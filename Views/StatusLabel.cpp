@@ -4,7 +4,7 @@
 
 namespace ravlin {
 
-// Screen readers read a notification when it comes into sight; they are told so for each new text in the same place.
+// Screen readers read a notification when it appears; each new text in the same place is reported as appearing.
 void StatusLabel::announce() {
     QAccessibleEvent shown(this, QAccessible::ObjectShow);
     QAccessible::updateAccessibility(&shown);

@@ -41,7 +41,7 @@ void StatusLine::changeEvent(QEvent* event) {
     if (event->type() == QEvent::FontChange) fit();
 }
 
-// The pictogram stands beside the first line, centred on it.
+// The pictogram is beside the first line, centred on it.
 void StatusLine::fit() {
     const int symbolEdge = symbolSize(TextStyle::caption, font());
     const int labelLeft = symbolEdge + Metrics::kStatusSpacing;

@@ -7,7 +7,7 @@
 
 namespace ravlin {
 
-/// A borderless button that is nothing but a pictogram.
+/// A borderless button that consists only of a pictogram.
 class SymbolButton final : public PanelButton<QAbstractButton> {
     Q_OBJECT
 

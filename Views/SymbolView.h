@@ -8,7 +8,7 @@
 
 namespace ravlin {
 
-/// A pictogram beside a text. It only decorates: assistive technology reads the text.
+/// A pictogram beside a text. It is only decoration: assistive technology reads the text.
 class SymbolView final : public QWidget {
     Q_OBJECT
 

@@ -29,7 +29,7 @@ TextBlock::TextBlock(const QString& text, const QFont& font, int width, int maxL
     elidedLine_ = QFontMetricsF(font).elidedText(text.mid(lastLineStart), Qt::ElideRight, width);
 }
 
-// Returns how much of the text found place.
+// Returns how much of the text fitted.
 int TextBlock::layOut(int width, int maxLines) {
     int textEnd = 0;
     layout_.beginLayout();

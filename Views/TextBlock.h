@@ -32,7 +32,7 @@ public:
     /// Whether text is missing at the end.
     bool isElided() const { return !elidedLine_.isNull(); }
 
-    /// What is seen: the text, with the elided last line in place of what is missing.
+    /// The visible text, with the elided last line in place of what is missing.
     QString shownText() const;
 
     void paint(QPainter& painter, const QPoint& topLeft, const QColor& color) const;

@@ -39,7 +39,7 @@ SectionHeader* TransformList::sectionHeader(TransformCategory category) {
     return new SectionHeader(category, SectionHeader::Kind::inList, content_);
 }
 
-// Assistive technology meets the rows in the order of the widgets, whatever order they were made in.
+// Inserts the row in the order of the list, in which assistive technology finds the rows, whenever it is made.
 TransformRow* TransformList::transformRow(TextTransform transform) {
     if (const auto made = rows_.find(transform); made != rows_.end()) return made->second;
     auto* const row = new TransformRow(transform, content_);
@@ -188,14 +188,14 @@ void TransformList::pointAt(TextTransform transform) {
     }
 }
 
-/// The row at a point of the view, less what the pinned header covers.
+/// The row at a point of the view, none where the pinned header covers it.
 TransformRow* TransformList::rowAt(const QPoint& inView) const {
     const bool isCovered = pinnedHeader_->isVisible() && pinnedHeader_->geometry().contains(inView);
     if (isCovered || !viewport()->rect().contains(inView)) return nullptr;
     return qobject_cast<TransformRow*>(content_->childAt(content_->mapFrom(viewport(), inView)));
 }
 
-// Rows that have been scrolled under a still pointer are pointed at as if it had moved.
+// A row scrolled under a resting pointer is pointed at, as if the pointer had moved.
 void TransformList::wheelEvent(QWheelEvent* event) {
     QScrollArea::wheelEvent(event);
     if (const auto* const row = rowAt(viewport()->mapFromGlobal(event->globalPosition().toPoint()))) {
@@ -270,7 +270,7 @@ void TransformList::changeEvent(QEvent* event) {
 }
 
 void TransformList::keyPressEvent(QKeyEvent* event) {
-    event->ignore();  // keys move the highlight, which scrolls the list along; the panel sees to that
+    event->ignore();  // keys move the highlight, which scrolls the list along; the panel handles them
 }
 
 void TransformList::resizeEvent(QResizeEvent* event) {
@@ -279,8 +279,8 @@ void TransformList::resizeEvent(QResizeEvent* event) {
     keepHighlightInView();
 }
 
-// A status that takes its room from the list may cover the row that the keyboard chose. Nothing moves under the
-// pointer.
+// A status that takes its room from the list may hide the row that the keyboard chose. While the pointer is on the
+// list, nothing moves.
 void TransformList::keepHighlightInView() {
     const std::optional<std::size_t> index = markedIndex();
     const bool isPointedAt = rect().contains(mapFromGlobal(QCursor::pos()));
@@ -293,9 +293,9 @@ void TransformList::scrollContentsBy(int dx, int dy) {
     showWhatIsInView();
 }
 
-// The panel decides where Tab leads; a scroll area would scroll in its own way afterwards.
+// The panel decides where Tab goes; a scroll area would scroll in its own way afterwards.
 bool TransformList::focusNextPrevChild(bool next) {
-    // NOLINTNEXTLINE(bugprone-parent-virtual-call): the base class is passed over on purpose.
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call): the base class is skipped on purpose.
     return QWidget::focusNextPrevChild(next);
 }
 

@@ -20,7 +20,7 @@ class TextLabel;
 /// opens at once.
 ///
 /// At most one row stands out, the one that the pointer or the keyboard chose, whichever moved last. While there is a
-/// marked row, which is what Return runs, the pointer moves the mark; else it only hovers. The row that the keyboard
+/// marked row, which Return runs, the pointer moves the mark; otherwise it only hovers. The row that the keyboard
 /// chose, the highlighted one, is marked and has the keyboard focus.
 class TransformList final : public QScrollArea {
     Q_OBJECT
@@ -30,13 +30,13 @@ public:
 
     explicit TransformList(QWidget* parent = nullptr);
 
-    /// Lists `groups` from the top; without any, says that nothing matches `query` (as typed).
+    /// Lists `groups` from the top; if there are none, says that nothing matches `query` (as typed).
     void showGroups(const std::vector<TransformGroup>& groups, const QString& query);
 
-    /// What Return runs, or nothing.
+    /// The transform that Return runs, or nothing.
     std::optional<TextTransform> marked() const { return marked_; }
 
-    /// Marks what Return runs while the keyboard is in the search field: the first match, and nothing without a search.
+    /// Marks what Return runs while the focus is in the search field: the first match, or nothing without a search.
     void markFirstMatch();
 
     /// Marks the row of `transform`, or none.
@@ -45,18 +45,18 @@ public:
     /// The highlighted transform, or nothing.
     std::optional<TextTransform> highlighted() const;
 
-    /// Moves the highlight and scrolls along. Without a highlight, moving down or to an end enters the list. False,
-    /// and nothing changes, where that leads out of the list at its top or nothing is listed.
+    /// Moves the highlight and scrolls along. Without a highlight, moving down or to an end enters the list. False, and
+    /// nothing changes, if that would leave the list at its top or nothing is listed.
     bool moveHighlight(Move move);
 
-    /// Highlights the row that was highlighted last, or else the first one in view. False where nothing is listed.
+    /// Highlights the row that was highlighted last, or else the first one in view. False if nothing is listed.
     bool enter();
 
-    /// Lets the list be at most `height` high. A list that is lowered while it is shown gets higher again with its next
-    /// content only: at its end, rows would move down for that.
+    /// Limits the list to `height`. A list that shrinks while it is shown grows again only with its next content: at
+    /// its end, growing would move rows down.
     void setRoom(int height);
 
-    /// Lets it be as high as its room allows.
+    /// Lets it grow as high as its room allows.
     void takeRoom();
 
     /// How many rows have been made so far.

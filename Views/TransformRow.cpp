@@ -27,7 +27,7 @@ TextBlock subtitleIn(TextTransform transform, int rowWidth, const QFont& base) {
 
 }  // namespace
 
-// The title is no button text, in which an ampersand would name a shortcut.
+// The title is not the button's text, in which an ampersand would mark a shortcut.
 TransformRow::TransformRow(TextTransform transform, QWidget* parent) : PanelButton(parent), transform_(transform) {
     setObjectName(QStringLiteral("row.") + toQString(transform.id()));
     setAccessibleName(toQString(transform.title()));
@@ -101,7 +101,7 @@ void TransformRow::paintGround(QPainter& painter, const PanelColors& colors) con
     painter.setRenderHint(QPainter::Antialiasing, false);
 }
 
-/// What says that Return runs this row though the focus is elsewhere, for eyes that see no difference in the ground.
+/// Shows that Return runs this row although the focus is elsewhere, for eyes that see no difference in the background.
 void TransformRow::paintBar(QPainter& painter, const PanelColors& colors) const {
     constexpr qreal kRadius = Metrics::kMarkBarWidth / 2;
     const QRectF bar(1, Metrics::kRowRadius, Metrics::kMarkBarWidth, height() - 2 * Metrics::kRowRadius);
@@ -110,7 +110,7 @@ void TransformRow::paintBar(QPainter& painter, const PanelColors& colors) const 
     painter.drawRoundedRect(bar, kRadius, kRadius);
 }
 
-// Pointing at a subtitle that has no room shows it whole.
+// Pointing at an elided subtitle shows it in full.
 bool TransformRow::event(QEvent* event) {
     if (event->type() != QEvent::ToolTip) return QAbstractButton::event(event);
     if (subtitleBlock().isElided()) {

@@ -18,8 +18,7 @@ class TransformRow final : public PanelButton<QAbstractButton> {
 public:
     explicit TransformRow(TextTransform transform, QWidget* parent = nullptr);
 
-    /// How the row stands out: the pointer is on it, or it is what Return runs. The list sees to it that at most one
-    /// row does.
+    /// How the row stands out: the pointer is on it, or Return runs it. The list ensures that at most one row does.
     enum class Mark : std::uint8_t { none, hovered, marked };
 
     TextTransform transform() const { return transform_; }
@@ -31,14 +30,14 @@ public:
     /// one line takes two.
     static int heightFor(TextTransform transform, int width, const QFont& base);
 
-    /// The texts as they are laid out now. The subtitle has one line, and ends in "…" where that is too short.
+    /// The texts as they are laid out now. The subtitle has one line, and ends in "…" if that is too short.
     TextBlock titleBlock() const;
     TextBlock subtitleBlock() const;
 
     QSize sizeHint() const override;
 
 Q_SIGNALS:
-    /// The pointer has moved on the row, or pressed it. One that the row has come under does not count.
+    /// The pointer moved on the row, or pressed it. A row that came under a resting pointer does not count.
     void pointedAt();
 
     void pointerLeft();
