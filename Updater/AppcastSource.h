@@ -17,7 +17,7 @@
 
 namespace ravlin {
 
-/// Updates of a copy that is a single file: a signed feed tells of them, and the program replaces its own file.
+/// Updates of a copy that is a single file: a signed feed announces them, and the program replaces its own file.
 class AppcastSource final : public UpdateSource {
     Q_OBJECT
 
@@ -56,7 +56,7 @@ private:
     Patience patience_;
     bool isAskedForByUser_ = false;
     std::optional<ChosenUpdate> found_;
-    QString file_;  // that is replaced
+    QString file_;  // the one that is replaced
     Downloader feedDownloader_;
     Downloader fileDownloader_;
     std::unique_ptr<QThread> worker_;

@@ -19,26 +19,26 @@ struct DownloadLimits {
     std::chrono::milliseconds total = std::chrono::seconds(60);
 };
 
-/// Fetches one thing at a time into memory, from safe addresses only, also where a server sends it on to another. It
-/// tells the server nothing about the user: no cookies, no language, no compression, and "Ravlin/1.0.0" as its name.
+/// Fetches one thing at a time into memory, from safe addresses only, even after a redirect. The server learns nothing
+/// about the user: no cookies, no language, no compression, and "Ravlin/1.0.0" as the program's name.
 class Downloader final : public QObject {
     Q_OBJECT
 
 public:
-    /// `version` is told to servers.
+    /// Servers are sent `version`.
     explicit Downloader(const QString& version, QObject* parent = nullptr);
     ~Downloader() override;
 
-    /// Fetches what is at `url`; either `finished` or `failed` follows later. Gives up what was being fetched.
+    /// Fetches what is at `url`; either `finished` or `failed` follows later. Abandons any fetch in progress.
     void start(const QUrl& url, const DownloadLimits& limits);
 
-    /// Gives up. Nothing is emitted any more.
+    /// Gives up. Nothing more is emitted.
     void cancel();
 
 Q_SIGNALS:
     void progressed(qint64 receivedBytes);
 
-    /// All of it has arrived. An answer that is not plainly "200 OK", or larger than the limit, fails.
+    /// All of it has arrived. An answer that is not a plain "200 OK", or is larger than the limit, fails.
     void finished(const QByteArray& body);
 
     /// Why it failed, in words for developers.

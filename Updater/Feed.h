@@ -32,7 +32,7 @@ struct FeedItem {
     bool isForAChannel = false;
     QString notes;
     bool notesAreMarkdown = false;
-    QUrl link;  // empty where there is none
+    QUrl link;  // empty if there is none
     std::vector<Enclosure> enclosures;
 };
 
@@ -42,19 +42,19 @@ struct Feed {
     std::optional<QDateTime> expires;
     std::vector<FeedItem> items;
 
-    /// The largest plausible enclosure.
+    /// The largest plausible enclosure, in bytes.
     static constexpr qint64 kMaxEnclosureSize = qint64{512} << 20;
 
-    /// Reads a feed that ends with a comment: a signature, by one of `keys`, of everything before it. No other part of
-    /// `document` is looked at before that is verified. Returns nothing if it is not genuine or not a feed.
+    /// Reads a feed that ends with a comment: a signature, by one of `keys`, of everything before it. Nothing else in
+    /// `document` is read until that is verified. Returns nothing if it is not genuine or not a feed.
     static std::optional<Feed> read(QByteArrayView document, const std::vector<PublicKey>& keys);
 
     /// The part of `document` that is signed by one of `keys`.
     static std::optional<QByteArrayView> genuinePart(QByteArrayView document, const std::vector<PublicKey>& keys);
 
     /// Reads a feed without its signature: an RSS channel with a date. A document type declaration is refused, since
-    /// entities could make a small document a huge one. An item without a proper version is left out, and so is an
-    /// enclosure that lacks a part.
+    /// entities could make a small document a huge one. An item without a proper version is left out, as is an
+    /// incomplete enclosure.
     static std::optional<Feed> parse(QByteArrayView xml);
 };
 

@@ -17,7 +17,7 @@
 namespace ravlin {
 namespace {
 
-/// For one entry of the system's lists of users and groups. A group with more members than fit is no user's own.
+/// For one entry of the system's lists of users and groups. A group with more members than fit is not a user's own.
 using Buffer = std::array<char, 1 << 16>;
 
 bool hasOnlyMember(const group& listed, const char* user) {
@@ -26,7 +26,7 @@ bool hasOnlyMember(const group& listed, const char* user) {
     return true;
 }
 
-bool isSomebodyElsesGroup(gid_t id, uid_t user) {
+bool isAnotherUsersGroup(gid_t id, uid_t user) {
     Buffer buffer{};
     passwd entry{};
     passwd* found = nullptr;
@@ -39,7 +39,7 @@ bool isSomebodyElsesGroup(gid_t id, uid_t user) {
 }
 
 /// Many systems give each user a group of the same name and let it write to the user's files. Where users come from a
-/// network not all of them may be listed, but there such a name tells as much.
+/// network not all of them may be listed, but there the name says enough.
 bool isOwnGroup(gid_t id) {
     const uid_t user = geteuid();
     Buffer userBuffer{};
@@ -52,10 +52,10 @@ bool isOwnGroup(gid_t id) {
     getgrgid_r(id, &groupEntry, groupBuffer.data(), groupBuffer.size(), &foundGroup);
     if (foundUser == nullptr || foundGroup == nullptr || userEntry.pw_gid != id) return false;
     return std::strcmp(groupEntry.gr_name, userEntry.pw_name) == 0 && hasOnlyMember(groupEntry, userEntry.pw_name) &&
-           !isSomebodyElsesGroup(id, user);
+           !isAnotherUsersGroup(id, user);
 }
 
-/// Where a folder has a list of users with rights of their own, the group's bits are the most that any of them has.
+/// In a folder with a list of users who have rights of their own, the group's bits are the most that any of them has.
 bool hasAccessList(int descriptor) {
     return fgetxattr(descriptor, "system.posix_acl_access", nullptr, 0) > 0;
 }
@@ -93,7 +93,7 @@ std::optional<struct stat> OpenedFolder::status(const QByteArray& name) const {
 }
 
 std::vector<QByteArray> OpenedFolder::names(const QByteArray& prefix) const {
-    const int own = openat(descriptor_, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);  // which the listing closes
+    const int own = openat(descriptor_, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);  // the listing closes it
     const auto end = [](DIR* listing) { closedir(listing); };
     const std::unique_ptr<DIR, decltype(end)> listing(own < 0 ? nullptr : fdopendir(own));
     std::vector<QByteArray> found;

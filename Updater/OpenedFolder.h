@@ -10,8 +10,8 @@
 
 namespace ravlin {
 
-/// A folder that is opened once: what is learnt of it and done in it is about this very folder, whatever its path may
-/// lead to a moment later. Names are those of entries in it, and links are not followed.
+/// A folder that is opened once: everything learnt about it and done in it concerns that same folder, wherever its path
+/// may lead a moment later. Names are those of its entries, and links are not followed.
 class OpenedFolder {
 public:
     static std::optional<OpenedFolder> open(const QString& path);
@@ -26,11 +26,11 @@ public:
     /// Whether this user may put files into it.
     bool isWritable() const;
 
-    /// Whether other users may, so that nothing in it can be relied on: everybody, or a group, or its owner. A group
-    /// in which this user is alone is nobody else, and the administrator may everywhere.
+    /// Whether other users may, so that nothing in it can be relied on: everyone, a group, or its owner. A group with
+    /// only this user in it does not count, and neither does the administrator, who may write everywhere.
     bool isShared() const;
 
-    /// What is known about an entry; nothing where there is none.
+    /// What is known about an entry; nothing if there is none.
     std::optional<struct stat> status(const QByteArray& name) const;
 
     /// The names that begin with `prefix`.

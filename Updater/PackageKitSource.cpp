@@ -11,7 +11,7 @@ namespace {
 
 using Error = PackageKitTransaction::Error;
 
-// PackageKit's bits.
+// PackageKit's flags.
 constexpr qulonglong kNoFilter = 1U << 1U;
 constexpr qulonglong kInstalledOnly = 1U << 2U;
 constexpr qulonglong kTrustedOnly = 1U << 1U;  // of what may be installed
@@ -44,7 +44,7 @@ bool PackageKitSource::isOwn(const QString& identifier) const {
 }
 
 void PackageKitSource::run(const char* method, const QVariantList& arguments, Handler handler) {
-    // The previous transaction may be the one that has just ended.
+    // The previous transaction may be the one that just ended.
     if (transaction_ != nullptr) transaction_.release()->deleteLater();
     transaction_ = std::make_unique<PackageKitTransaction>(QDBusConnection::systemBus());
     connect(transaction_.get(), &PackageKitTransaction::finished, this, handler);

@@ -11,28 +11,28 @@
 
 namespace ravlin {
 
-/// Updates of a copy that the system's package manager has installed. PackageKit is asked where it is present and
-/// knows the package; it verifies, asks for the right to install, and installs. There is no other way: without it the
-/// user is told who updates this copy.
+/// Updates of a copy that the system's package manager has installed. PackageKit is asked if it is present and knows
+/// the package; it verifies, asks for the right to install, and installs. There is no other way: without it the user
+/// only learns who updates this copy.
 class PackageKitSource final : public UpdateSource {
     Q_OBJECT
 
 public:
     struct Copy {
         QString package;     // "ravlin"
-        QString version;     // that runs
-        QString executable;  // that is started anew after an update
+        QString version;     // the running one
+        QString executable;  // restarted after an update
         QString provider;    // "Debian", or empty
     };
 
     explicit PackageKitSource(Copy copy);
 
-    /// How long a check may take, in which PackageKit may be busy with something else.
+    /// How long a check may take, since PackageKit may be busy with something else.
     void setPatience(std::chrono::milliseconds patience) { checkDeadline_.setInterval(patience); }
 
     void check(bool isAskedForByUser) override;
     void install() override;
-    void skip() override {}  // only the user ever asks
+    void skip() override {}  // only the user ever checks
     void cancel() override;
 
 private:
@@ -48,7 +48,7 @@ private:
     CheckResult resultWithoutPackage(const Result& result) const;
 
     Copy copy_;
-    QString update_;  // identifier of the package that was found
+    QString update_;  // identifier of the package found
     std::unique_ptr<PackageKitTransaction> transaction_;
     QTimer checkDeadline_;
 };

@@ -24,10 +24,10 @@ constexpr uint kBlockedPackage = 9;  // of a package: it cannot be updated now
 constexpr uint kInstalling = 9;      // of a status
 constexpr uint kUpdating = 10;
 
-// Of what PackageKit says: more than any system has honest reasons for.
+// Limits on PackageKit's answers: more than any system has honest reasons for.
 constexpr qsizetype kMaxPackages = 100'000;
 constexpr qsizetype kMaxIdentifierSize = 1024;  // UTF-16 units
-constexpr qsizetype kMaxDetailSize = 200;       // which a window can show
+constexpr qsizetype kMaxDetailSize = 200;       // as much as a window can show
 
 QString detailOf(const QString& text) {
     const QString start = text.left(4 * kMaxDetailSize).simplified();
@@ -54,7 +54,7 @@ PackageKitTransaction::PackageKitTransaction(QDBusConnection bus, QObject* paren
 
 void PackageKitTransaction::run(const QString& method, const QVariantList& arguments) {
     if (!bus_.isConnected()) {
-        // A call would never be answered, not even by an error.
+        // A call would never be answered, not even with an error.
         result_.isPresent = false;
         QMetaObject::invokeMethod(this, "endAsItIs", Qt::QueuedConnection);
         return;

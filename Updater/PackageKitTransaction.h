@@ -14,7 +14,7 @@
 
 namespace ravlin {
 
-/// One question to PackageKit, or one job for it. It ends with `finished`, even if PackageKit quits first.
+/// One query to PackageKit, or one job for it. It ends with `finished`, even if PackageKit quits first.
 class PackageKitTransaction final : public QObject {
     Q_OBJECT
 
@@ -30,7 +30,7 @@ public:
 
     struct Result {
         bool isPresent = true;   // PackageKit is on this system, and answers
-        bool hasWorked = false;  // else `error` and `detail` may tell why
+        bool hasWorked = false;  // otherwise `error` and `detail` may say why
         std::optional<Error> error;
         QString detail;
         QStringList packages;  // identifiers: "name;version;architecture;origin"
@@ -38,7 +38,7 @@ public:
 
     explicit PackageKitTransaction(QDBusConnection bus, QObject* parent = nullptr);
 
-    /// Calls `method` of a new transaction. To be called once.
+    /// Calls `method` of a new transaction. Call this once.
     void run(const QString& method, const QVariantList& arguments);
 
     /// Asks PackageKit to stop. `finished` still follows.

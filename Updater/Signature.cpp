@@ -16,7 +16,7 @@ const unsigned char* bytesOf(QByteArrayView view) {
     return reinterpret_cast<const unsigned char*>(view.data());
 }
 
-/// The bytes behind `base64`, where it is exactly what encoding `size` bytes gives.
+/// The bytes that `base64` encodes, if it is exactly the encoding of `size` bytes.
 std::optional<QByteArray> decode(QByteArrayView base64, qsizetype size) {
     const QByteArray text = base64.toByteArray();
     const auto decoded = QByteArray::fromBase64Encoding(text, QByteArray::AbortOnBase64DecodingErrors);
@@ -35,9 +35,9 @@ consteval PublicKey withEnds(unsigned char first, unsigned char middle, unsigned
 
 constexpr unsigned char kSignOfX = 0x80;  // in the last byte
 
-/// The y of the eight points whose multiples are nobody's secret, as they may be written: 0, 1 and -1, the first two
-/// also as themselves plus the prime 2^255 - 19, and the two y of the points of order eight: d y^4 + 2 y^2 = 1 (from
-/// the doubling of RFC 8032, section 5.1.4, whose result has y = 0 then).
+/// The y of the eight points whose multiples hide no secret, in every way to write them: 0, 1 and -1, the first two
+/// also with the prime 2^255 - 19 added, and the two y of the points of order eight: d y^4 + 2 y^2 = 1 (from the
+/// doubling of RFC 8032, section 5.1.4, whose result has y = 0 then).
 constexpr std::array<PublicKey, 7> kSmallOrder = {
     withEnds(0, 0, 0),
     withEnds(1, 0, 0),
@@ -60,7 +60,7 @@ bool isSignedBy(const PublicKey& key, QByteArrayView message, QByteArrayView sig
         EVP_PKEY_new_raw_public_key(EVP_PKEY_ED25519, nullptr, key.data(), key.size()), &EVP_PKEY_free);
     const std::unique_ptr<EVP_MD_CTX, decltype(&EVP_MD_CTX_free)> context(EVP_MD_CTX_new(), &EVP_MD_CTX_free);
     if (publicKey == nullptr || context == nullptr) return false;
-    // Ed25519 hashes by itself, hence no digest.
+    // Ed25519 does its own hashing, hence no digest.
     if (EVP_DigestVerifyInit(context.get(), nullptr, nullptr, nullptr, publicKey.get()) != 1) return false;
     return EVP_DigestVerify(context.get(), bytesOf(signature), static_cast<std::size_t>(signature.size()),
                             bytesOf(message), static_cast<std::size_t>(message.size())) == 1;

@@ -41,7 +41,7 @@ bool isFileOfOurs(const std::optional<struct stat>& status) {
     return status && S_ISREG(status->st_mode) && status->st_uid == geteuid();
 }
 
-/// Nobody else may write to the new file, whatever the old one allowed.
+/// No one else may write to the new file, whatever the old one allowed.
 mode_t modeAfter(mode_t old) {
     constexpr mode_t kOthersWrite = S_IWGRP | S_IWOTH;
     return (old & ACCESSPERMS & ~kOthersWrite) | S_IXUSR;
@@ -91,7 +91,7 @@ void SingleFileInstaller::relaunch(const QString& file) {
     for (const char* const name : {"APPDIR", "APPIMAGE", "ARGV0", "OWD", "LD_LIBRARY_PATH"}) qunsetenv(name);
     QByteArray path = QFile::encodeName(file);
     const std::array<char*, 2> arguments = {path.data(), nullptr};
-    // What the old file keeps open would otherwise stay open, and with it what it has mounted.
+    // Otherwise what the old file keeps open would stay open, and with it what it has mounted.
     close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
     execv(path.constData(), arguments.data());
 }

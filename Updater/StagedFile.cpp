@@ -36,7 +36,7 @@ bool isPlainFileOfOurs(const struct stat& status) {
     return S_ISREG(status.st_mode) && status.st_uid == geteuid() && status.st_nlink == 1;
 }
 
-/// Locks a file unless somebody else has. Some file systems have no locks; there nobody has.
+/// Locks a file unless another process has. Some file systems have no locks; there none has.
 bool lock(int descriptor) {
     return flock(descriptor, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
 }

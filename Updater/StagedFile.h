@@ -8,13 +8,13 @@
 
 namespace ravlin {
 
-/// A new file on its way to its place in a folder. Until it is wholly on the disk it has no name, where the file system
-/// can do that; then it gets one that nobody can foresee, and takes the place of another file in one step. Unless it
-/// came to that, nothing of it is left with this object's end.
+/// A new file on its way to its place in a folder. Until it is completely on the disk it has no name, if the file
+/// system allows that; then it gets an unpredictable one, and takes the place of another file in one step. If that does
+/// not happen, nothing of it is left after this object's end.
 ///
-/// A kill may leave the file under its name. That is how such a file is told from everything else in the folder: by
-/// 128 random bits behind a prefix of ours, as a plain file of this user's that nobody works on; whoever makes one has
-/// it locked, and a kill opens the lock.
+/// A kill may leave the file under its name. What distinguishes such a file from everything else in the folder: 128
+/// random bits after our prefix, and that it is a plain file of this user's that no process is working on; whoever
+/// makes one holds a lock on it, which a kill releases.
 class StagedFile {
 public:
     /// `folder` must outlive the file.
@@ -22,10 +22,10 @@ public:
     Q_DISABLE_COPY_MOVE(StagedFile)
     ~StagedFile();
 
-    /// Puts `contents` on the disk. As with `replace`, `errno` tells why not.
+    /// Puts `contents` on the disk. As with `replace`, `errno` says why not.
     bool write(const QByteArray& contents, mode_t mode) const;
 
-    /// Makes it the folder's file of this name.
+    /// Makes it the folder's file of that name.
     bool replace(const QByteArray& name);
 
     /// Removes what kills have left in `folder`.

@@ -9,11 +9,11 @@
 namespace ravlin {
 namespace {
 
-constexpr qint64 kClockTolerance = qint64{24} * 60 * 60;  // s, for clocks that are wrong
+constexpr qint64 kClockTolerance = qint64{24} * 60 * 60;  // seconds, for clocks that are wrong
 
 /// Why the feed as a whole cannot be trusted.
 std::optional<UpdateError> objectionTo(const Feed& feed, const UpdateCircumstances& circumstances) {
-    // Once accepted, it would make every later feed an older one.
+    // If accepted, it would make every later feed an older one.
     if (feed.buildDate > circumstances.now.addSecs(kClockTolerance)) return UpdateError::notGenuine;
     if (circumstances.newestFeed.isValid() && feed.buildDate < circumstances.newestFeed)
         return UpdateError::olderThanBefore;
@@ -31,7 +31,7 @@ std::optional<Enclosure> enclosureFor(const FeedItem& item, const QString& archi
     return found == item.enclosures.end() ? std::nullopt : std::optional(*found);
 }
 
-/// Links are opened in the user's browser, so they may only lead to the web.
+/// Links open in the user's browser, so they may only lead to the web.
 bool hasUsableLink(const FeedItem& item) {
     return item.link.scheme() == QLatin1String("https") && Address::isSafe(item.link);
 }

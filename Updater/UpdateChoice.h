@@ -12,18 +12,18 @@
 
 namespace ravlin {
 
-/// What decides, together with the feed, whether there is an update.
+/// What determines, together with the feed, whether there is an update.
 struct UpdateCircumstances {
     Version current;
     Version system;        // of the C library
     QString architecture;  // for example "x86_64"
     QDateTime now;
     QDateTime newestFeed;           // the newest date of any feed so far; invalid before the first one
-    QString skippedVersion;         // the user does not want to hear of it again
-    bool isAskedForByUser = false;  // a skipped version counts, too
+    QString skippedVersion;         // the user does not want it offered again
+    bool isAskedForByUser = false;  // then a skipped version counts, too
 };
 
-/// A release that is newer than this one. Without an enclosure it cannot be installed, only read about.
+/// A release newer than this one. Without an enclosure it cannot be installed, only read about.
 struct ChosenUpdate {
     FeedItem item;
     std::optional<Enclosure> enclosure;

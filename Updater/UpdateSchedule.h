@@ -21,17 +21,17 @@ public:
 
     struct Rules {
         std::chrono::seconds interval = std::chrono::hours(24);
-        std::optional<bool> automaticChecks;  // set: whatever the user has answered
+        std::optional<bool> automaticChecks;  // if set, the user's answer does not count
     };
 
     /// `state` must outlive the schedule.
     UpdateSchedule(UpdateState& state, const Rules& rules, Clock clock = &QDateTime::currentDateTimeUtc);
 
-    /// Counts this launch, and from now on tells when a check is due. The user is to be asked for permission where
-    /// this returns true: at the second launch, when people know what the program is, and later until they answer.
+    /// Counts this launch, and from now on signals when a check is due. Ask the user for permission if this returns
+    /// true: at the second launch, when people know what the program is, and later until they answer.
     bool launch();
 
-    /// Whether a scheduled check is due. If the last check lies in the future, the clock was wrong.
+    /// Whether a scheduled check is due. If the last check is in the future, the clock was wrong.
     bool isDue() const;
 
     void noteCheck() { state_.setLastCheck(clock_()); }

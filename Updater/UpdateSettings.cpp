@@ -11,7 +11,7 @@
 namespace ravlin {
 namespace {
 
-/// A value as it is written: a comma makes a list of it.
+/// A value as it is written: Qt makes a list of one with commas.
 QString textOf(const QSettings& file, QLatin1String name) {
     return file.value(QLatin1String("Update/") + name).toStringList().join(QLatin1Char(',')).trimmed();
 }

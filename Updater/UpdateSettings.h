@@ -12,14 +12,14 @@
 
 namespace ravlin {
 
-/// How this copy of Ravlin was installed, and so by whom it is updated.
+/// How this copy of Ravlin was installed, and so how it is updated.
 enum class InstallKind : std::uint8_t {
     system,    // by the system's package manager
-    appimage,  // not at all: it is a single file, which replaces itself
+    appimage,  // not installed: it is a single file, which replaces itself
 };
 
-/// What the packager has laid down about updates, in a file that is installed with the program. Users and their
-/// environment cannot change it.
+/// What the packager specified about updates, in a file that is installed with the program. Neither the user nor the
+/// environment can change it.
 struct UpdateSettings {
     InstallKind kind = InstallKind::system;
     QUrl feed;

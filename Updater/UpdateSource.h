@@ -17,7 +17,7 @@ struct ComesWithSystem {
     QString provider;
 };
 
-/// What a check has found.
+/// What a check found.
 using CheckResult = std::variant<FoundUpdate, UpToDate, SystemTooOld, ComesWithSystem, UpdateFailure>;
 
 /// Where updates come from and how they are installed. One thing is done at a time.
@@ -30,14 +30,14 @@ public:
     /// Looks for an update; `checked` follows later.
     virtual void check(bool isAskedForByUser) = 0;
 
-    /// Installs what the last check has found: `progressed`, `installing` and `installed` follow, or `failed`,
-    /// which may come at once.
+    /// Installs what the last check found: `progressed`, `installing` and `installed` follow, or `failed`, which may
+    /// come at once.
     virtual void install() = 0;
 
-    /// Does not offer what the last check found again, unless the user asks for a check.
+    /// Stops offering what the last check found, unless the user asks for a check.
     virtual void skip() = 0;
 
-    /// Gives up, unless it is installing already. No signal follows.
+    /// Gives up, unless installation has begun. No signal follows.
     virtual void cancel() = 0;
 
 Q_SIGNALS:
@@ -47,7 +47,7 @@ Q_SIGNALS:
     /// The update has arrived, and is now being put in place.
     void installing();
 
-    /// The new version is in place, and is started through `file`.
+    /// The new version is in place; start it through `file`.
     void installed(const QString& file);
 
     void failed(const ravlin::UpdateFailure& failure);

@@ -67,7 +67,7 @@ QDateTime UpdateState::time(QLatin1String name) const {
 
 void UpdateState::set(QLatin1String name, const QVariant& value) {
     file_.setValue(name, value);
-    file_.sync();  // so that it survives a kill at log-out
+    file_.sync();  // to survive a kill at log-out
 }
 
 }  // namespace ravlin

@@ -8,12 +8,12 @@
 
 namespace ravlin {
 
-/// What the update component remembers from one run to the next, in a file of its own in the user's configuration.
+/// What the update component remembers between runs, in its own file in the user's configuration.
 class UpdateState {
 public:
     explicit UpdateState(const QString& file = userFile());
 
-    /// Where a user's state is.
+    /// Where a user's state is kept.
     static QString userFile();
 
     bool hasLaunchedBefore() const;
@@ -27,7 +27,7 @@ public:
     QDateTime lastCheck() const;
     void setLastCheck(const QDateTime& time);
 
-    /// The version that the user does not want to hear of again, or empty.
+    /// The version that the user does not want offered again, or empty.
     QString skippedVersion() const;
     void setSkippedVersion(const QString& version);
 

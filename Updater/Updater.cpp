@@ -41,7 +41,7 @@ void Updater::start() {
     QMetaObject::invokeMethod(this, "begin", Qt::QueuedConnection);
 }
 
-// The user may have been faster.
+// By now the user may have asked for a check.
 void Updater::begin() {
     if (schedule_->launch() && state_ == State::idle) ask();
 }
@@ -99,7 +99,7 @@ void Updater::handleResult(const CheckResult& result) {
 
 void Updater::tell(const CheckResult& result) {
     std::visit(Overloaded{
-                   [](const FoundUpdate&) {},  // is offered instead
+                   [](const FoundUpdate&) {},  // offered instead
                    [this](const UpToDate&) { user_.showUpToDate(version_); },
                    [this](const SystemTooOld& tooOld) { user_.showSystemTooOld(tooOld.newVersion); },
                    [this](const ComesWithSystem& system) { user_.showUpdatesComeWithSystem(system.provider); },

@@ -11,8 +11,8 @@
 
 namespace ravlin {
 
-/// One session after another: looks for an update when the user or the schedule asks, offers it, and installs it if the
-/// user wants that. Windows that only show a result belong to no session.
+/// Runs one session after another: looks for an update when the user or the schedule asks, offers it, and installs it
+/// if the user wants it. Windows that only show a result belong to no session.
 class Updater final : public QObject {
     Q_OBJECT
 
@@ -23,7 +23,7 @@ public:
     /// program's.
     Updater(UpdateSource& source, UserDriver& user, UpdateSchedule* schedule, QString version);
 
-    /// Begins with what the schedule wants, once the event loop runs.
+    /// Starts following the schedule, once the event loop runs.
     void start();
 
     State state() const { return state_; }
@@ -31,13 +31,13 @@ public:
     /// Whether the user may ask for a check now: not while one runs or an update is being installed.
     bool canCheckForUpdates() const;
 
-    /// A check the user asks for. Where a window waits for an answer, it comes to the front instead.
+    /// A check at the user's request. If a window waits for an answer, it comes to the front instead.
     void checkForUpdates();
 
 Q_SIGNALS:
     void canCheckForUpdatesChanged();
 
-    /// The new version is in place: the program is to quit, and `file` to be started instead.
+    /// The new version is in place: quit the program, and start `file` instead.
     void relaunchRequested(const QString& file);
 
 private:

@@ -9,15 +9,15 @@
 
 namespace ravlin {
 
-/// A newer version, as it is shown to the user.
+/// A newer version, as shown to the user.
 struct FoundUpdate {
     QString version;
     QString currentVersion;
-    QString notes;  // empty where there are none
+    QString notes;  // empty if there are none
     bool notesAreMarkdown = false;
     bool isCritical = false;
     bool canBeSkipped = true;
-    bool canBeInstalled = true;  // else `link` tells more about it
+    bool canBeInstalled = true;  // otherwise `link` says more about it
     QUrl link;
 };
 
@@ -43,11 +43,11 @@ struct UpdateFailure {
     QString detail;
 };
 
-/// The update component's only way to the user: every window it shows goes through here. Views/UpdateWindows implements
-/// it; tests have a recorder.
+/// The update component's only way to reach the user: every window it shows goes through here. Views/UpdateWindows
+/// implements it; tests have a recorder.
 ///
-/// There is one window at a time: whatever is shown takes the place of what was shown before. An answer is given once,
-/// later, and not after the window has been replaced or dismissed.
+/// There is one window at a time: whatever is shown replaces what was shown before. An answer comes once, later, and
+/// not after the window has been replaced or dismissed.
 class UserDriver {
 public:
     using Reply = std::function<void()>;
@@ -56,13 +56,13 @@ public:
     Q_DISABLE_COPY_MOVE(UserDriver)
     virtual ~UserDriver() = default;
 
-    /// Asks whether Ravlin should look for updates by itself. Closing the window answers nothing at all.
+    /// Asks whether Ravlin should look for updates by itself. Closing the window gives no answer at all.
     virtual void askForPermission(std::function<void(std::optional<bool> isAutomatic)> answer) = 0;
 
     /// Shows that the check the user asked for is running.
     virtual void showChecking(Reply cancel) = 0;
 
-    /// Offers an update. It does not take the keyboard away from the user unless `wasAskedFor`.
+    /// Offers an update. It takes the keyboard focus only if `wasAskedFor`.
     virtual void showFound(const FoundUpdate& update, bool wasAskedFor, std::function<void(UpdateAnswer)> answer) = 0;
 
     /// Shows that the update is being fetched.
@@ -81,7 +81,7 @@ public:
     virtual void showSystemTooOld(const QString& newVersion) = 0;
 
     /// Shows that the system's own software updater updates this copy; `provider` is where it comes from, for example
-    /// "Debian", or empty. Called again while the window is open, it brings that to the front.
+    /// "Debian", or empty. Called again while the window is open, this brings it to the front.
     virtual void showUpdatesComeWithSystem(const QString& provider) = 0;
 
     /// Shows what went wrong.

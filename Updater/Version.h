@@ -10,11 +10,11 @@
 
 namespace ravlin {
 
-/// A version: one to four numbers with dots between them. Missing numbers count as zero, so 1.1 equals 1.1.0; each
-/// version is shown as it was written.
+/// A version: one to four numbers with dots between them. Missing numbers count as zero, so 1.1 equals 1.1.0; a version
+/// is shown as it was written.
 class Version {
 public:
-    /// Reads a version, or nothing where `text` is anything else. A number has at most nine digits.
+    /// Reads a version, or nothing if `text` is anything else. A number has at most nine digits.
     ///     parse("1.10.2") > parse("1.9"),  parse("1.0-beta") is nothing
     static std::optional<Version> parse(QStringView text);
 
