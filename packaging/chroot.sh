@@ -1,15 +1,15 @@
-# Sourced by the checks of what is shipped: a bare Debian, made for the occasion and removed after it. They set $work, a
+# Sourced by the checks of what is shipped: a bare Debian, made for one check and removed afterwards. They set $work, a
 # folder of their own.
 # shellcheck shell=bash disable=SC2154 # $work
 
-readonly kSkipped=77 # what ctest's SKIP_RETURN_CODE is in this project
+readonly kSkipped=77 # this project's SKIP_RETURN_CODE for ctest
 
 skip() {
     echo "Skipped: $*" >&2
     exit $kSkipped
 }
 
-# Where apt of this machine gets this machine's release from.
+# Where this machine's apt gets this machine's release from.
 apt_sources() {
     local codename=$1 file
     for file in /etc/apt/sources.list /etc/apt/sources.list.d/debian.sources; do
@@ -18,8 +18,8 @@ apt_sources() {
     return 1
 }
 
-# make_chroot FOLDER PACKAGE...: installs this machine's release of Debian and the packages, without what they recommend.
-# apt goes on working in there. The script ends as skipped where this cannot be done.
+# make_chroot FOLDER PACKAGE...: installs this machine's release of Debian and the packages, without what they
+# recommend. apt keeps working in there. If this cannot be done, the script ends as skipped.
 make_chroot() {
     local folder=$1 codename packages
     shift
@@ -35,12 +35,12 @@ make_chroot() {
         <"$folder.sources" >"$folder.log" 2>&1 || { tail -n 5 "$folder.log" >&2; skip "mmdebstrap failed"; }
     cp /etc/hosts "$folder/etc/hosts"
     mkdir -p "$folder/mnt/project" "$folder/mnt/scratch"
-    chmod 755 "$work" # for apt and the user in the chroot, who are ordinary users
+    chmod 755 "$work" # for apt and the user in the chroot, both ordinary users
     chroot "$folder" useradd --create-home tester
 }
 
-# in_chroot FOLDER COMMAND...: as root. The project is in /mnt/project, the folder $work in /mnt/scratch, and /tmp is empty.
-# What is mounted or started in there is gone when the command ends.
+# in_chroot FOLDER COMMAND...: as root. The project is in /mnt/project, the folder $work in /mnt/scratch, and /tmp is
+# empty. Whatever is mounted or started in there is gone when the command ends.
 in_chroot() {
     local folder=$1
     shift

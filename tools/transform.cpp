@@ -16,7 +16,7 @@ namespace {
 std::string readAll(std::FILE* file) {
     std::string text;
     if (std::fseek(file, 0, SEEK_END) == 0) text.reserve(static_cast<std::size_t>(std::max(std::ftell(file), 0L)));
-    std::rewind(file);  // where it is a pipe there is neither a size nor another end
+    std::rewind(file);  // a pipe has neither a size nor another end
     std::array<char, 65536> buffer;
     for (std::size_t size = 1; size > 0; text.append(buffer.data(), size))
         size = std::fread(buffer.data(), 1, buffer.size(), file);
