@@ -17,7 +17,7 @@
 #include <string_view>
 #include <vector>
 
-/// For each transform a text that it really works on, and texts that are hostile to it.
+/// For each transform a text that gives it real work, and texts that are hostile to it.
 namespace ravlin::Benchmarks {
 
 struct NamedText {
@@ -29,7 +29,7 @@ inline NamedText repeating(std::string name, std::string piece) {
     return {std::move(name), [=](std::size_t size) { return repeated(piece, size); }};
 }
 
-/// What `transform` makes of `text`, which is to be `share` of the size wanted.
+/// What `transform` makes of `text`, whose size is to be `share` of the size wanted.
 inline NamedText madeBy(TextTransform transform, std::string name, const NamedText& text, double share) {
     return {std::move(name), [=](std::size_t size) {
                 return transform.apply(text.make(static_cast<std::size_t>(share * static_cast<double>(size))));
@@ -40,7 +40,7 @@ inline std::string nestedArrays(std::size_t size) {
     return std::string(size / 2, '[') + std::string(size / 2, ']');
 }
 
-/// What is on the clipboard when somebody wants this transform.
+/// What is on the clipboard when a user wants this transform.
 inline NamedText ordinaryText(TextTransform transform) {
     const NamedText plain = {"words", words};
     const NamedText page = {"HTML page", htmlPage};
@@ -114,7 +114,7 @@ inline std::vector<NamedText> texture() {
             repeating("emoji", std::string(kScripts[6].text))};
 }
 
-/// Texts on which an implementation that is not careful enough takes more time for each byte the longer they are.
+/// Texts on which a careless implementation takes more time per byte the longer they are.
 inline std::vector<NamedText> hostileTexts(TextTransform transform) {
     std::vector<NamedText> texts = texture();
     switch (transform) {
@@ -174,7 +174,7 @@ inline std::vector<NamedText> hostileTexts(TextTransform transform) {
     return texts;
 }
 
-/// Above so many bytes a transform leaves its text alone; 0: it has no limit.
+/// The number of bytes above which a transform leaves its text alone; 0: it has no limit.
 inline std::size_t limitOf(TextTransform transform) {
     switch (transform) {
         case TextTransform::stripTracking: return TextTransforms::kMaxTrackingSize;

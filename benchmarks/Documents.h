@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-/// Documents to measure with, as people copy them. The same in every run.
+/// Documents to measure with, as people copy them; the same in every run.
 namespace ravlin::Benchmarks {
 
 class Writer {
@@ -61,7 +61,7 @@ inline std::string htmlPage(std::size_t size) {
         "<script>if (a < b) { go(); }</script></head><body><h1>Page</h1>\n";
     while (text.size() < size) text += htmlSection(writer);
     text.resize(size);
-    while ((static_cast<unsigned char>(text.back()) & 0x80U) != 0) text.pop_back();  // no half a character
+    while ((static_cast<unsigned char>(text.back()) & 0x80U) != 0) text.pop_back();  // no partial character
     return text;
 }
 
@@ -81,7 +81,7 @@ inline std::string markdownDocument(std::size_t size) {
     return text;
 }
 
-/// What a service answers: records without any white space between their tokens, about 12 bytes to a token.
+/// A service's answer: records without any white space between their tokens, about 12 bytes to a token.
 inline std::string jsonDocument(std::size_t size) {
     Writer writer;
     const auto number = [&writer] { return std::to_string(writer.upTo(1'000'000)); };
@@ -98,7 +98,7 @@ inline std::string jsonDocument(std::size_t size) {
     return text + "]";
 }
 
-/// Mails with a link in every few lines, most of them with something to remove.
+/// Mails with a link every few lines, most of them with something to remove.
 inline std::string mails(std::size_t size) {
     return repeated(
         "From: Ann Example <ann@example.com>\nTo: bob@example.org\nDate: Fri, 20 Nov 2026 12:34:56 +0000\n"

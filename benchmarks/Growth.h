@@ -6,8 +6,8 @@
 
 /// For benchmarks that compare a text with one of twice its size.
 ///
-/// glibc takes every block above 32 MiB from the kernel and gives it back, and below that keeps it. A result between
-/// the two would pay for page faults that half of it does not pay for. So growth is measured with all memory kept.
+/// glibc gets every block above 32 MiB from the kernel and returns it, and keeps smaller ones. If only the larger
+/// text's result were above that, it alone would pay for page faults. So growth is measured with all memory kept.
 namespace ravlin::Benchmarks {
 
 inline void keepMemory() {

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-/// Texts on which a careless detector of links takes minutes, by name.
+/// Texts on which a careless link detector takes minutes, by name.
 namespace ravlin::Benchmarks {
 
 inline std::string pieces(const char* piece, std::size_t size) {

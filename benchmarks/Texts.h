@@ -26,7 +26,7 @@ inline constexpr auto kScripts = std::to_array<Sample>({
     {"emoji", "👩‍👩‍👧‍👦👍🏽🇫🇷🇩🇪❤️‍🔥😀1️⃣🎉👨🏿‍🚀 "},
 });
 
-/// The piece again and again, cut to at most `size` bytes at the end of a piece.
+/// The piece repeated, up to at most `size` bytes and ending with a whole piece.
 inline std::string repeated(std::string_view piece, std::size_t size) {
     std::string text;
     text.reserve(size);

@@ -1,4 +1,4 @@
-// Cleaning links: ordinary texts and hostile ones, all within the limit of size.
+// Cleaning links: ordinary texts and hostile ones, all within the size limit.
 
 #include "Engine/CleaningTransforms.h"
 #include "benchmarks/Documents.h"
@@ -26,7 +26,7 @@ void add(const std::string& name, TextFunction function, const MakeText& makeTex
 }
 
 const bool kRegistered = [] {
-    constexpr std::size_t kOne = 1'000'000;  // bytes; doubled it would be above the limit
+    constexpr std::size_t kOne = 1'000'000;  // bytes; twice that would be above the limit
     add("cleaning/words", TextTransforms::stripTracking, Benchmarks::words, kOne);
     for (const Benchmarks::Sample& script : Benchmarks::kScripts)
         add(

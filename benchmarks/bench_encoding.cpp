@@ -1,4 +1,4 @@
-// JSON, Base64, digests and the other encodings: against the libraries that do the same.
+// JSON, Base64, digests and the other encodings, against libraries that do the same.
 
 #include "Engine/EncodingTransforms.h"
 #include "Engine/JSONReformatter.h"
@@ -44,7 +44,7 @@ void copy(const std::string& text) {
 
 // --- JSON ------------------------------------------------------------------------------------------------------------
 
-/// The fastest way that RapidJSON has to do the same: no tree, and numbers stay as they are written.
+/// RapidJSON's fastest way to do the same: no tree, and numbers stay as they are written.
 void prettyWithRapidJSON(const std::string& text) {
     rapidjson::StringBuffer buffer;
     rapidjson::PrettyWriter<rapidjson::StringBuffer> writer(buffer);

@@ -13,7 +13,7 @@ namespace {
 using namespace ravlin;
 using Benchmarks::kMegabyte;
 
-/// The pieces of documents, as word processors write them: much formatting, few characters.
+/// Pieces of documents as word processors write them: much formatting, few characters.
 constexpr auto kPieces = std::to_array<Benchmarks::Sample>({
     {"formatted",
      "\\par \\pard\\plain \\s19\\loch\\sl276\\slmult1\\sb0\\sa140\\ql\\ltrpar{\\rtlch\\af0 \\ltrch\\loch\n"

@@ -1,8 +1,7 @@
 // catalogue [REGEX [TOPICS]]: measures every transform whose identifier matches, at 1 KB, 1 MB and 50 MB, and its
 // growth and its memory; or only the topics that match the second expression: "md5/50MB", "click/md5", "md5/one line"
-// (growth), "memory/md5". Writes JSON: numbers in nanoseconds of processor time by name, and which texts they were
-// measured on. catalogue --text IDENTIFIER BYTES: writes the ordinary text of a transform, for other programs to be
-// measured with.
+// (growth), "memory/md5". Writes JSON: numbers in nanoseconds of processor time by name, and the texts they were
+// measured on. catalogue --text IDENTIFIER BYTES: writes a transform's ordinary text, to measure other programs with.
 
 #include "Engine/Support/Characters/Unicode.h"
 #include "benchmarks/CatalogueTexts.h"
@@ -37,7 +36,7 @@ bool isToken(TextTransform transform) {
     return transform == TextTransform::jwtDecode;
 }
 
-/// A sort is not, and a digest is a few bytes only, however long the text.
+/// A sort is not, and a digest is only a few bytes, however long the text.
 bool isMeantToBeAsFastAsACopy(TextTransform transform) {
     const bool isDigest =
         transform == TextTransform::md5 || transform == TextTransform::sha1 || transform == TextTransform::sha256;
@@ -89,8 +88,8 @@ double timeOf(const Action& action, int times) {
     return (now() - start) / times;
 }
 
-/// The least time of each action, in nanoseconds. They run in turns, so that a busy moment of the machine falls on all;
-/// what is over too soon to be measured runs several times in a row, and what is over soon in more rounds.
+/// The least time of each action, in nanoseconds. They run in turns, so that a busy moment of the machine affects them
+/// all; actions too quick to be measured run several times in a row, and quick ones in more rounds.
 std::vector<double> race(const std::vector<Action>& actions, int leastRounds) {
     constexpr double kLeast = 300'000;          // nanoseconds
     constexpr double kWellSpent = 100'000'000;  // nanoseconds
@@ -122,7 +121,7 @@ Action copying(const std::string& text) {
     };
 }
 
-/// What a click computes: the result, and how many characters there were and are.
+/// What a click computes: the result, and the number of characters before and after.
 Action clicking(TextTransform transform, const std::string& text) {
     return [transform, &text] {
         const std::string result = transform.apply(text);
@@ -131,7 +130,7 @@ Action clicking(TextTransform transform, const std::string& text) {
     };
 }
 
-/// The text at its largest. What is wanted next is often the same, and making it takes longer than most transforms.
+/// The text at its largest. The next one wanted is often the same, and making it takes longer than most transforms.
 const std::string& largeText(const NamedText& text) {
     static std::map<std::string, std::string> made;
     if (!made.contains(text.name) && made.size() > 2) made.clear();
@@ -166,23 +165,23 @@ void measureSizes(const std::string& name, TextTransform transform, const NamedT
 
 // ---- Growth --------------------------------------------------------------------------------------------------------
 
-/// n and 2n. Where no limit forbids it they are so large that both are far beyond the processor's caches.
+/// n and 2n. Unless a limit forbids it, both are far larger than the processor's caches.
 std::pair<std::size_t, std::size_t> sizesToCompare(TextTransform transform) {
     const std::size_t limit = Benchmarks::limitOf(transform);
     if (limit == 0) return {4 * kMegabyte, 8 * kMegabyte};
     return limit > kMegabyte ? std::pair(kMegabyte / 4, kMegabyte / 2) : std::pair(limit / 2, limit);
 }
 
-/// What twice the text costs a transform, as if it cost a copy twice as much. A plain copy of the text, measured in the
-/// same turns, costs more than that where the text outgrows a cache; so much is taken out, but never a quarter: four
-/// times the time stays more than three times.
+/// What twice the text costs a transform, if it cost a copy exactly twice as much. A plain copy of the text, measured
+/// in the same turns, costs more than that where the text outgrows a cache; that excess is taken out, but never more
+/// than a factor of 1.25: four times the time stays more than three times.
 double growthBeyondCopy(double growth, double growthOfCopy) {
     constexpr double kMostTakenOut = 1.25;
     return growth / std::clamp(growthOfCopy / 2, 1.0, kMostTakenOut);
 }
 
-/// The time for each byte of the larger text; 0 where there is nothing to measure, as with a text that comes back as it
-/// is as fast as it can be copied.
+/// The time per byte of the larger text; 0 if there is nothing to measure, as with a text that comes back unchanged as
+/// fast as it can be copied.
 double measureGrowth(const std::string& name, TextTransform transform, const NamedText& text) {
     if (!isWanted(name)) return 0;
     const auto [size, doubled] = sizesToCompare(transform);
@@ -197,7 +196,7 @@ double measureGrowth(const std::string& name, TextTransform transform, const Nam
     return best[1] / static_cast<double>(large.size());
 }
 
-/// On the ordinary text, and on every hostile one; the worst is that which takes longest.
+/// On the ordinary text, and on every hostile one; the worst is the one that takes longest.
 void measureAllGrowth(const std::string& name, TextTransform transform, const NamedText& ordinary) {
     Benchmarks::keepMemory();
     measureGrowth(name + "/" + ordinary.name, transform, ordinary);
@@ -222,7 +221,7 @@ double statusBytes(std::string_view label) {
     return 0;
 }
 
-/// The bytes that one run takes beyond the text and the result.
+/// The bytes that one run uses beyond the text and the result.
 double extraBytes(TextTransform transform, const std::string& text) {
     transform.apply("a\nb");                        // loads what ICU loads once
     std::ofstream("/proc/self/clear_refs") << '5';  // resets the high-water mark
@@ -231,7 +230,7 @@ double extraBytes(TextTransform transform, const std::string& text) {
     return statusBytes("VmHWM:") - before - static_cast<double>(result.size());
 }
 
-/// The same in a process of its own, since freed memory would serve the next transform.
+/// The same in a separate process, since freed memory would serve the next transform.
 double extraBytesInChild(TextTransform transform, const std::string& text) {
     std::array<int, 2> ends = {};
     if (pipe(ends.data()) != 0) std::abort();

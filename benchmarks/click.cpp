@@ -1,6 +1,6 @@
-// click [BYTES]: how long a click takes in the program itself, on the clipboard of this desktop: reading a text that
-// another process has just copied, transforming it, and taking the clipboard over with the result. Prints the least and
-// the median in microseconds. `benchmarks/measure-clicks` runs it on private desktops.
+// click [BYTES]: how long a click takes in the program itself, on this desktop's clipboard: reading a text that another
+// process has just copied, transforming it, and taking over the clipboard with the result. Prints the least and the
+// median in microseconds. `benchmarks/measure-clicks` runs it on private desktops.
 
 #include "Engine/PasteboardService.h"
 #include "Platform/Clipboard/PasteboardFactory.h"
@@ -31,7 +31,7 @@ std::unique_ptr<SystemPasteboard> openClipboard() {
     return pasteboard;
 }
 
-/// The other process: copies whenever it is told to, and serves what it has copied.
+/// The other process: copies on request, and serves what it has copied.
 [[noreturn]] void copyOnCommand(int commands, int replies, const std::string& text) {
     const auto pasteboard = openClipboard();
     std::array<pollfd, 2> waited = {pollfd{.fd = commands, .events = POLLIN, .revents = 0},

@@ -1,5 +1,5 @@
-// The floor under every Qt Widgets program, to compare Ravlin with: does nothing and says "ready" when it has nothing
-// more to do. With an argument it shows an empty window as large as the panel, and says so when that has been drawn.
+// The floor for every Qt Widgets program, to compare Ravlin with: does nothing and says "ready" when it has nothing
+// more to do. With an argument it shows an empty window as large as the panel, and says so once that has been drawn.
 
 #include <QApplication>
 #include <QTimer>

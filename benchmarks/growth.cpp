@@ -1,6 +1,6 @@
-// growth [REGEX [COUNT [SEED]]]: whether time grows in proportion to the size of the text, whatever it holds.
+// growth [REGEX [COUNT [SEED]]]: whether time grows in proportion to the size of the text, whatever is in it.
 //
-// Runs each transform whose identifier matches, and the reader of rich text, on COUNT random periodic texts (1,000 by
+// Runs each transform whose identifier matches, and the rich-text reader, on COUNT random periodic texts (1,000 by
 // default), and lists those that take long and more than 6.5 times as long as a quarter of the same text. Ends with
 // status 1 if there are any.
 
@@ -37,7 +37,7 @@ using Tokens = std::span<const std::string_view>;
 constexpr double kMostGrowth = 6.5;  // linear is 4 to 5, quadratic 16
 constexpr int kMostRuns = 9;
 
-// More than all but the sorts take on ordinary text. What takes less is left alone, because its times are not exact.
+// More than all but the sorts take on ordinary text. Anything faster is left alone, because its times are not exact.
 constexpr double kSecondsPerByte = 5e-8;
 
 // --- Texts -----------------------------------------------------------------------------------------------------------
@@ -90,12 +90,12 @@ constexpr auto kRTFTokens = std::to_array<std::string_view>({
     "\xE9",
 });
 
-/// Three units, each again and again, one after another or taking turns.
+/// Three units, each repeated, one after another or taking turns.
 struct Recipe {
     std::array<std::string, 3> units;
     bool areTakingTurns = false;
 
-    /// A text of up to `size` bytes, which does not end within a unit.
+    /// A text of up to `size` bytes that does not end within a unit.
     std::string text(std::size_t size) const {
         if (areTakingTurns) return Benchmarks::repeated(units[0] + units[1] + units[2], size);
         std::string text;
@@ -162,13 +162,13 @@ void look(const Subject& subject, const Recipe& recipe, Summary& summary) {
     if (ofLarge.seconds > kSecondsPerByte * static_cast<double>(large.size())) {
         const std::string small = subject.start + recipe.text(subject.size / 4);
         Run ofSmall;
-        // What disturbs one measurement is gone in the next; what is slow remains slow.
+        // A disturbance is gone in the next measurement; what is slow remains slow.
         for (int i = 0; i < kMostRuns && (i == 0 || ofLarge.seconds > kMostGrowth * ofSmall.seconds); ++i) {
             measure(subject, small, ofSmall);
             measure(subject, large, ofLarge);
         }
         const double growth = ofLarge.seconds / ofSmall.seconds;
-        // Deeply nested JSON is indented to the square of its size, and writing that takes its time.
+        // Deeply nested JSON, indented, grows to the square of its size, and writing that takes time.
         const bool isResultThatLarge =
             static_cast<double>(ofLarge.resultSize) > kMostGrowth * static_cast<double>(ofSmall.resultSize);
         if (growth > kMostGrowth && !isResultThatLarge) {
@@ -230,7 +230,7 @@ std::vector<Subject> allSubjects() {
 }  // namespace
 
 int main(int argc, char** argv) {
-    // Memory stays with the process, so that it is not page faults, which only large texts cause, that are compared.
+    // The process keeps its memory, so that the comparison does not include page faults, which only large texts cause.
     Benchmarks::keepMemory();
     const std::regex pattern(argc > 1 ? argv[1] : ".");
     const std::uint64_t count = argc > 2 ? std::strtoull(argv[2], nullptr, 10) : 1'000;

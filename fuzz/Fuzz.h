@@ -16,7 +16,7 @@ inline std::string_view text(const std::uint8_t* data, std::size_t size) {
     return {reinterpret_cast<const char*>(data), size};
 }
 
-/// The same bytes as a valid text: every ill-formed sequence becomes U+FFFD.
+/// The same bytes as valid text: every ill-formed sequence becomes U+FFFD.
 inline std::string validText(std::string_view bytes) {
     std::string result;
     for (std::size_t at = 0; at < bytes.size();) {

@@ -1,4 +1,4 @@
-// Where the compiler has no libFuzzer: runs the target once on every file given.
+// For compilers without libFuzzer: runs the target once on every file given.
 
 #include <array>
 #include <cstdint>

@@ -1,5 +1,5 @@
-// Backslash escapes: as character after character, and reading undoes writing unless a character joins an escape. The
-// first byte says how to read the rest: as text, or as numbers of characters.
+// Backslash escapes: the same as character by character, and reading undoes writing unless a character joins an escape.
+// The first byte says how to read the rest: as text, or as numbers of characters.
 
 #include "Engine/EncodingTransforms.h"
 #include "fuzz/Fuzz.h"

@@ -1,4 +1,4 @@
-// Base64: decoding is that of the plain version, and undoes encoding.
+// Base64: decoding equals the plain version's, and undoes encoding.
 
 #include "Engine/EncodingTransforms.h"
 #include "Engine/Support/Bytes.h"

@@ -1,4 +1,4 @@
-// Update feeds: nothing is genuine but what the key's holder signed, and what is read of a feed by anybody is sound.
+// Update feeds: only what the key's holder signed is genuine, and what is read from anyone's feed is sound.
 
 #include "Updater/Feed.h"
 #include "Updater/UpdateChoice.h"
@@ -9,13 +9,13 @@ namespace {
 
 using ravlin::Fuzz::expect;
 
-/// The only feed that the key's holder ever signed; the corpus has it to be changed.
+/// The only feed that the key's holder ever signed; the corpus has it, for the fuzzer to change.
 constexpr QByteArrayView kContent =
     "<rss xmlns:sparkle=\"http://www.andymatuschak.org/xml-namespaces/sparkle\"><channel>"
     "<lastBuildDate>Fri, 01 May 2026 12:00:00 +0000</lastBuildDate>"
     "<item><sparkle:version>1.1.0</sparkle:version></item></channel></rss>\n";
 
-/// However much is in a feed, the choice has been made by the rules.
+/// However much is in a feed, the choice follows the rules.
 void checkChoice(const ravlin::Feed& feed) {
     const ravlin::UpdateCircumstances circumstances = {.current = *ravlin::Version::parse(u"1.0.0"),
                                                        .system = *ravlin::Version::parse(u"2.36"),

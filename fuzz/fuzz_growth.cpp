@@ -1,12 +1,12 @@
-// No transform takes more time for each byte of a large text than of a small one. The first byte picks a transform; of
-// the rest, which is up to three pieces with a byte 0xFF between them, each is repeated until the text is large.
+// No transform takes more time per byte for a large text than for a small one. The first byte picks a transform; the
+// rest is up to three pieces with a byte 0xFF between them, each repeated until the text is large.
 //
 // Work is measured in processor time of this thread: the processor's counter of instructions is hidden from most
-// virtual machines, and counting the edges of our own code would not see a search that runs through the whole rest of
-// the text again and again inside memchr. Time is never exact, so a text has to fail twice: it takes long, and in the
-// best of several rounds, taken in turns, four times the text takes more than nine times the time. Linear is 4 to 5;
-// quadratic is 16, and at this size takes half a second even at the speed of memchr. Another program can slow down one
-// round or all of them, but hardly those of the large text only.
+// virtual machines, and counting the edges of our own code would not notice a search that runs through the whole rest
+// of the text again and again inside memchr. Time is never exact, so a text has to fail in two ways: it takes long, and
+// in the best of several rounds, taken in turns, four times the text takes more than nine times the time. Linear is 4
+// to 5; quadratic is 16, and at this size takes half a second even at the speed of memchr. Another program can slow
+// down one round or all of them, but hardly only those of the large text.
 
 #include "Engine/HTMLTransforms.h"
 #include "Engine/TextTransform.h"
@@ -48,7 +48,7 @@ std::string textOf(const std::vector<std::string>& pieces, std::size_t size) {
     return text;
 }
 
-/// Indented JSON is as large as the square of its depth, so that filling memory is no more than the work to be done.
+/// Indented JSON is as large as the square of its depth, so filling memory is simply the work to be done.
 bool makesTooMuch(TextTransform transform, std::string_view text) {
     if (transform != TextTransform::jsonPretty && transform != TextTransform::jwtDecode) return false;
     constexpr std::size_t kMostDepth = 200;
@@ -72,7 +72,7 @@ double secondsFor(TextTransform transform, const std::string& text) {
     return now() - start;
 }
 
-/// How much longer the large text takes, in the best of several rounds. The first round that is good enough ends them.
+/// How many times as long the large text takes, in the best of several rounds. The first good enough round ends them.
 double growthOf(TextTransform transform, const std::string& small, const std::string& large) {
     double smallSeconds = std::numeric_limits<double>::infinity();
     double largeSeconds = smallSeconds;

@@ -1,4 +1,4 @@
-// Hexadecimal digits: decoding is that of the plain version, and undoes encoding.
+// Hexadecimal digits: decoding equals the plain version's, and undoes encoding.
 
 #include "Engine/EncodingTransforms.h"
 #include "fuzz/Fuzz.h"

@@ -1,5 +1,5 @@
-// The first byte says how to read the rest: as HTML, or as numbers of tokens. The scanners survive any bytes, and do
-// with a text what their regular expressions say.
+// The first byte says how to read the rest: as HTML, or as numbers of tokens. The scanners survive any bytes, and give
+// the same results as their regular expressions.
 
 #include "Engine/HTMLTransforms.h"
 #include "fuzz/Fuzz.h"

@@ -1,5 +1,5 @@
-// JSON: the same as the plain version, which is recursive, and nothing but white space changes. The first byte says how
-// to read the rest: as text, or as numbers of tokens.
+// JSON: the same as the plain version, which is recursive, and only white space changes. The first byte says how to
+// read the rest: as text, or as numbers of tokens.
 
 #include "Engine/JSONReformatter.h"
 #include "fuzz/Fuzz.h"
@@ -35,7 +35,7 @@ constexpr auto kTokens = std::to_array<std::string_view>({
     "\uFEFF",   "\"0123456789012345678901234567890123456789\"",
 });
 
-/// Whether the stack holds the recursion of the plain version, with what sanitizers put there.
+/// Whether the stack has room for the plain version's recursion, with what sanitizers put there.
 bool isForPlainVersion(std::string_view text) {
     constexpr std::ptrdiff_t kMostLevels = 1'000;
     return std::ranges::count(text, '[') + std::ranges::count(text, '{') <= kMostLevels;

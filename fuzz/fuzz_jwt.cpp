@@ -1,4 +1,4 @@
-// Tokens: what is put together from a header and a payload shows them; any other text stays or is shown as two parts.
+// Tokens: one made of a header and a payload shows them; any other text stays or is shown as two parts.
 
 #include "Engine/EncodingTransforms.h"
 #include "Engine/JSONReformatter.h"

@@ -1,5 +1,5 @@
-// The first byte says how to read the rest: as text, or as numbers of tokens. Nothing but links changes, links have the
-// shape that is promised, and no bytes do harm.
+// The first byte says how to read the rest: as text, or as numbers of tokens. Only links change, links have the
+// promised shape, and no bytes do harm.
 
 #include "Engine/CleaningTransforms.h"
 #include "fuzz/Fuzz.h"

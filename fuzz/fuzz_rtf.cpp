@@ -1,5 +1,5 @@
-// The first byte says how to read the rest: as rich text, as the inside of such a document, or as numbers of
-// tokens. Its text is valid, and the same however its tokens are spelled.
+// The first byte says how to read the rest: as rich text, as the inside of such a document, or as numbers of tokens.
+// Its text is valid, and does not depend on how its tokens are spelled.
 
 #include "Engine/Support/RichText/RTFTokenizer.h"
 #include "Engine/Support/RichText/RichText.h"
@@ -108,7 +108,7 @@ std::string spelled(const RTFToken& token) {
     return "";
 }
 
-/// The same tokens, spelled in one way: all bytes in hexadecimal, every word with a space behind it.
+/// The same tokens in one spelling: all bytes in hexadecimal, every word followed by a space.
 std::string respelled(std::string_view rtf) {
     std::string result;
     RTFTokenizer tokens(rtf);

@@ -1,5 +1,4 @@
-// The packager's update settings, with its keys: whatever is in the file, what is read of it can be used or has a
-// problem.
+// The packager's update settings, with its keys: whatever is in the file, the settings are usable or name a problem.
 
 #include "Updater/Address.h"
 #include "Updater/UpdateSettings.h"
@@ -29,7 +28,7 @@ void checkFeedSettings(const UpdateSettings& settings) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const QTemporaryDir folder;
     static qulonglong inputs = 0;
-    // Each in a file of its own, since Qt remembers those that it has read.
+    // Each in its own file, since Qt remembers those that it has read.
     QFile file(folder.filePath(QString::number(++inputs)));
     expect(file.open(QIODevice::WriteOnly), "there is room for a file");
     file.write(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));

@@ -1,5 +1,5 @@
-// The first byte picks a transform, the rest is its text: a valid text gives a valid text, always the same one, and
-// other bytes do no harm.
+// The first byte picks a transform, the rest is its text: valid text gives valid text, always the same, and other bytes
+// do no harm.
 
 #include "Engine/TextTransform.h"
 #include "fuzz/Fuzz.h"

@@ -70,7 +70,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     checkCharacters(text);
     checkMappings(text);
     checkTrimming(text);
-    // On any bytes, counting and walking agree still.
+    // On any bytes, counting and walking still agree.
     std::int64_t count = 0;
     for (std::size_t at = 0; at < bytes.size(); ++count) at = Unicode::characterEnd(bytes, at);
     expect(count == Unicode::characterCount(bytes), "counting and walking agree on ill-formed text");
