@@ -12,10 +12,10 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-/// Programs of the system, to compare with.
+/// System programs to compare with.
 namespace ravlin::tests {
 
-/// A file of its own for every process and every `name`, removed at the end.
+/// A separate file for every process and every `name`, removed at the end.
 class TemporaryFile : NonCopyable {
 public:
     TemporaryFile(std::string_view name, std::string_view content)
@@ -31,7 +31,7 @@ private:
     std::string path_;
 };
 
-/// What a shell command writes when it reads `input`. The test fails where the command does.
+/// A shell command's output for `input`. The test fails if the command does.
 inline std::string outputOf(const std::string& command, std::string_view input) {
     const TemporaryFile file("input", input);
     std::FILE* const pipe = popen((command + " < " + file.path()).c_str(), "r");

@@ -6,7 +6,7 @@
 
 namespace ravlin::tests {
 
-/// Ends the test program, which counts as failed, unless it is gone after so many seconds.
+/// Ends the test program, which counts as a failure, unless this object is gone after that many seconds.
 class Deadline : NonCopyable {
 public:
     explicit Deadline(unsigned seconds) { alarm(seconds); }

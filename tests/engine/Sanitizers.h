@@ -10,7 +10,7 @@
 
 namespace ravlin::tests {
 
-/// Whether this is a build that takes several times as long, and more memory.
+/// Whether this build takes several times as long, and more memory.
 #ifdef RAVLIN_ADDRESS_SANITIZER
 inline constexpr bool kIsSanitized = true;
 #else

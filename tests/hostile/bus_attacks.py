@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""What other programs of the session can do to Ravlin over its bus, and what the bus itself can.
+"""What other programs of the session can do to Ravlin over its bus, and what the bus itself can do.
 
     private-desktop --window-manager -- bus_attacks.py PROGRAM [unittest's arguments]
 """
@@ -19,9 +19,9 @@ FREEZE = 5  # seconds that nothing may take, on a busy machine
 
 
 def activate(**data):
-    """Asks for the panel as a desktop does, and waits until the program has done what it does then."""
+    """Asks for the panel as a desktop does, and waits until the program has reacted."""
     data = {name.replace("_", "-"): GLib.Variant("s", text) for name, text in data.items()}
-    # Private, since a bus may cut off whoever sends it this much.
+    # Private, since a bus may disconnect a client that sends it this much.
     bus = Gio.DBusConnection.new_for_address_sync(
         os.environ["DBUS_SESSION_BUS_ADDRESS"],
         Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION, None, None)
@@ -31,7 +31,7 @@ def activate(**data):
 
 
 def ping():
-    """Answered by the program's main thread, after whatever that is busy with."""
+    """Answered by the program's main thread, after whatever it is busy with."""
     desktop.call(NAME, PATH, "org.freedesktop.DBus.Properties", "GetAll",
                  GLib.Variant("(s)", ("org.freedesktop.Application",)))
 
@@ -80,7 +80,7 @@ class LongStrings(hostile.AttackTest):
 
 @contextlib.contextmanager
 def silent_bus():
-    """The address of a bus that accepts everybody and never says a word."""
+    """The address of a bus that accepts every connection and never says a word."""
     with tempfile.TemporaryDirectory() as folder, socket.socket(socket.AF_UNIX) as listening:
         path = os.path.join(folder, "bus")
         listening.bind(path)
@@ -93,7 +93,7 @@ class SilentBus(hostile.AttackTest):
         seconds = self.seconds(lambda: eventually(desktop.panel_window, "the panel is open", 60))
         report(f"panel after {seconds:.2f} s")
         self.assertLess(seconds, 15)
-        # Nor does it wait for the bus while it is used.
+        # It does not wait for the bus while in use, either.
         with desktop.copied("hello"):
             desktop.wait_for_panel()
             desktop.type_text("upper")

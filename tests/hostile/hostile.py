@@ -1,4 +1,4 @@
-"""What attacks on the program have in common: how large they are, and what they look at. For scripts that run under
+"""What attacks on the program have in common: their size, and what they look at. For scripts that run under
 `private-desktop`."""
 import os
 import pathlib
@@ -13,7 +13,7 @@ IS_FULL = os.environ.get("RAVLIN_HOSTILE") == "full"
 
 
 def scaled(small, full):
-    """How often or how large: in every ./test, and in tests/hostile/run."""
+    """How often or how large: `small` in every ./test, `full` in tests/hostile/run."""
     return full if IS_FULL else small
 
 
@@ -27,7 +27,7 @@ def descriptors(pid):
 
 
 def report(figure):
-    """Tells a measured figure, which is what tests/hostile/run is for."""
+    """Reports a measured figure, which is what tests/hostile/run is for."""
     print(f"    {figure}", flush=True)
 
 

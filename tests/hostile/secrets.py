@@ -15,13 +15,13 @@ import hostile
 from hostile import desktop, report, scaled
 from ravlin_desktop import eventually
 
-# In no program but this one: made of parts, so that not even this source has it in one piece.
+# Found in no other program, and made of parts so that not even this source has it in one piece.
 SECRET = "-".join(("correct", "horse", "battery", "staple")) + "-" + os.urandom(8).hex()
 TRANSFORMS = ("UPPERCASE", "Base64 encode", "Reverse characters", "SHA-256", "URL encode")
 
 
 def forms(secret):
-    """As it may stand somewhere: as it is, transformed, and in the text that Qt keeps."""
+    """The forms it may have somewhere: as it is, transformed, and in the text that Qt keeps."""
     for text in (secret, secret.upper(), secret[::-1]):
         yield text.encode()
         yield text.encode("utf-16-le")
@@ -73,7 +73,7 @@ class Secrets(hostile.AttackTest):
         return "".join(trees)
 
     def assert_no_secret_in_dump(self, pid):
-        """What is left in a core dump, where the tool for making one is installed."""
+        """What is left in a core dump, if the tool for making one is installed."""
         if not shutil.which("gcore"):
             return
         subprocess.run(["gcore", "-a", "-o", self.folder / "core", str(pid)], check=True, capture_output=True)
@@ -113,7 +113,7 @@ class Secrets(hostile.AttackTest):
             desktop.search_for("upper")
             desktop.press("UPPERCASE")
             eventually(lambda: desktop.clipboard() == SECRET.upper(), "the clipboard is rewritten")
-        self.assertTrue(finds(memory_of(ravlin.pid)))  # which serves it
+        self.assertTrue(finds(memory_of(ravlin.pid)))  # it serves the text
 
 
 if __name__ == "__main__":

@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Starts where nothing is as it should be, and starts without end.
+"""Starts where nothing is as it should be, and endless starts.
 
     private-desktop [--window-manager] -- start_attacks.py PROGRAM [unittest's arguments]
 """
@@ -29,7 +29,7 @@ def processes():
 
 
 def names_of(pids):
-    """The programs that these processes run; none for those that are gone."""
+    """The programs that these processes run; those that are gone are left out."""
     names = {}
     for pid in pids:
         try:

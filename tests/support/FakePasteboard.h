@@ -10,14 +10,14 @@
 
 namespace ravlin::tests {
 
-/// A clipboard in memory that writes down every call, and lets another application act between any two of them.
+/// A clipboard in memory that records every call, and lets another application act between any two of them.
 class FakePasteboard final : public Pasteboard {
 public:
-    /// Installs itself as the general pasteboard for its own lifetime.
+    /// Installs itself as the general pasteboard for its lifetime.
     FakePasteboard() { setGeneral(this); }
     ~FakePasteboard() override { setGeneral(nullptr); }
 
-    // What another application does. Neither is written down as a call.
+    // What another application does. Neither is recorded as a call.
     void copyElsewhere(std::map<Type, std::string> representations) {
         representations_ = std::move(representations);
         holdsSomething_ = true;
@@ -39,7 +39,7 @@ public:
     const std::vector<std::string>& calls() const { return calls_; }
     const std::map<Type, std::string>& representations() const { return representations_; }
 
-    /// What `itemCount` answers where the clipboard cannot tell.
+    /// What `itemCount` returns if the clipboard does not know.
     void hideItemCount() { itemCountHidden_ = true; }
     void refuseWrites() { writesRefused_ = true; }
 

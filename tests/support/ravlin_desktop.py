@@ -1,5 +1,5 @@
-"""A user at a private desktop: starts Ravlin and looks at, clicks and types what a person would. For scripts that
-run under `private-desktop`. Everything that is started here is ended here, by its process id."""
+"""A user at a private desktop: starts Ravlin and looks at, clicks and types what a person would. For scripts that run
+under `private-desktop`. Everything started here is ended here, by its process id."""
 import contextlib
 import ctypes
 import functools
@@ -24,7 +24,7 @@ HAS_VIRTUAL_KEYBOARD = IS_WAYLAND and not IS_NESTED
 
 
 def eventually(condition, what, seconds=DEADLINE_SECONDS):
-    """The first true answer of `condition`; an AssertionError that says `what` was waited for when there is none."""
+    """The first true answer of `condition`; if there is none, an AssertionError that says `what` was waited for."""
     deadline = time.monotonic() + seconds
     while True:
         answer = condition()
@@ -32,7 +32,7 @@ def eventually(condition, what, seconds=DEADLINE_SECONDS):
             return answer
         if time.monotonic() > deadline:
             raise AssertionError(f"not within {seconds} s: {what}")
-        # Bus messages of the desktop's own services, as the tests play them, are handled in between.
+        # Bus messages to the desktop services that the tests play are handled in between.
         while GLib.MainContext.default().iteration(False):
             pass
         time.sleep(0.005)
@@ -43,7 +43,7 @@ def output_of(*command, **options):
 
 
 def end(process):
-    """Ends a process that was started here, and waits for its end."""
+    """Ends a process started here, and waits for its end."""
     for ask in (process.terminate, process.kill):
         if process.poll() is not None:
             return
@@ -83,17 +83,17 @@ def visible_windows(name):
 
 
 def panel_window():
-    """The panel where it is open, else None."""
+    """The panel if it is open, otherwise None."""
     return next((window for window in visible_windows("Ravlin") if window.width >= 340), None)
 
 
 def menu_window():
-    """The menu of the icon in an XEmbed tray where it is open, else None."""
+    """The menu of the icon in an XEmbed tray if it is open, otherwise None."""
     return next((window for window in visible_windows("Ravlin") if 100 < window.width < 340), None)
 
 
 def tray_icon():
-    """The icon in an XEmbed tray, once that has given it its place, else None."""
+    """The icon in an XEmbed tray, once that has given it its place, otherwise None."""
     bars = visible_windows("panel")
     icons = [window for window in visible_windows("Ravlin") if 16 <= window.width <= 64]
     return next((icon for icon in icons if any(bar.contains(icon) for bar in bars)), None)
@@ -108,7 +108,7 @@ def point_at(x, y):
 
 
 def click_again():
-    """A click with the pointer where it is."""
+    """A click where the pointer is."""
     subprocess.run(["xdotool", "click", "1"], check=True)
 
 
@@ -195,7 +195,7 @@ def clipboard():
 
 
 class Background:
-    """A program that has gone to the background, and so become a child of this process."""
+    """A program that has gone to the background, and so has become a child of this process."""
 
     def __init__(self, pid):
         self.pid = pid
@@ -211,8 +211,8 @@ class Background:
 
 @contextlib.contextmanager
 def copied_with_the_keyboard(text):
-    """`copied` where a program must have the keyboard for that, which no other window may take until it is done. Orphans
-    have been adopted."""
+    """`copied` where that takes the keyboard, which no other window may take until it is done. Orphans have been
+    adopted."""
     before = children_named("wl-copy")
     subprocess.run(["wl-copy"], input=text.encode(), check=True, timeout=DEADLINE_SECONDS, stdout=subprocess.DEVNULL,
                    stderr=subprocess.DEVNULL)
@@ -227,12 +227,12 @@ def copied_with_the_keyboard(text):
 
 @contextlib.contextmanager
 def copied(text):
-    """Another program that has copied `text`, and serves it as long as it is asked."""
+    """Another program that has copied `text`, and serves it as long as programs ask for it."""
     if IS_NESTED:
         with copied_with_the_keyboard(text) as owner:
             yield owner
         return
-    # The owner is looked at, not the text: a program that is about to lose the clipboard may leave a reader waiting.
+    # Looks at the owner, not the text: a program that is about to lose the clipboard may leave a reader waiting.
     before = None if IS_WAYLAND else selection_owner("CLIPBOARD")
     owner = subprocess.Popen(COPYING, stdin=subprocess.PIPE, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
     try:
@@ -292,7 +292,7 @@ class Ravlin:
         return self.process.stdout.read()
 
     def lingering_children(self):
-        """The processes that go on serving the clipboard after the program's end."""
+        """The processes that keep serving the clipboard after the program has quit."""
         return [pid for pid in children_named(os.path.basename(self.program)) if pid != self.pid]
 
     def close(self):
@@ -327,11 +327,11 @@ def descendants(accessible):
 
 
 def find_accessible(matches):
-    """The first accessible object of the program that is showing and matches, or None."""
+    """The program's first accessible object that is showing and matches, or None."""
     application = accessible_application()
     if application is None:
         return None
-    with contextlib.suppress(GLib.Error):  # objects may go while they are looked at
+    with contextlib.suppress(GLib.Error):  # objects may disappear meanwhile
         for each in descendants(application):
             if each.get_state_set().contains(Atspi.StateType.SHOWING) and matches(each):
                 return each
@@ -362,7 +362,7 @@ def button(name):
 
 
 def search_field(has_keyboard=False):
-    """The panel's search field where the panel is open, else None."""
+    """The panel's search field if the panel is open, otherwise None."""
     return find_accessible(lambda each: each.get_role() == Atspi.Role.TEXT
                            and (not has_keyboard or has_focus(each)))
 
@@ -408,7 +408,7 @@ def wait_for_text(text):
 # The session bus
 
 
-@functools.cache  # the library itself would close the connection in between
+@functools.cache  # the library would close the connection in between
 def session_bus():
     return Gio.bus_get_sync(Gio.BusType.SESSION)
 
@@ -429,7 +429,7 @@ def is_on_bus(name):
 
 
 def activate_by_name():
-    """What a desktop does to open a program by its desktop file, started already or not."""
+    """What a desktop does to open a program by its desktop file, whether it is running or not."""
     call("org.ravlin.ravlin", "/org/ravlin/ravlin", "org.freedesktop.Application", "Activate",
          GLib.Variant("(a{sv})", ({"desktop-startup-id": GLib.Variant("s", "launch_TIME1")},)))
 

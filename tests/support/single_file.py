@@ -1,5 +1,5 @@
-"""A stand-in for an AppImage: one executable file that unpacks itself into a folder below $TMPDIR and becomes the program
-in there, with the variables that an AppImage sets. The folder stays."""
+"""A stand-in for an AppImage: an executable file that unpacks itself into a folder below $TMPDIR and becomes the
+program in there, with the variables that an AppImage sets. The folder stays."""
 import io
 import os
 import tarfile

@@ -8,12 +8,12 @@
 
 namespace ravlin::tests {
 
-/// A certificate authority of the tests' own, made anew in each run.
+/// The tests' own certificate authority, new in each run.
 class Authority {
 public:
     Authority();
 
-    /// What a server shows that this authority knows as `name`, for example "IP:127.0.0.1" or "DNS:localhost".
+    /// The certificate of a server that this authority knows as `name`, for example "IP:127.0.0.1" or "DNS:localhost".
     QSslConfiguration serverFor(const char* name) const;
 
     const QSslCertificate& certificate() const { return certificate_; }
@@ -23,7 +23,7 @@ private:
     QSslCertificate certificate_;
 };
 
-/// For its life, every connection of this process trusts `authority`, too.
+/// During its lifetime, every connection of this process trusts `authority` as well.
 class TrustIn : NonCopyable {
 public:
     explicit TrustIn(const Authority& authority);

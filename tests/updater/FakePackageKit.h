@@ -13,8 +13,8 @@
 
 namespace ravlin::tests {
 
-/// The part of a PackageKit transaction that Ravlin uses. Its methods write down how they were called, and then do what
-/// the test wants.
+/// The part of a PackageKit transaction that Ravlin uses. Its methods record how they were called, and then do what the
+/// test wants.
 class FakeTransaction final : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.PackageKit.Transaction")
@@ -53,13 +53,13 @@ public:
 
     Q_SLOT Q_SCRIPTABLE QDBusObjectPath CreateTransaction();
 
-    // What it tells those who listen to the transaction.
+    // What it sends to those who listen to the transaction.
     void package(uint info, const char* identifier);
     void errorCode(uint code, const char* details);
     void status(uint status);
     void finished(uint exit);
 
-    /// Goes away in the middle of everything.
+    /// Disappears in the middle of everything.
     void crash();
 
     FakeTransaction transaction;

@@ -7,7 +7,7 @@
 
 namespace ravlin::tests {
 
-/// A feed as make-appcast writes it, with the parts that a test wants to be different.
+/// A feed as make-appcast writes it, with the parts that a test wants changed.
 struct FeedText {
     QByteArray date = "Fri, 01 May 2026 12:00:00 +0000";
     QByteArray expires;
@@ -42,7 +42,7 @@ struct EnclosureText {
     }
 };
 
-/// An item with `version` and whatever `parts` it has besides.
+/// An item with `version` and whatever other `parts` it has.
 inline QByteArray itemText(const QByteArray& version, const QByteArray& parts = EnclosureText{}.text()) {
     return "<item>\n<title>Ravlin</title>\n<sparkle:version>" + version + "</sparkle:version>\n" + parts + "</item>\n";
 }

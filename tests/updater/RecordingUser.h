@@ -7,7 +7,7 @@
 
 namespace ravlin::tests {
 
-/// A user who is shown words instead of windows, and answers when the test wants that.
+/// A user who sees words instead of windows, and answers when the test wants.
 class RecordingUser final : public UserDriver {
 public:
     void askForPermission(std::function<void(std::optional<bool>)> reply) override {
@@ -59,7 +59,7 @@ public:
         return {};
     }
 
-    /// The last thing told, or "".
+    /// The last thing shown, or "".
     std::string last() const { return told.empty() ? "" : told.back(); }
 
     std::vector<std::string> told;

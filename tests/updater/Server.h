@@ -14,16 +14,16 @@
 
 namespace ravlin::tests {
 
-/// A web server on this machine, in the test's own thread: it answers whenever the test waits.
+/// A web server on this machine, in the test's own thread: it answers while the test waits.
 class Server {
 public:
-    /// What is done to a client that asked for a page. The socket closes with the client, or with the server.
+    /// What happens to a client that asked for a page. The socket closes with the client, or with the server.
     using Answer = std::function<void(QTcpSocket&)>;
 
     Server();                                               // http
     explicit Server(const QSslConfiguration& certificate);  // https
 
-    /// What it does to those who ask for `path`; for others there is nothing.
+    /// What it does to clients that ask for `path`; for others there is nothing.
     void serve(const QByteArray& path, Answer answer) { answers_[path] = std::move(answer); }
 
     QUrl url(const QByteArray& path, const char* host = "127.0.0.1") const;
@@ -36,8 +36,8 @@ public:
     static Answer bytes(const QByteArray& everything, bool thenClose = true);
     static Answer redirect(const QByteArray& location);
     static Answer silence();
-    static Answer endless(const QByteArray& headers, qint64& sentBytes);  // chunks for ever
-    static Answer drip(const QByteArray& start);                          // a byte now and then, for ever
+    static Answer endless(const QByteArray& headers, qint64& sentBytes);  // chunks forever
+    static Answer drip(const QByteArray& start);                          // a byte now and then, forever
 
 private:
     void listen();

@@ -12,7 +12,7 @@
 
 namespace ravlin::tests {
 
-/// A key of the tests' own, the same for the same `seed` in every run, and what its holder does with it.
+/// The tests' own key, the same for the same `seed` in every run, and what its holder does with it.
 class SigningKey {
 public:
     explicit SigningKey(unsigned char seed = 1) {

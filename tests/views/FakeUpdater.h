@@ -5,13 +5,12 @@
 
 namespace ravlin::tests {
 
-/// Steers the update controller of these tests, which is linked in place of the real one: the panel cannot tell them
-/// apart.
+/// Controls these tests' update controller, which is linked in place of the real one: the panel cannot tell them apart.
 struct FakeUpdater {
     static inline bool canCheck = true;
     static inline int checkCount = 0;
 
-    /// To begin a test with.
+    /// For the beginning of a test.
     static void reset() {
         canCheck = true;
         checkCount = 0;

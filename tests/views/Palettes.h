@@ -4,7 +4,7 @@
 
 namespace ravlin::tests {
 
-/// What desktops give programs in their light and in their dark appearance.
+/// What desktops give programs in their light and their dark appearance.
 inline QPalette lightPalette() {
     QPalette palette(QColor(0xef, 0xf0, 0xf1));
     palette.setColor(QPalette::WindowText, QColor(0x23, 0x26, 0x29));

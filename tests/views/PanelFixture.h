@@ -31,7 +31,7 @@
 
 namespace ravlin::tests {
 
-/// The panel with a clipboard and an updater of the test's own, and what a user does to it and sees of it.
+/// The panel with the test's own clipboard and updater, and what a user does to it and sees of it.
 class PanelFixture : public testing::Test {
 protected:
     PanelFixture() : appFont_(QApplication::font()), appPalette_(QApplication::palette()) {
@@ -98,8 +98,8 @@ protected:
         return QRect(topLeft, widget.size()).intersected(list().viewport()->rect());
     }
 
-    /// The titles of the section headers and the rows that are listed, from top to bottom; made by scrolling through
-    /// the whole list.
+    /// The titles of the section headers and rows in the list, from top to bottom, collected by scrolling through all
+    /// of it.
     std::vector<std::string> listed() {
         for (int y = 0; y <= list().verticalScrollBar()->maximum(); y += list().height() / 2) scrollTo(y);
         scrollTo(list().verticalScrollBar()->maximum());

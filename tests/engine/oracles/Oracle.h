@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-/// Slow and plain versions of what the engine does quickly, built on ICU's own services.
+/// Slow and plain versions of what the engine does fast, built on ICU's own services.
 namespace ravlin::Oracle {
 
 /// The user-perceived characters of `text`, by ICU's root character iterator.
@@ -17,7 +17,7 @@ std::vector<char32_t> scalars(std::string_view text);
 std::string utf8(std::span<const char32_t> scalars);
 std::string utf8(char32_t scalar);
 
-/// Passes every code point that a text can hold to `check`, with its UTF-8.
+/// Passes every code point that can be in a text to `check`, with its UTF-8.
 template <typename Check>
 void forEveryScalar(Check check) {
     constexpr char32_t kLastScalar = 0x10FFFF;
@@ -34,8 +34,8 @@ std::string upperCased(std::string_view text);
 /// One code point mapped to title case by ICU.
 std::string titleCased(char32_t scalar);
 
-/// Every occurrence of `from` that begins and ends with whole characters replaced by `to`, found by ICU's iterator; the
-/// point between CR and LF counts as such an end.
+/// Every occurrence of `from` that begins and ends at whole characters, as ICU's iterator finds them, replaced by `to`;
+/// the point between CR and LF counts as such an end.
 std::string replaceAll(std::string_view text, std::string_view from, std::string_view to);
 
 }  // namespace ravlin::Oracle

@@ -40,7 +40,7 @@ public:
         UErrorCode status = U_ZERO_ERROR;
         matcher_ = std::make_unique<icu::RegexMatcher>(UnicodeString::fromUTF8(pattern), 0, status);
         check(status);
-        // By default ICU gives up where a run of white space is long, and does not say so when it replaces.
+        // By default ICU gives up on long runs of white space, and does not say so when it replaces.
         matcher_->setStackLimit(0, status);
         check(status);
     }
@@ -254,7 +254,7 @@ const Rules::List kMarkdownRules = {
     {R"((?is)<\s*a[^>]*href\s*=\s*["']([^"']*)["'][^>]*>((?:(?!<\s*/?a\b)[\s\S])*?)<\s*/a\s*>)", "[$2]($1)"},
 };
 
-/// Both pipelines differ in their rules only.
+/// The two pipelines differ only in their rules.
 class HTMLPipeline {
 public:
     explicit HTMLPipeline(const Rules::List& rules) : rules_(rules) {}

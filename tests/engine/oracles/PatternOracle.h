@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-/// HTML and Markdown rules as regular expressions run by ICU: slow and plain, which is what the engine's scanners are
-/// compared with. The expressions run without a limit on the stack, and throw where ICU gives up all the same.
+/// HTML and Markdown rules as regular expressions run by ICU: slow and plain, to compare the engine's scanners with.
+/// The expressions run without a stack limit, and throw if ICU gives up anyway.
 namespace ravlin::PatternOracle {
 
 /// The pipelines, with their expressions compiled once.
@@ -15,11 +15,11 @@ std::string decodeEntities(std::string_view text);
 std::string decodeNumeric(std::string_view text);
 std::string markdownToHTML(std::string_view text);
 
-/// The HTML pipelines, with all their expressions compiled for this one call: what the plainest product would do.
+/// The HTML pipelines, with all their expressions compiled for this one call, as the plainest product would do.
 std::string stripHTMLFromScratch(std::string_view text);
 std::string htmlToMarkdownFromScratch(std::string_view text);
 
-/// A function that puts `replacement` in the place of every match of `pattern`; "$1" in it is the first group.
+/// A function that replaces every match of `pattern` with `replacement`; "$1" in it is the first group.
 std::function<std::string(std::string_view)> replacing(const char* pattern, const char* replacement);
 
 }  // namespace ravlin::PatternOracle

@@ -83,7 +83,7 @@ std::string plainFolded(std::string_view text) {
 
 }  // namespace
 
-/// The rule as it reads, code point by code point.
+/// The rule taken literally, code point by code point.
 std::string plainTitleCase(std::string_view text) {
     static const std::u32string ends =
         U"\u002e\u003a\u00b7\u0387\u055f\u05f4\u2018\u2024\u2027\ufe13\ufe52\ufe55\uff07\uff0e\uff1a";

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-/// The case transforms once more, by the definitions: character by character, with ICU's own properties and mappings.
+/// The case transforms again, by the definitions: character by character, with ICU's own properties and mappings.
 namespace ravlin::tests {
 
 std::string plainTitleCase(std::string_view text);

@@ -5,7 +5,7 @@
 
 namespace ravlin::tests {
 
-/// The lines of `text`, put in order by a stable sort that asks ICU about every pair.
+/// The lines of `text`, sorted by a stable sort that asks ICU about every pair.
 std::string plainlySorted(std::string_view text, const char* locale, bool ascending);
 
 }  // namespace ravlin::tests

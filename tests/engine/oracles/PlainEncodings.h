@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-/// The decoders once more, slow and plain: step by step, as they are described.
+/// The decoders again, slow and plain: step by step, as they are described.
 namespace ravlin::tests {
 
 /// The characters of `text` as the engine sees them.
@@ -66,7 +66,7 @@ inline std::string plainBackslashUnescape(const std::vector<std::string>& charac
     return result;
 }
 
-/// `bytes` if they are a text, else `text`.
+/// `bytes` if they are valid text, otherwise `text`.
 inline std::string textOr(const std::string& bytes, std::string_view text) {
     return Unicode::isValidUTF8(bytes) ? bytes : std::string(text);
 }
@@ -94,7 +94,7 @@ inline std::string plainHexDecode(std::string_view text) {
     return textOr(bytes, text);
 }
 
-/// The bytes behind `digits`, bit by bit; `isValid` becomes false where it is not Base64.
+/// The bytes that `digits` encode, bit by bit; `isValid` becomes false if they are not Base64.
 inline std::string plainBase64Bytes(std::string digits, bool& isValid) {
     const std::string alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
     std::replace(digits.begin(), digits.end(), '-', '+');

@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-/// The JSON reformatter once more, slow and plain: one recursive function for every rule of the grammar, each of which
-/// gives the new text of what it read.
+/// The JSON reformatter again, slow and plain: one recursive function for every rule of the grammar, which returns the
+/// new text of what it read.
 namespace ravlin::tests {
 
 class PlainJSON {

@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-/// The transforms of lines once more, slow and plain.
+/// The line transforms again, slow and plain.
 namespace ravlin::tests {
 
 std::string plainListify(std::string_view text, bool numbered);

@@ -11,7 +11,7 @@
 namespace ravlin::tests {
 namespace {
 
-/// What `cleanURL` says, step by step and without haste.
+/// What `cleanURL` says, step by step, without hurry.
 std::string plainlyCleaned(const std::string& url) {
     const std::size_t hash = std::min(url.find('#'), url.size());
     const std::size_t question = url.find('?');

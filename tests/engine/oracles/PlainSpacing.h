@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-/// The transforms of spacing and typography once more, as they are described.
+/// The spacing and typography transforms again, as they are described.
 namespace ravlin::tests {
 
 std::string plainSmartQuotes(std::string_view text);

@@ -4,7 +4,7 @@
 #include <string_view>
 
 /// The alphabets of random HTML and Markdown: what the rules look for, what comes close, and what may be next to it.
-/// Tokens that are listed several times come up more often.
+/// Tokens that are listed several times are more frequent.
 namespace ravlin::tests {
 
 // clang-format off

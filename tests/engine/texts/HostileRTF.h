@@ -8,7 +8,7 @@
 
 namespace ravlin::tests {
 
-/// Documents on which a careless reader of rich text takes too long or too much memory, by name.
+/// Documents on which a careless rich-text reader takes too long or too much memory, by name.
 inline std::vector<HostileText> hostileRTF(std::size_t size = 1'000'000) {
     std::string fonts = "{\\rtf1{\\fonttbl";
     for (int i = 0; fonts.size() < size; ++i) fonts += "{\\f" + std::to_string(i) + "\\fcharset204 F;}";

@@ -23,7 +23,7 @@ inline std::string repeated(std::string_view piece, std::size_t size) {
     return text;
 }
 
-/// `start`, then `piece` again and again, then `end`: `size` bytes together.
+/// `start`, then `piece` repeated, then `end`: `size` bytes in total.
 inline std::string filled(std::string_view start, std::string_view piece, std::string_view end, std::size_t size) {
     return std::string(start) + repeated(piece, size - start.size() - end.size()) + std::string(end);
 }

@@ -64,7 +64,7 @@ inline constexpr auto kJSONTokens = std::to_array<std::string_view>({
     "\"a string that is somewhat longer than the others, \\\" of two pieces\"",
 });
 
-/// Random documents: most are well-formed, the others are damaged in one place.
+/// Random documents: most are well-formed, the rest are damaged in one place.
 class RandomJSON {
 public:
     explicit RandomJSON(std::uint32_t seed) : random_(seed) {}
@@ -84,7 +84,7 @@ public:
         return text;
     }
 
-    bool hasPlainNumbers = false;  ///< Python writes other numbers and escapes its own way
+    bool hasPlainNumbers = false;  ///< Python has its own ways to write other numbers and escapes
 
 private:
     std::size_t upTo(std::size_t limit) { return static_cast<std::size_t>(random_() % limit); }

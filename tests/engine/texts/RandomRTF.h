@@ -12,14 +12,14 @@
 
 namespace ravlin::tests {
 
-/// A text, and a document in rich text that holds it.
+/// A text, and a rich-text document that has it.
 struct RTFDocument {
     std::string text;
     std::string rtf;
 };
 
 /// Random texts, written in the many ways that rich text has for each character, with formatting, nested groups and
-/// what is no text in between. Equal seeds give equal documents.
+/// other non-text in between. Equal seeds give equal documents.
 class RandomRTF {
 public:
     explicit RandomRTF(std::uint64_t seed) : random_(seed) {}
@@ -129,7 +129,7 @@ private:
         }
     }
 
-    /// The character in the present font; empty where it has none, or that would take a table.
+    /// The character in the current font; empty if that lacks it, or a table would be needed.
     std::string bytesOf(char32_t scalar) const {
         const auto byte = [](char32_t value) { return std::string(1, static_cast<char>(value)); };
         if (scalar < 0x80) return byte(scalar);

@@ -9,8 +9,8 @@
 
 namespace ravlin::tests {
 
-/// Random texts put together from tokens. Each text uses only a few of them, so that the same ones meet again and
-/// again. Equal seeds give equal texts.
+/// Random texts made of tokens. Each text uses only a few of them, so that the same ones meet repeatedly. Equal seeds
+/// give equal texts.
 class RandomTexts {
 public:
     RandomTexts(std::span<const std::string_view> tokens, std::uint64_t seed) : tokens_(tokens), random_(seed) {}
