@@ -60,7 +60,7 @@ class DesktopTest(unittest.TestCase):
         return window
 
     def click_icon(self, button=1):
-        """Each time at another end of the icon: two clicks at one place may be taken for a double click."""
+        """Alternates between two ends of the icon: two clicks in one place may be taken for a double click."""
         icon = eventually(desktop.tray_icon, "the icon is in the tray")
         self.clicks = getattr(self, "clicks", 0) + 1
         desktop.click(icon.x + (5 if self.clicks % 2 else icon.width - 5), icon.center[1], button)
@@ -265,7 +265,7 @@ class Panel(DesktopTest):
         self.show_tray()
         ravlin = self.start()
         eventually(desktop.tray_icon, "the icon is in the tray")
-        with self.assertRaises(AssertionError):  # longer than the program waits for a tray
+        with self.assertRaises(AssertionError):  # waits longer than the program does for a tray
             eventually(desktop.panel_window, "the panel is open", seconds=3)
         self.assertIsNone(ravlin.process.poll())
 
@@ -285,7 +285,7 @@ class Still(DesktopTest):
         return self.start(QT_SCALE_FACTOR=scale)
 
     def on_screen(self, accessible):
-        """Where it is on the screen, in pixels of the device: left, top, right, bottom."""
+        """Where it is on the screen, in device pixels: left, top, right, bottom."""
         area = desktop.extents_of(accessible)
         return tuple(round(each * self.scale) for each in (area.x, area.y, area.x + area.width, area.y + area.height))
 
@@ -319,7 +319,7 @@ class Still(DesktopTest):
         self.assertEqual(self.place_of_field(), field)
 
     def check_everything_is_on_the_screen(self, beside=None):
-        """With the longest status that there is, the footer is whole, and so is the icon."""
+        """With the longest possible status, the footer is whole, and so is the icon."""
         self.copy("x" * 1000000)
         desktop.search_for(self.LONGEST)
         desktop.press(self.LONGEST)
@@ -378,7 +378,7 @@ class Still(DesktopTest):
 
 
 class StillInLayer(Still):
-    """The same in the corner of a Wayland screen, where the compositor knows layers."""
+    """The same in the corner of a Wayland screen, with a compositor that knows layers."""
 
     SCALES = ("1", "1.5", "2")
 
@@ -432,7 +432,7 @@ class NotifierTray(DesktopTest):
     def test_activation_gives_the_panel_the_keyboard_though_another_window_is_in_use(self):
         self.tray.activate(900, 790)
         wait_for_panel()
-        desktop.type_text("a")  # an event with a time that is old when the panel opens again
+        desktop.type_text("a")  # an event whose time is old when the panel opens again
         desktop.press_key("Escape", "Escape")
         wait_for_no_panel()
         self.other_window_in_use()
@@ -531,7 +531,7 @@ class Start(DesktopTest):
 
 
 class Wayland(DesktopTest):
-    """On a compositor with data control, without the keyboard's focus: nothing but the clipboard differs."""
+    """On a compositor with data control, without the keyboard focus: only the clipboard differs."""
 
     def setUp(self):
         self.ravlin = self.start(QT_QPA_PLATFORM="wayland")
@@ -596,7 +596,7 @@ class SwayBinding(DesktopTest):
     def test_a_key_opens_the_panel(self):
         line, = re.findall(r"`(bindsym .*) ravlin`", readme.section("Open it with a key"))
         subprocess.run(["swaymsg", "set $mod Mod4"], check=True, stdout=subprocess.DEVNULL)
-        # The session's bus is younger here than the compositor, which does not know it.
+        # The session's bus is newer here than the compositor, which does not know it.
         bus = os.environ["DBUS_SESSION_BUS_ADDRESS"].split(",")[0]
         second = f"env DBUS_SESSION_BUS_ADDRESS={bus} {os.path.abspath(PROGRAM)}"
         subprocess.run(["swaymsg", f"{line} {second}"], check=True, stdout=subprocess.DEVNULL)
@@ -610,7 +610,7 @@ class SwayBinding(DesktopTest):
 
 
 class Waybar(DesktopTest):
-    """A tray of sway's world, whose icons do not tell where they are."""
+    """A tray of the kind that sway has, whose icons do not say where they are."""
 
     ITEMS = ("org.kde.StatusNotifierWatcher", "/StatusNotifierWatcher", "org.freedesktop.DBus.Properties", "Get",
              GLib.Variant("(ss)", ("org.kde.StatusNotifierWatcher", "RegisteredStatusNotifierItems")))
@@ -669,7 +669,7 @@ class Waybar(DesktopTest):
 
 
 class NestedXWayland(DesktopTest):
-    """On a compositor without data control, whose X server knows what is copied in either world."""
+    """On a compositor without data control, whose X server knows what is copied on either side."""
 
     def setUp(self):
         self.ravlin = self.start(QT_QPA_PLATFORM="wayland", DISPLAY=os.environ["XWAYLAND_DISPLAY"])
@@ -678,7 +678,7 @@ class NestedXWayland(DesktopTest):
 
     def test_copies_of_wayland_programs_are_rewritten(self):
         for text in ("hello", "".join(f"line {number}\n" for number in range(100000))):
-            self.copy(text)  # which closes the panel
+            self.copy(text)  # closes the panel
             desktop.activate_by_name()
             desktop.search_for("upper")
             desktop.press("UPPERCASE")
@@ -863,7 +863,7 @@ class Quit(DesktopTest):
 
 
 class ClipboardManager(DesktopTest):
-    """Programs that watch over the clipboard, each in its own way, are neither waited for nor needed at the end."""
+    """Clipboard managers, each of another kind, are neither waited for nor needed at the end."""
 
     def show(self, *manager):
         if not shutil.which(manager[0]):
@@ -873,18 +873,19 @@ class ClipboardManager(DesktopTest):
         eventually(lambda: desktop.selection_owner("CLIPBOARD_MANAGER") != "0", "the clipboard manager is there")
 
     def rewrite(self, ravlin, text):
-        """Copies a text and has it rewritten, by the panel that the desktop has opened by the program's name."""
+        """Copies a text and has it rewritten, through the panel that the desktop opens by the program's name."""
         self.copy(text)
         desktop.activate_by_name()
         wait_for_panel()
         desktop.search_for("upper")
         desktop.press("UPPERCASE")
-        # No look at the clipboard before: a program that loses it may leave a reader in the middle of a large text.
+        # Does not look at the clipboard first: a program that loses it may abandon a reader in the middle of a large
+        # text.
         wait_for_text(f"UPPERCASE — ready, paste with ⌘V  ({len(text)}→{len(text)} chars)")
         self.assertEqual(desktop.clipboard(), text.upper())
 
     def check(self):
-        text = "".join(f"line {number}\n" for number in range(800000))  # some 10 MB
+        text = "".join(f"line {number}\n" for number in range(800000))  # about 10 MB
         self.show_tray()
         for end in (signal.SIGTERM, signal.SIGINT):
             ravlin = self.start()

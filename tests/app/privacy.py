@@ -1,6 +1,6 @@
 #!/usr/bin/python3
-"""What Ravlin does behind its user's back, as the kernel sees it: nothing. Every file it writes and every socket it
-opens is written down by strace while it is used.
+"""What Ravlin does behind its user's back, as the kernel sees it: nothing. While it is used, strace records every file
+it writes and every socket it opens.
 
     private-desktop --window-manager -- privacy.py PROGRAM [unittest's arguments]
 """
@@ -38,7 +38,7 @@ DEVICES = re.compile(r"/dev/(?!shm/).*")
 
 
 def calls_in(trace):
-    """The calls that have worked, or may have: their names and the rest of their lines."""
+    """The calls that worked, or may have: their names and the rest of their lines."""
     for line in trace.splitlines():
         call = CALL.match(line)
         if call and not re.search(r"= -1 E\w+ \(.*\)$", line):
@@ -52,7 +52,7 @@ def networks_in(trace):
 
 
 def changed_files_in(trace, folder):
-    """The files that a program started in `folder` has written or changed, devices aside."""
+    """The files that a program started in `folder` wrote or changed, except devices."""
     changed = set()
     for name, rest in calls_in(trace):
         if name in CHANGES or (name in OPENS and OPENED_TO_WRITE.search(rest)):
@@ -64,7 +64,7 @@ def changed_files_in(trace, folder):
 class TracedRavlin(desktop.Ravlin):
     def __init__(self, program, log, **environment):
         self.program = program
-        environment["LSAN_OPTIONS"] = "detect_leaks=0"  # which a program cannot do while it is traced
+        environment["LSAN_OPTIONS"] = "detect_leaks=0"  # impossible while the program is traced
         self.process = subprocess.Popen([*TRACE, log, program], env=dict(os.environ, **environment),
                                         stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
                                         text=True)

@@ -30,7 +30,7 @@ SCREENSHOTS = os.environ.get("RAVLIN_SCREENSHOTS")  # a folder to take pictures 
 
 
 class Server:
-    """What is published, and what was asked for. A page may be held back until the test lets it go."""
+    """What is published, and what was requested. A page may be held back until the test releases it."""
 
     def __init__(self):
         self.pages, self.requests, self.held = {}, [], {}
@@ -70,7 +70,7 @@ class Server:
             pass  # cancelled
 
     def hold(self, path):
-        """Only half of the page is sent until the returned event is set."""
+        """Sends only half of the page until the returned event is set."""
         self.held[path] = threading.Event()
         return self.held[path]
 
@@ -98,7 +98,7 @@ class UpdatesTest(unittest.TestCase):
         return base64.b64encode(der[-32:]).decode()
 
     def write_file(self, path, program, checks="false", more=""):
-        """`checks`: whether to check automatically, or None to have the user be asked."""
+        """`checks`: whether to check automatically, or None to have the user asked."""
         settings = ["[Update]", "InstallKind=appimage", f"FeedURL={self.server.url('/appcast.xml')}",
                     f"PublicEDKey={self.public_key()}", more]
         if checks:
@@ -109,7 +109,7 @@ class UpdatesTest(unittest.TestCase):
         self.write_file(self.file, PROGRAM, **settings)
 
     def publish(self, version, *options, program=NEXT_PROGRAM):
-        """Signs and serves a release. Its file is returned."""
+        """Signs and serves a release. Returns its file."""
         new = self.folder / "new" / "Ravlin.AppImage"
         new.parent.mkdir(exist_ok=True)
         self.write_file(new, program)
@@ -123,7 +123,7 @@ class UpdatesTest(unittest.TestCase):
     def start(self, program=None, **environment):
         ravlin = desktop.Ravlin(str(program or self.file), TMPDIR=str(self.folder / "tmp"),
                                 XDG_CONFIG_HOME=str(self.folder / "config"), **environment)
-        ravlin.program = "ravlin"  # as which it runs, once it is unpacked
+        ravlin.program = "ravlin"  # its name once it is unpacked
         self.addCleanup(ravlin.close)
         eventually(lambda: desktop.is_on_bus("org.ravlin.ravlin"), "the program runs")
         return ravlin
@@ -151,7 +151,7 @@ class UpdatesTest(unittest.TestCase):
         return desktop.button(CHECK).get_state_set().contains(Atspi.StateType.ENABLED)
 
     def look_for(self, text, name):
-        """Waits for a text, and takes a picture where that is wanted."""
+        """Waits for a text, and takes a picture if wanted."""
         wait_for_text(text)
         if SCREENSHOTS:
             desktop.screenshot(os.path.join(SCREENSHOTS, name + ".png"))
@@ -310,18 +310,18 @@ class Updates(UpdatesTest):
         wait_for_text(FOUND)
         desktop.press("Remind Me Later")
         self.wait_until_closed()
-        # The genuine feed of last time.
+        # Last time's genuine feed.
         self.server.pages["/appcast.xml"] = old_pages["/appcast.xml"]
         self.check()
         self.look_for("The server offered older update information than it did before. It was not used.", "replayed")
-        # A release of last time as that of today.
+        # Last time's release in place of today's.
         self.server.pages.update({"/appcast.xml": new_pages["/appcast.xml"],
                                   "/Ravlin.AppImage": old_pages["/Ravlin.AppImage"]})
         self.check()
         desktop.press("Install Update")
         eventually(lambda: desktop.find_accessible(lambda each: (each.get_name() or "").startswith(
             ("The update is not signed", "The update could not be downloaded"))), "the file is refused")
-        # The items of one feed, and what signs another.
+        # One feed's items with another's signature.
         end = b"<!-- sparkle-signatures:"
         for items, signature in ((old_pages, new_pages), (new_pages, old_pages)):
             self.server.pages["/appcast.xml"] = (items["/appcast.xml"].split(end)[0] + end +
@@ -344,7 +344,7 @@ class Updates(UpdatesTest):
         self.check()
         desktop.press("Skip This Version")
         eventually(lambda: self.state().get("SkippedVersion") == NEXT_VERSION, "the answer is remembered")
-        self.check()  # asked for by the user, it is told all the same
+        self.check()  # since the user asks, it is offered all the same
         self.server.hold("/Ravlin.AppImage")
         desktop.press("Install and Relaunch")
         wait_for_text("Downloading update…")

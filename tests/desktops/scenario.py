@@ -1,4 +1,4 @@
-"""What is played on every desktop, and what must come of it. A check that fails says how; those after it go on."""
+"""What is played on every desktop, and what the result must be. A check that fails says how; later ones go on."""
 import contextlib
 import pathlib
 import subprocess
@@ -26,7 +26,7 @@ def require(condition, complaint):
 
 
 class NotHere(Exception):
-    """The desktop has no such thing."""
+    """The desktop does not have this."""
 
 
 class Scenario:
@@ -44,7 +44,7 @@ class Scenario:
         self.without_panel = None
 
     def play(self, checks):
-        """Yields the name of each check, "ok", "FAIL" or "-", and what there is to say about it."""
+        """Yields the name of each check, "ok", "FAIL" or "-", and details."""
         for name in checks:
             try:
                 detail = getattr(self, "check_" + name.replace(" ", "_"))()
@@ -53,7 +53,7 @@ class Scenario:
                 yield name, "-", str(reason)
             except (Failure, AssertionError) as complaint:
                 yield name, "FAIL", str(complaint)
-            except Exception as fault:  # a fault of a check's own must not hide what the others find
+            except Exception as fault:  # a fault in one check must not hide what the others find
                 traceback.print_exc()
                 yield name, "FAIL", f"the check itself: {fault!r}"
             with contextlib.suppress(Exception):
@@ -77,7 +77,7 @@ class Scenario:
                 eventually(lambda: search_field() is None, "the panel is closed", 2)
 
     def look_for_icon(self, seconds=15):
-        """The icon in the bar, when neither the pointer nor the highlight below it is there."""
+        """The icon in the bar, without the pointer and the highlight below it."""
         self.screen.move(self.screen.width // 2, self.screen.height // 2)
         sizes = [size * self.desktop.scale for size in range(12, 29)]
         sizes += [size * self.desktop.scale + 1 for size in range(12, 29) if self.desktop.scale > 1]
@@ -90,7 +90,7 @@ class Scenario:
         raise Failure("no icon can be seen in the bar")
 
     def panel_area(self, before):
-        """The part of the screen that the panel has taken since the picture `before`."""
+        """The part of the screen that the panel takes since the picture `before`."""
         least = WIDTH * self.desktop.scale
 
         def area():
@@ -115,7 +115,7 @@ class Scenario:
         self.desktop.choose_icon(*self.icon.area.center)
         with contextlib.suppress(AssertionError):
             eventually(search_field, "the panel is open", 5)
-        # What the bar does where the pointer is must not count as a part of the panel.
+        # The bar's reaction to the pointer must not count as part of the panel.
         self.screen.move(self.screen.width // 2, self.screen.height // 2)
         return self.panel_area(before)
 
@@ -138,7 +138,7 @@ class Scenario:
     # The checks
 
     def check_start(self):
-        """Started from the menu, there is the icon and no panel, or without a tray the panel."""
+        """Started from the menu, the icon appears and no panel, or without a tray the panel."""
         self.without_panel = self.screen.settled()
         self.picture("before")
         if self.desktop.is_installed:
@@ -158,7 +158,7 @@ class Scenario:
             self.icon = self.look_for_icon()
         self.picture("icon")
         if self.icon is None:
-            # Where it cannot be seen it may yet be clicked.
+            # Even if it cannot be seen, a click may find it.
             areas = [each for each in changed_areas(self.without_panel, self.screen.settled())
                      if each.overlaps(self.desktop.bar())]
             raise Failure(f"no icon can be seen; in the bar changed: {areas[:3]}")
@@ -166,7 +166,7 @@ class Scenario:
         return str(self.icon)
 
     def check_click(self):
-        """The panel opens beside the icon, whole, and over nothing of the bar."""
+        """The panel opens next to the icon, whole, and covers no part of the bar."""
         panel = self.open_by_click()
         self.picture("panel")
         scale, icon = self.desktop.scale, self.icon.area
@@ -177,7 +177,7 @@ class Scenario:
         return detail
 
     def check_windows(self):
-        """The open panel is no window among the others: not in the bar, the switcher or the overview."""
+        """The open panel is not listed with other windows: not in the bar, the switcher or the overview."""
         if self.desktop.has_tray:
             panel = self.open_by_click()
             before, after = self.screen.pixels(), None
@@ -256,7 +256,7 @@ class Scenario:
         self.desktop.stop("other")
 
     def repeat(self, keys, condition, what):
-        """Presses keys until they have come to something, for a program that starts takes none at first."""
+        """Presses keys until they have an effect, since a program that is starting ignores them at first."""
         for _ in range(15):
             self.screen.settled()
             for key in keys:
@@ -351,7 +351,7 @@ class Scenario:
         eventually(ravlin_pid, "Ravlin runs")
         has_opened = False
         with contextlib.suppress(AssertionError):
-            # Longer than a person who started a program would wait for it.
+            # Longer than a person would wait for a program to start.
             has_opened = eventually(search_field, "a panel", 6) is not None
         self.picture("login")
         if self.desktop.has_tray:
@@ -382,7 +382,7 @@ class Scenario:
         return True
 
     def check_session_end(self):
-        """Whatever Ravlin and its clipboard were doing, nothing of it outlives the session."""
+        """Whatever Ravlin and its clipboard were doing, nothing outlives the session."""
         self.desktop.launch()
         eventually(ravlin_pid, "Ravlin runs")
         self.screen.settled()

@@ -1,5 +1,5 @@
-"""The screen of a private desktop as a user sees it: pictures, what changed between two of them, where an icon is and how
-well it can be seen; and the pointer and the keyboard in front of it. Coordinates are the screen's own pixels."""
+"""The screen of a private desktop as a user sees it: pictures, what changed between two of them, where an icon is and
+how visible it is; and its pointer and keyboard. Coordinates are the screen's own pixels."""
 import subprocess
 
 import gi
@@ -36,7 +36,7 @@ class Area:
                 self.top < other.bottom and other.top < self.bottom)
 
     def gap_to(self, other):
-        """How far apart the two are, in the direction in which they are farther apart."""
+        """The distance between the two, in the direction in which it is greater."""
         return max(self.left - other.right, other.left - self.right, self.top - other.bottom, other.top - self.bottom, 0)
 
     def grown(self, by):
@@ -53,7 +53,7 @@ class Area:
 
 
 class Screen:
-    """The X server on which a desktop runs, or a window of which a Wayland desktop is."""
+    """The X server on which a desktop runs, or which has a Wayland desktop as a window."""
 
     def __init__(self, name):
         self.display = display.Display(name)
@@ -68,7 +68,7 @@ class Screen:
         return numpy.frombuffer(data, numpy.uint8).reshape(self.height, self.width, 4)[:, :, 2::-1].copy()
 
     def settled(self):
-        """The picture once nothing has moved for a moment; whatever is there after some seconds where that never comes."""
+        """The picture once nothing has moved for a moment, or else whatever is there after some seconds."""
         pictures = [self.pixels()]
 
         def is_quiet():
@@ -88,7 +88,7 @@ class Screen:
         self.input("mousemove", x, y)
 
     def click(self, x, y, button=1):
-        # In steps, as a hand does: some bars learn of the pointer only by its motion.
+        # In steps, as a hand does: some bars notice the pointer only by its motion.
         self.input("mousemove", x, y, "sleep", "0.05", "mousemove", x + 1, y, "sleep", "0.1", "click", button)
 
     def type(self, text):
@@ -106,12 +106,12 @@ def save(pixels, path):
 
 
 def changed(before, after):
-    """Which pixels an eye would call different."""
+    """Which pixels look different to the eye."""
     return numpy.abs(before.astype(int) - after).max(axis=2) > 12
 
 
 def changed_areas(before, after):
-    """What changed, in pieces that are apart from one another, the largest first."""
+    """What changed, in separate pieces, the largest first."""
     mask = changed(before, after)
     height, width = (side // BLOCK for side in mask.shape)
     blocks = mask[:height * BLOCK, :width * BLOCK].reshape(height, BLOCK, width, BLOCK).any(axis=(1, 3))
@@ -151,7 +151,7 @@ def contrast(one, other):
 
 
 class Icon:
-    """A drawing where it has been found on the screen, in whatever colours it was painted."""
+    """A drawing where it was found on the screen, in whatever colours it was painted."""
 
     def __init__(self, area, likeness, contrast_to_bar):
         self.area, self.likeness, self.contrast = area, likeness, contrast_to_bar
@@ -164,7 +164,7 @@ MINIMUM_LIKENESS = 0.8
 
 
 def find_icon(pixels, bar, drawing, sizes):
-    """The drawing in the bar, an area of the screen; None where nothing resembles it."""
+    """The drawing in the bar, an area of the screen; None if nothing resembles it."""
     gray = bar.of(pixels).astype(float).mean(axis=2)
     best = (0, None, None, None)
     for size in sizes:
@@ -186,7 +186,7 @@ def find_icon(pixels, bar, drawing, sizes):
 
 
 def _contrast(part, mask):
-    """That of the drawing to what is behind it: of its inside or of its edge, whichever stands out more."""
+    """The drawing's contrast to what is behind it: its inside's or its edge's, whichever is greater."""
     near = _widened(mask)
     inside, edge = mask >= numpy.quantile(mask, 0.93), (mask < 0.4) & (near > 0.6)
     background = numpy.median(part[near < 0.02], axis=0)
@@ -194,13 +194,13 @@ def _contrast(part, mask):
 
 
 def _widened(mask):
-    """The mask and what is one pixel from it."""
+    """The mask and the pixels next to it."""
     near = numpy.pad(mask, 1)
     return numpy.max([near[y:y + mask.shape[0], x:x + mask.shape[1]] for y in range(3) for x in range(3)], axis=0)
 
 
 def _drawn(drawing, size):
-    """How much of each pixel the drawing covers, 0 to 1, without what it looks like in a document of its own."""
+    """How much of each pixel the drawing covers, 0 to 1, without the colours that it has in its file."""
     loader = GdkPixbuf.PixbufLoader.new_with_type("svg")
     loader.set_size(size, size)
     with open(drawing, "rb") as file:
@@ -213,7 +213,7 @@ def _drawn(drawing, size):
 
 
 def _likeness(gray, mask):
-    """The correlation of the mask with every part of the picture of its size; 0 where that part has one colour only."""
+    """The correlation of the mask with every part of the picture of its size; 0 where that part has only one colour."""
     windows = numpy.lib.stride_tricks.sliding_window_view(gray, mask.shape)
     flat = mask - mask.mean()
     deviation = windows.std(axis=(2, 3))

@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""What an installation consists of.
+"""The files that make up an installation.
 
     installed_files_test.py CMAKE BUILD-FOLDER
 """

@@ -169,7 +169,7 @@ class MakeAppcast(unittest.TestCase):
             self.assert_refused("has a key that is none")
 
 
-# Curve25519 in the coordinates of RFC 8032, section 5.1, as plainly as can be.
+# Curve25519 in the coordinates of RFC 8032, section 5.1, as plainly as possible.
 
 PRIME = 2**255 - 19
 D = -121665 * pow(121666, -1, PRIME) % PRIME

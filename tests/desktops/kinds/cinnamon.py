@@ -23,7 +23,7 @@ class Cinnamon(WithSystemBus):
         self.screen.settled()
 
     def start_tray(self):
-        """The program that turns items of others into those that Cinnamon's bar shows."""
+        """The program that turns other programs' items into those that Cinnamon's bar shows."""
         self.run("tray", ["/usr/libexec/xapps/sn-watcher/xapp-sn-watcher"])
 
     def stop_tray(self):

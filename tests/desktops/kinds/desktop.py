@@ -1,5 +1,6 @@
-"""What all desktops have in common: a private X server, a session bus, a user, and the questions that the scenario asks.
-A desktop runs alone in a PID namespace with an empty /tmp, so that whatever it leaves behind goes with that."""
+"""What all desktops have in common: a private X server, a session bus, a user, and the questions that the scenario
+asks. A desktop runs alone in a PID namespace with an empty /tmp, so that whatever it leaves behind disappears with
+that."""
 import contextlib
 import os
 import pathlib
@@ -22,10 +23,10 @@ class Desktop:
     identity = ""  # XDG_CURRENT_DESKTOP
     is_wayland = False
     has_tray = True
-    bar_edge, bar_size = "bottom", 48  # where the icon is looked for; pixels at scale 1
-    shortcut = None  # the key, as xdotool names it, where one can be bound; bind_shortcut binds it
+    bar_edge, bar_size = "bottom", 48  # where to look for the icon; pixels at scale 1
+    shortcut = None  # the key, as xdotool names it, if one can be bound; bind_shortcut binds it
     width, height = 1280, 800
-    is_installed = True  # Ravlin, with all that tells desktops of it
+    is_installed = True  # Ravlin, with everything that describes it to desktops
 
     def __init__(self, scale):
         self.scale = scale
@@ -37,10 +38,10 @@ class Desktop:
             "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", "GTK_A11Y": "atspi", "XDG_CURRENT_DESKTOP": self.identity,
             "XDG_SESSION_TYPE": "wayland" if self.is_wayland else "x11"}
 
-    # To be said by each desktop
+    # For each desktop to define
 
     def start(self):
-        """Starts it, and returns when it is there."""
+        """Starts it, and returns when it is ready."""
         raise NotImplementedError
 
     def start_tray(self):
@@ -62,18 +63,18 @@ class Desktop:
         return ["mousepad", "--disable-server", file]
 
     def listed_windows(self):
-        """What the window list, the window switcher and the overview show, where the desktop tells; else None."""
+        """What the window list, the window switcher and the overview show, if the desktop says so; otherwise None."""
         return None
 
     def choose_icon(self, x, y):
-        """What opens the panel from the icon."""
+        """Does what opens the panel from the icon."""
         self.screen.click(x, y)
 
     def launch_complaint(self):
-        """What the desktop still shows of a start that is long done, or None."""
+        """What the desktop still shows of a start that is long over, or None."""
         return None
 
-    # The same for most
+    # The same for most desktops
 
     def open(self):
         for folder in (HOME, RUNTIME):
@@ -93,7 +94,7 @@ class Desktop:
         return "/usr/local/bin/ravlin" if self.is_installed else "/usr/local/ravlin/bin/ravlin"
 
     def adopt_environment(self):
-        """Makes the session's environment this process's, and so that of whatever it starts."""
+        """Makes the session's environment that of this process, and so of whatever it starts."""
         os.environ.clear()
         os.environ.update(self.environment)
 
@@ -132,7 +133,7 @@ class Desktop:
         subprocess.run(["gsettings", "set", schema, key, value], check=True, timeout=DEADLINE_SECONDS)
 
     def bar(self):
-        """The part of the screen in which the icons are."""
+        """The part of the screen that has the icons."""
         size, width, height = (each * self.scale for each in (self.bar_size, self.width, self.height))
         return Area(0, 0, width, size) if self.bar_edge == "top" else Area(0, height - size, width, height)
 
@@ -144,15 +145,15 @@ class Desktop:
                    "the window manager is there")
 
     def launch(self):
-        """What the menu of applications does."""
+        """Does what the applications menu does."""
         self.run("launch", ["gio", "launch", DESKTOP_FILE])
 
     def log_in(self):
-        """What the session does at its start with a program that it starts by itself."""
+        """Does what the session does with a program that it starts automatically."""
         self.run("ravlin-autostart", [self.program])
 
     def log_out(self):
-        """Ends what all the others are connected to."""
+        """Ends the process that all the others are connected to."""
         end(self.server)
 
     def clipboard(self):
@@ -166,7 +167,7 @@ class Desktop:
         return False
 
     def clear_input(self):
-        """Leaves menus and the like that a failed check may have left open."""
+        """Closes menus and the like that a failed check may have left open."""
         self.screen.key("Escape")
 
     def close(self):
@@ -182,7 +183,7 @@ def ravlin_pid():
 
 
 def stop_ravlin():
-    """Ends it as the session's end does, with what it leaves to serve the clipboard."""
+    """Ends it as the session's end does, along with what it leaves to serve the clipboard."""
     for pid in ravlin_processes():
         with contextlib.suppress(ProcessLookupError):
             os.kill(pid, signal.SIGTERM)
@@ -198,7 +199,7 @@ def kill_leftovers():
 
 
 def ravlin_processes():
-    """The ids of all its living processes, those that serve a text after its end included."""
+    """The ids of all its living processes, including those that serve a text after its end."""
     found = []
     for entry in filter(str.isdigit, os.listdir("/proc")):
         with contextlib.suppress(OSError):

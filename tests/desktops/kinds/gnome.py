@@ -19,7 +19,7 @@ BINDING = "/org/gnome/settings-daemon/plugins/media-keys/custom-keybindings/cust
 
 
 class WithSystemBus(Desktop):
-    """A desktop that will not start where nobody says which session it is in."""
+    """A desktop that does not start unless something says which session it is in."""
 
     def start_system_bus(self):
         self.write("system-bus.conf", SYSTEM_BUS)
@@ -63,12 +63,12 @@ class Gnome(WithSystemBus):
         output_of("dbus-update-activation-environment", "--all")
         for each in ("gsd-xsettings", "gsd-media-keys"):
             self.run(each, [f"/usr/libexec/{each}"])
-        # It starts with the overview, which it shows a moment later than it answers.
+        # It starts with the overview, which appears a moment after it first answers.
         eventually(lambda: self.evaluate("Main.overview.hide() || Main.layoutManager._startingUp || Main.overview.visible")
                    is False, "the overview is gone")
 
     def bar(self):
-        """Its right half: at the left the name of the program that has the focus stands beside that program's icon."""
+        """Its right half: on the left are the name and the icon of the program that has the focus."""
         bar = super().bar()
         return Area(bar.right // 2, bar.top, bar.right, bar.bottom)
 
@@ -76,10 +76,10 @@ class Gnome(WithSystemBus):
         raise NotImplementedError
 
     def take_displays(self):
-        """Tells programs where the shell's own displays are."""
+        """Lets programs know where the shell's own displays are."""
 
     def evaluate(self, code):
-        """What some JavaScript in the shell comes to."""
+        """The value of some JavaScript in the shell."""
         try:
             done, result = call("org.gnome.Shell", "/org/gnome/Shell", "org.gnome.Shell", "Eval",
                                 GLib.Variant("(s)", (code,)))
@@ -162,5 +162,5 @@ class GnomeWayland(Gnome):
 
 
 class GnomePlain(GnomeWayland):
-    """As GNOME comes: no tray."""
+    """GNOME as it ships: no tray."""
     name, has_tray, extensions = "gnome-plain", False, []

@@ -25,7 +25,7 @@ class Plasma(Desktop):
         self.write(".config/kdeglobals", self.colors("BreezeLight") + "\n[General]\nColorScheme=BreezeLight\n")
         self.write(".config/kscreenlockerrc", "[Daemon]\nAutolock=false\nLockOnResume=false\n")
         self.write(".config/kglobalshortcutsrc", SHORTCUTS)
-        # Neither a first welcome nor the index of files.
+        # Neither the welcome window nor the file index.
         self.write(".config/kwalletrc", "[Wallet]\nEnabled=false\n")
         self.write(".config/baloofilerc", "[Basic Settings]\nIndexing-Enabled=false\n")
         self.write(".config/klaunchrc", "[FeedbackStyle]\nBusyCursor=true\n")

@@ -9,7 +9,7 @@ WINDOW = re.compile(r"0x[0-9a-f]+")
 
 
 def listed_x11_windows():
-    """The titles of the windows that bars and switchers list: managed, and not marked to be left out."""
+    """The titles of the windows that bars and switchers list: managed, and not marked for omission."""
     titles = []
     for identifier in WINDOW.findall(output_of("xprop", "-root", "_NET_CLIENT_LIST")):
         properties = output_of("xprop", "-id", identifier, "_NET_WM_STATE", "_NET_WM_WINDOW_TYPE", "_NET_WM_NAME")
@@ -19,7 +19,7 @@ def listed_x11_windows():
 
 
 class X11Desktop(Desktop):
-    """Its tray is one program, `tray_command`, and its colours are the portal's, which nothing but the portal tells."""
+    """Its tray is a single program, `tray_command`, and its colours are the portal's, which nothing else reports."""
     tray_command = []
 
     def start(self):
@@ -76,7 +76,7 @@ class I3(X11Desktop):
                    "bar {\n    id bar-0\n    status_command i3status\n}\n")
         self.write(".config/i3status/config", 'general { interval = 60 }\norder += "disk /"\ndisk "/" { format = "disk" }\n')
         self.run("i3", ["i3"])
-        # The bar that it starts itself makes room for one that can be restarted.
+        # The bar that it starts itself gives way to one that can be restarted.
         eventually(lambda: output_of("pidof", "i3bar"), "the window manager's own bar runs")
         subprocess.run(["kill", *output_of("pidof", "i3bar").split()], check=True)
 
