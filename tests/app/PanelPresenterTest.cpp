@@ -14,7 +14,7 @@
 namespace ravlin {
 namespace {
 
-/// Where the panel opens and stays, on the one screen of 800x800 that there is without a desktop.
+/// Where the panel opens and stays, on the one 800x800 screen that exists without a desktop.
 class PanelPresenterTest : public testing::Test {
 protected:
     static MenuView* panel() {
@@ -83,7 +83,7 @@ TEST_F(PanelPresenterTest, ASecondWishToOpenLeavesItWhereItIs) {
     EXPECT_TRUE(panel()->isVisible());
 }
 
-// Built to stop at an overflow: hosts may say whatever they like.
+// The build stops at an overflow: hosts may say whatever they like.
 TEST_F(PanelPresenterTest, OpensOnTheScreenWhateverTheHostSaysAboutThePlace) {
     constexpr int kLeast = std::numeric_limits<int>::min();
     constexpr int kMost = std::numeric_limits<int>::max();

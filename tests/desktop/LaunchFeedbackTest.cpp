@@ -13,7 +13,7 @@
 namespace ravlin::tests {
 namespace {
 
-/// Another program that hears what is said to every program of the desktop.
+/// Another program that receives what is sent to every program of the desktop.
 class Listener {
 public:
     Listener() : connection_(xcb_connect(nullptr, nullptr), &xcb_disconnect) {
@@ -30,7 +30,7 @@ public:
         return reply->atom;
     }
 
-    /// The next message about a launch, put together from its parts.
+    /// The next message about a launch, assembled from its parts.
     std::string launchMessage() const {
         const xcb_atom_t begin = atom("_NET_STARTUP_INFO_BEGIN");
         const xcb_atom_t next = atom("_NET_STARTUP_INFO");

@@ -18,7 +18,7 @@ constexpr QSize kTall(340, 606);  // with the whole list and a status of two lin
 constexpr int kLeast = std::numeric_limits<int>::min();
 constexpr int kMost = std::numeric_limits<int>::max();
 
-/// As the tests' library can print it.
+/// In a form that the test library can print.
 std::pair<int, int> coordinates(QPoint point) {
     return {point.x(), point.y()};
 }
@@ -36,7 +36,7 @@ void PrintTo(const Case& each, std::ostream* out) {
     *out << each.name;
 }
 
-/// One screen of 1280x800 at the origin, less the bars that have reserved their edges.
+/// One 1280x800 screen at the origin, minus the bars that have reserved its edges.
 std::vector<Screen> oneScreen(const QMargins& bars = {}) {
     const QRect geometry(0, 0, 1280, 800);
     return {{geometry, geometry - bars}};
@@ -47,7 +47,7 @@ std::vector<Screen> smallScreen(int width, int height, const QMargins& bars = {}
     return {{geometry, geometry - bars}};
 }
 
-/// A wide screen with its bar at the bottom, and a second one left of it, higher up, without any bar.
+/// A wide screen with its bar at the bottom, and a second one to its left, higher up, without any bar.
 std::vector<Screen> twoScreens() {
     return {{QRect(0, 0, 1920, 1080), QRect(0, 0, 1920, 1040)},
             {QRect(-1280, -200, 1280, 800), QRect(-1280, -200, 1280, 800)}};

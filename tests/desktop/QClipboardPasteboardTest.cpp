@@ -1,4 +1,4 @@
-// QClipboard, on a platform of Qt that has no desktop.
+// QClipboard, on a Qt platform without a desktop.
 
 #include "Platform/Desktop/QClipboardPasteboard.h"
 

@@ -36,12 +36,12 @@ const QString kIconName = QStringLiteral("org.ravlin.ravlin-symbolic");
 const QString kIconFile = QStringLiteral("/hicolor/symbolic/apps/org.ravlin.ravlin-symbolic.svg");
 const QString kMenuInterface = QStringLiteral("com.canonical.dbusmenu");
 
-/// Where the icon lies beside a program that is not installed.
+/// Where the icon is next to a program that is not installed.
 QString ownThemes() {
     return QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../share/icons"));
 }
 
-/// A status item, and the tray of a desktop that has one from the start.
+/// A status item, and the tray of a desktop that has it from the start.
 struct Desktop {
     FakeTray tray;
     StatusItem item{QDBusConnection::sessionBus()};
@@ -123,7 +123,7 @@ QList<StatusNotifierPixmap> pixmaps(const Desktop& desktop) {
     return qdbus_cast<QList<StatusNotifierPixmap>>(desktop.properties().value(QStringLiteral("IconPixmap")));
 }
 
-/// How many pixels are (partly) covered, all of them in `color`; -1 where one has another colour.
+/// How many pixels are (partly) covered, all of them in `color`; -1 if one has another colour.
 int coveredPixels(const StatusNotifierPixmap& pixmap, const QColor& color) {
     int count = 0;
     for (qsizetype at = 0; at + 4 <= pixmap.pixels.size(); at += 4) {
@@ -151,7 +151,7 @@ TEST(StatusItemPixmaps, AreSquaresOfEverySizeInOneColour) {
     EXPECT_EQ(sizes, (std::vector<int>{16, 22, 24, 32, 48, 64}));
 }
 
-/// Counts the signals that a program on the bus gets.
+/// Counts the signals that a program on the bus receives.
 class SignalCounter final : public QObject {
     Q_OBJECT
 
@@ -260,7 +260,7 @@ TEST(StatusItemActivation, IgnoresTheWheel) {
     EXPECT_TRUE(activated.isEmpty());
 }
 
-/// The entries of a menu as "id label", with "(off)" where they are.
+/// The entries of a menu as "id label", with "(off)" for those that are off.
 std::vector<std::string> entries(const DBusMenuLayoutItem& layout) {
     std::vector<std::string> texts;
     for (const QDBusVariant& child : layout.children) {
@@ -395,9 +395,9 @@ TEST(StatusItemMenu, RefusesUnknownEntries) {
     EXPECT_EQ(qdbus_cast<QList<int>>(group.arguments().value(1)), QList<int>{99});
 }
 
-// What follows needs an XEmbed tray: trayer, at the top right.
+// The rest needs an XEmbed tray: trayer, at the top right.
 
-/// Presses a button of the pointer in the middle of the tray, which holds our icon only.
+/// Presses a pointer button in the middle of the tray, which holds only our icon.
 void clickTheTray(int button) {
     const QString script = QStringLiteral(
         "eval $(xdotool search --onlyvisible --class trayer getwindowgeometry --shell) && "
@@ -422,7 +422,7 @@ TEST(XEmbedIcon, IsShownWhereThereIsNoWatcher) {
     EXPECT_TRUE(eventually([&] { return item.isShown() && trayHoldsTheIcon(); }));
 }
 
-/// Has the tray tell the colour of its icons, as bars of window managers do, or tell none.
+/// Has the tray announce the colour of its icons, as window managers' bars do, or announce none.
 void setTrayColor(const std::optional<QColor>& color) {
     xcb_connection_t* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>()->connection();
     const auto atom = [&](std::string_view name) {

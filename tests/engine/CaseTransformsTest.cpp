@@ -87,7 +87,7 @@ TEST(TokenizeWords, CutsAtSeparatorsAndAtCaseChanges) {
         {"Ⅻa", {"Ⅻa"}},
         {"E\u0301cole", {"E\u0301cole"}},
         {"abE\u0301cole", {"ab", "E\u0301cole"}},
-        {"AB-\u0345", {"A", "B"}},  // what follows B is lower case, though a separator
+        {"AB-\u0345", {"A", "B"}},  // what follows B is lower case, although a separator
         {"½cup", {"½cup"}},
     };
     for (const auto& [text, expected] : vectors) {
@@ -319,7 +319,7 @@ TEST(Slugify, IsThatOfTheRulesForEveryCodePoint) {
 }
 
 TEST(Slugify, OfLongTextsIsThatOfTheirParts) {
-    // The text is worked on in parts of 64 KiB, whose borders must not show.
+    // The text is processed in parts of 64 KiB, whose borders must not show.
     for (const std::string_view piece :
          {"Ünicode Σ ", "word", "ΑΣ'Σ.", "中文", "中文 ", "e\u0301", "\r\n", "हि👍🏽"}) {
         for (std::size_t shift = 0; shift < 7; ++shift) {

@@ -49,7 +49,7 @@ TEST(CharacterKind, OfSeveralCodePointsGoesByTheFirstAndByTheCaseOfAll) {
     EXPECT_EQ(CharacterKind::of("e\u0301"), kKnown | kLetter | kLower);
     EXPECT_EQ(CharacterKind::of("E\u0301"), kKnown | kLetter | kUpper);
     EXPECT_EQ(CharacterKind::of("1\u20E3"), kKnown | kNumber);
-    EXPECT_EQ(CharacterKind::of("-\u0345"), kKnown | kLower);  // whose upper case is another
+    EXPECT_EQ(CharacterKind::of("-\u0345"), kKnown | kLower);  // its upper case is another
     EXPECT_EQ(CharacterKind::of("\r\n"), kKnown);
 }
 

@@ -235,7 +235,7 @@ TEST(StripTracking, LeavesEverythingElseAsItIs) {
     });
 }
 
-/// Every link in every surrounding: the surrounding stays.
+/// Every link in every surrounding text, which stays.
 TEST(StripTracking, NeverTouchesWhatSurroundsALink) {
     const Vector links[] = {
         {"https://a.test/?utm_source=x", "https://a.test/"},
@@ -393,7 +393,7 @@ TEST(StripTrackingProperty, TextsWithoutLinksStay) {
     }
 }
 
-/// The documents of this machine: those that are not large, or RAVLIN_DOCUMENT_SIZE on request.
+/// This machine's documents: those that are not large, or up to RAVLIN_DOCUMENT_SIZE on request.
 TEST(StripTrackingProperty, HoldsForDocuments) {
     namespace fs = std::filesystem;
     const std::uint64_t largest = numberFromEnvironment("RAVLIN_DOCUMENT_SIZE", 20'000);  // bytes

@@ -10,7 +10,7 @@
 namespace ravlin {
 namespace {
 
-/// Every number that is known, and bytes that are text in that code page.
+/// Every known number, and bytes that are text in that code page.
 const struct {
     int number;
     const char* bytes;
@@ -38,7 +38,7 @@ const struct {
     {65001, "\xE2\x82\xAC", "\u20AC"},
 };
 
-/// The text of bytes that are appended piece by piece.
+/// The text of bytes appended piece by piece.
 std::string decoded(CodePage page, const std::vector<std::string>& pieces) {
     CodePageDecoder decoder;
     std::string text;

@@ -95,7 +95,7 @@ TEST(Collation, IsAStableSortByTheCollatorInRandomTexts) {
 }
 
 TEST(Collation, ComparesLongTextsLikeShortOnes) {
-    // Where memory is taken differently.
+    // At sizes where memory is allocated differently.
     std::string text;
     for (const char* const end : {"b", "", "A", "á", "a", "B", "ab"})
         for (const std::size_t size : {3U, 0x8000U, 0x10000U - 2, 0x10000U, 0x10001U, 0x100000U, 0x140000U})
@@ -105,7 +105,7 @@ TEST(Collation, ComparesLongTextsLikeShortOnes) {
 }
 
 TEST(Collation, TakesATextThatIsMostlyInvisibleInTime) {
-    // To compare it with another means to go over all of it.
+    // Comparing it with another means going through all of it.
     std::string invisible;
     for (int i = 0; i < 150'000; ++i) invisible += "\u0600";
     std::string text;

@@ -12,7 +12,7 @@ TEST(Diacritics, AreTakenFromLatinGreekAndCyrillic) {
     EXPECT_EQ(withoutDiacritics("e\u0301\u0323x"), "ex");
     EXPECT_EQ(withoutDiacritics("\u1F00"), "\u03B1");
     EXPECT_EQ(withoutDiacritics("\u0439"), "\u0438");
-    EXPECT_EQ(withoutDiacritics("\u00F8\u0142\u00DF"), "\u00F8\u0142\u00DF");  // which do not decompose
+    EXPECT_EQ(withoutDiacritics("\u00F8\u0142\u00DF"), "\u00F8\u0142\u00DF");  // these do not decompose
 }
 
 TEST(Diacritics, OfOtherScriptsStay) {

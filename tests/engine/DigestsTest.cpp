@@ -81,7 +81,7 @@ TEST(Digests, AreThoseOfTheToolsOfTheSystem) {
     }
 }
 
-// A process of its own reads the configuration of a machine on which the shared part of OpenSSL offers no MD5.
+// A separate process reads the configuration of a machine on which the shared part of OpenSSL offers no MD5.
 TEST(Digests, DoNotDependOnTheConfigurationOfTheSystem) {
     if (std::getenv("RAVLIN_WITHOUT_MD5") != nullptr) {
         unsigned char bytes[EVP_MAX_MD_SIZE];

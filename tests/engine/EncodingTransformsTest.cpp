@@ -238,7 +238,7 @@ TEST(BackslashUnescape, KeepsWhatIsNoEscape) {
     EXPECT_EQ(TextTransforms::backslashUnescape("\\n\\"), "\n\\");
 }
 
-/// Everything that takes part in escapes, and what joins other characters.
+/// Everything that can be part of an escape, and what joins other characters.
 constexpr std::u32string_view kEscapes =
     U"\\\\\\\\\\ntr\"'bf0qxu1 \n\r\n\t\b\f\0\u0301\u0338\u200d\ufe0f\u0600\u0903\u0915\u094d\U0001f1e6\U0001f600é";
 
@@ -430,8 +430,8 @@ TEST(RoundTrip, OfBase64HexadecimalDigitsPercentEscapesAndLetters) {
     }
 }
 
-// A control character is always a character. The letter that is written for it is none where a mark follows, and the
-// backslash is none behind a character that joins the next one: there the escape cannot be read again.
+// A control character is always a character. The letter written for it is not if a mark follows, and the backslash is
+// not after a character that joins the next one: then the escape cannot be read back.
 TEST(RoundTrip, OfBackslashEscapesUnlessTheyJoinTheirNeighbours) {
     const auto standsAlone = [](char32_t scalar) {
         const std::string text = Oracle::utf8(scalar);

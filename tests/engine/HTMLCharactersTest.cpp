@@ -1,5 +1,5 @@
-// Every name in every form of a tag, and every kind of character in every place where its kind counts (as a letter in
-// some case, as white space, as a part of a word): the scanners take them for what ICU takes them for.
+// Every name in every form of a tag, and every kind of character in every place where its kind matters (as a letter in
+// some case, as white space, as part of a word): the scanners treat them as ICU does.
 
 #include "Engine/HTMLTransforms.h"
 #include "Engine/MarkdownTransforms.h"
@@ -68,7 +68,7 @@ std::vector<std::string> relativesOfASCIILetters() {
     return found;
 }
 
-/// `name` with `relative` in every place, and instead of every letter and every two letters.
+/// `name` with `relative` in every place, and in place of every letter and every two letters.
 std::vector<std::string> misspelt(std::string_view name, std::string_view relative) {
     std::vector<std::string> found;
     for (std::size_t at = 0; at < name.size(); ++at)
@@ -91,7 +91,7 @@ TEST(HTMLCharacters, StandForLettersOfNamesAsTheyDoForICU) {
     }
 }
 
-/// The first and the last of every run of code points that are alike to the rules, and all below U+0100.
+/// The first and the last of every run of code points that the rules do not distinguish, and all below U+0100.
 std::vector<std::string> charactersOfEveryKind() {
     using Kind = std::tuple<int, bool, bool, bool>;
     const auto kindOf = [](UChar32 scalar) {

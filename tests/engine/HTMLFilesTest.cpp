@@ -26,7 +26,7 @@ bool isOneOf(const fs::path& path, std::initializer_list<const char*> extensions
                        [&](const char* extension) { return path.extension() == extension; });
 }
 
-/// Up to `kMostFiles` files with these extensions, evenly spread over all there are.
+/// Up to `kMostFiles` files with these extensions, evenly spread over all of them.
 std::vector<fs::path> documents(std::initializer_list<const char*> extensions) {
     std::vector<fs::path> all;
     for (const char* const folder : {"/usr/share/doc", "/usr/share", "/usr/lib"}) {

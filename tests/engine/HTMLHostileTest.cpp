@@ -1,4 +1,4 @@
-// Texts that take careless implementations minutes: they are done in time, and correctly.
+// Texts that take careless implementations minutes: done in time, and correctly.
 
 #include "Engine/HTMLTransforms.h"
 #include "Engine/MarkdownTransforms.h"

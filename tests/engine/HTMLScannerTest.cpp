@@ -1,4 +1,4 @@
-// Every kind of rule beside the regular expression that defines it, in forms that no transform uses, too.
+// Every kind of rule against the regular expression that defines it, also in forms that no transform uses.
 
 #include "Engine/Support/HTMLScanner.h"
 #include "Engine/Support/Rewriter.h"

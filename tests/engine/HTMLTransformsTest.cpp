@@ -194,10 +194,10 @@ TEST(HTMLToMarkdown, TakesTheLastHrefOfATagThatMakesALink) {
                {
                    {"<a href='u' href='v'>t</a>", "[t](v)"},
                    {"<a href='u' href='v' href=w>t</a>", "[t](v)"},
-                   // A value goes on to the next quote, past the ">".
+                   // A value continues to the next quote, past the ">".
                    {"<a href='u>v'>t</a>", "[t](u>v)"},
                    {"<a href='u' href='v>w'>t</a>", "[t](v>w)"},
-                   // The last one would have no closing tag behind its value: the one before makes the link.
+                   // The last one would have no closing tag after its value: the one before makes the link.
                    {"<a href='u' href='v>t</a>", "[t](u)"},
                    {"<a href='u' href='v>t</a>'", "[t](u)'"},
                    {"<a href='u' href='v>t</a>'>s", "[t](u)'>s"},

@@ -24,7 +24,7 @@ protected:
     }
 };
 
-/// `count` lines of a MiB each, with its own number at the start of every one.
+/// `count` lines of a MiB each, every one starting with its number.
 std::string numberedLines(std::size_t count) {
     std::string text;
     text.reserve(count * kMiB);

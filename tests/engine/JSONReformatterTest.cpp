@@ -26,7 +26,7 @@ std::string minified(std::string_view text) {
     return TextTransforms::jsonReformat(text, /*pretty=*/false);
 }
 
-/// Text that is white space around something can be told from a text that came back unchanged.
+/// White space around the text distinguishes an accepted text from one that came back unchanged.
 bool isAccepted(std::string_view text) {
     return minified(" " + std::string(text)) != " " + std::string(text);
 }
@@ -211,7 +211,7 @@ TEST(JSONReformat, LosesNoTokenWhereTheGrammarAccepts) {
 
 // --- Against the plain version ---------------------------------------------------------------------------------------
 
-/// How many random texts stand for a thousand.
+/// How many random texts to use in place of a thousand.
 constexpr int kThousand = tests::kIsSanitized ? 200 : 1'000;
 
 std::string agreed(std::string_view text) {
@@ -254,7 +254,7 @@ TEST(JSONReformat, IsThatOfThePlainVersionForRandomDocuments) {
 
 // --- Against Python --------------------------------------------------------------------------------------------------
 
-/// The lines that a Python program writes when it reads the texts in hexadecimal digits, one a line.
+/// The lines that a Python program writes when it reads the texts in hexadecimal digits, one per line.
 std::vector<std::string> askPython(const std::string& program, const std::vector<std::string>& texts) {
     std::string input;
     for (const std::string& text : texts) input += TextTransform(TextTransform::hexEncode).apply(text) + "\n";
@@ -271,8 +271,8 @@ std::vector<std::string> askPython(const std::string& program, const std::vector
     return lines;
 }
 
-// Python differs in three ways, which the texts leave out: it looks into escapes, it accepts NaN and Infinity, and it
-// takes no other white space from the ends than JSON's own.
+// Python differs in three ways, which the texts avoid: it looks into escapes, it accepts NaN and Infinity, and it
+// strips only JSON's own white space from the ends.
 TEST(JSONReformat, AcceptsWhatPythonAccepts) {
     std::vector<std::string_view> tokens;
     for (const std::string_view token : tests::kJSONTokens)
@@ -375,7 +375,7 @@ std::int64_t peakMemory() {
 }
 
 TEST(JSONPretty, GivesArraysNestedTooDeepBackAtOnce) {
-    // The first passes the limit where its brackets are closed, the others where they are opened.
+    // The first exceeds the limit where its brackets close, the others where they open.
     const std::string texts[] = {nestedArrays(30'000), nestedArrays(100'000), nestedArrays(100'000, "1,[],{}"),
                                  nestedArrays(1'000'000)};
     for (const std::string& text : texts) {
@@ -387,7 +387,7 @@ TEST(JSONPretty, GivesArraysNestedTooDeepBackAtOnce) {
     }
 }
 
-// Sanitizers need more memory than a machine may have.
+// Sanitizers may need more memory than a machine has.
 #ifndef RAVLIN_ADDRESS_SANITIZER
 TEST(JSONPretty, WritesAsMuchAsItsLimitAndNoByteMore) {
     // A line for every bracket, and a line for the string; the lines of one level are indented by twice the level.

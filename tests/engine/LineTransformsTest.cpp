@@ -19,7 +19,7 @@ using Vectors = std::vector<std::pair<std::string_view, std::string_view>>;
 
 constexpr std::u32string_view kLineAlphabet = U"aaB1\n\n\n\n\t \r\u00a0\u3000\u0301\u2028é\u200b";
 
-/// Compares a transform with its plain version over random texts.
+/// Compares a transform with its plain version on random texts.
 template <typename Transform, typename Plain>
 void expectSame(Transform transform, Plain plain) {
     tests::AlphabetTexts texts(kLineAlphabet, 24);

@@ -194,7 +194,7 @@ TEST(PlainText, IsTheTextOfHTMLWhereThereIsNoString) {
         {"\uFEFF <b>a</b>", "a"},
         {"\uFEFF\uFEFFa", "\uFEFFa"},
         {"a\uFEFF", "a\uFEFF"},
-        // Anything but UTF-8 is no text.
+        // Anything but UTF-8 is not text.
         {"a\xE9", std::nullopt},
         {"\xC0\xAF", std::nullopt},
         {"\xED\xA0\x80", std::nullopt},
@@ -223,7 +223,7 @@ TEST(PlainText, IsTheTextOfRichTextWhereThereIsNoString) {
         {"{\\rtf1\\ansi caf\\'e9 {\\b noir}\\par}", "caf\u00E9 noir\n"},
         {"{\\rtf1 cut off", "cut off"},
         {"{\\rtf1}", ""},
-        // Anything but rich text is no text.
+        // Anything but rich text is not text.
         {"", std::nullopt},
         {"rich", std::nullopt},
         {"{\\rtfd rich}", std::nullopt},

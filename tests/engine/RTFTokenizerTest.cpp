@@ -15,7 +15,7 @@ using std::string_literals::operator""s;
 using testing::ElementsAre;
 using testing::ElementsAreArray;
 
-/// A token in one line: "{", "}", "bytes a", "word b", "word b 1", "symbol ~".
+/// A token on one line: "{", "}", "bytes a", "word b", "word b 1", "symbol ~".
 std::string described(const RTFToken& token) {
     const std::string text(token.text);
     switch (token.kind) {
@@ -112,15 +112,14 @@ TEST(RTFTokenizer, LeavesBinaryDataOut) {
     EXPECT_THAT(tokensOf("\\bin abc"), ElementsAre("word bin", "bytes abc"));
 }
 
-/// Every byte of a document is in some token, or is known to be left out: nothing is read twice, nothing beyond the
-/// end.
+/// Every byte of a document is in some token, or known to be left out: nothing is read twice, or beyond the end.
 TEST(RTFTokenizer, ReadsRandomBytesFromTheirBeginningToTheirEnd) {
     constexpr std::string_view kBytes = "{}\\'*~- \n\r\tab019efEF\x80\xE9";
     std::mt19937 random(1);
     for (int i = 0; i < 50'000; ++i) {
         std::string rtf;
         for (auto size = random() % 30; size > 0; --size) rtf += kBytes[random() % kBytes.size()];
-        // What lies behind is not looked at.
+        // The rest is not looked at.
         const std::vector<std::string> tokens = tokensOf(rtf);
         ASSERT_THAT(tokensOf(std::string_view(rtf + "1a").substr(0, rtf.size())), ElementsAreArray(tokens)) << rtf;
         ASSERT_LE(tokens.size(), rtf.size());

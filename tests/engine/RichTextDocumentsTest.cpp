@@ -1,4 +1,4 @@
-// Documents in rich text and the plain text of the same documents, as their programs export it.
+// Documents in rich text, and the plain text of the same documents as their programs export it.
 
 #include "Engine/Support/NonCopyable.h"
 #include "Engine/Support/RichText/RichText.h"
@@ -26,8 +26,8 @@ std::string contentOf(const fs::path& path) {
     return content.str();
 }
 
-/// Without what exports add or leave out as they like: a byte order mark, line ends behind the last line, and the white
-/// space around the labels of list items, which is a tab in rich text and made of spaces in plain text.
+/// Without what exports add or omit at will: a byte order mark, line ends after the last line, and the white space
+/// around the labels of list items, which is a tab in rich text and spaces in plain text.
 std::string comparable(std::string text) {
     constexpr std::string_view kByteOrderMark = "\uFEFF";
     if (text.starts_with(kByteOrderMark)) text.erase(0, kByteOrderMark.size());
@@ -46,7 +46,7 @@ std::string inQuotes(const fs::path& path) {
     return "'" + path.string() + "'";
 }
 
-/// A new folder, also the home of the programs that run there, which is removed in the end.
+/// A new folder, also the home of the programs that run there, removed in the end.
 class Workshop : NonCopyable {
 public:
     Workshop() : folder_((fs::path(testing::TempDir()) / "rich-text-XXXXXX").string()) {

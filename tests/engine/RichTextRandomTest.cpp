@@ -1,4 +1,4 @@
-// Rich text by chance: written in all its ways, cut off, damaged, and made to be slow.
+// Random rich text: written in every way, cut off, damaged, and made to be slow.
 
 #include "Engine/Support/Characters/Unicode.h"
 #include "Engine/Support/RichText/RichText.h"
@@ -16,7 +16,7 @@ namespace {
 using RichText::plainText;
 using tests::RTFDocument;
 
-/// No byte of a document makes more than the three bytes of U+FFFD.
+/// No byte of a document yields more than the three bytes of U+FFFD.
 constexpr std::size_t kMostBytesPerByte = 3;
 
 void expectValid(const std::optional<std::string>& text, std::string_view rtf) {

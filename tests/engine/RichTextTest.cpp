@@ -14,7 +14,7 @@ namespace {
 using namespace std::string_literals;
 using RichText::plainText;
 
-/// A document, from its beginning on.
+/// A document, from its beginning.
 struct Vector {
     std::string rtf;
     std::optional<std::string> text;
@@ -45,7 +45,7 @@ TEST(RichText, BeginsWithItsSignature) {
         {" \t\r\n{\\rtf1 a}", "a"},
         {"\0\0{\\rtf1 a}"s, "a"},
         {"\xEF\xBB\xBF \n{\\rtf1 a}", "a"},
-        // And this is something else.
+        // But this is something else.
         {"", std::nullopt},
         {"\0"s, std::nullopt},
         {"a", std::nullopt},
@@ -146,12 +146,12 @@ TEST(RichText, BytesAreOfTheDocumentsCodePage) {
         {"{\\rtf1\\mac\\'8e}", "\u00E9"},
         {"{\\rtf1\\pc\\'82}", "\u00E9"},
         {"{\\rtf1\\pca\\'9b}", "\u00F8"},
-        // One that is not known leaves it as it is.
+        // An unknown one leaves it as it is.
         {"{\\rtf1\\ansicpg0\\'e9}", "\u00E9"},
         {"{\\rtf1\\ansicpg-5\\'e9}", "\u00E9"},
         {"{\\rtf1\\ansicpg99999999999\\'e9}", "\u00E9"},
         {"{\\rtf1\\ansicpg1251\\ansicpg7\\'cf}", "\u041F"},
-        // UTF-8, and what is none.
+        // UTF-8, and what is not.
         {"{\\rtf1\\ansicpg65001\\'e2\\'82\\'ac}", "\u20AC"},
         {"{\\rtf1\\ansicpg65001 \u20AC\U0001F600}", "\u20AC\U0001F600"},
         {"{\\rtf1\\ansicpg65001\\'e2\\'82 a}", "\uFFFD a"},
@@ -225,7 +225,7 @@ TEST(RichText, FontsHoldUntilTheirGroupEnds) {
         {"{{{\\f2}\\'e1}}", "\u0431"},
         {"\\f2{\\'e1\\plain\\'e1}\\'e1", "\u03B1\u0431\u03B1"},
         {"\\f32767\\'b3", "\u0142"},
-        // Fonts that are in no table are the document's.
+        // Fonts missing from the table use the document's code page.
         {"\\f9\\'e1", "\u00E1"},
         {"\\f32768\\'e1\\f65536\\'e1\\f-7\\'e1\\f99999999999\\'e1", "\u00E1\u00E1\u00E1\u00E1"},
     };
@@ -243,9 +243,9 @@ TEST(RichText, FontTablesComeInSeveralForms) {
         {"{\\fonttbl{\\f1\\fcharset0\\cpg1251 B;}}\\f1\\'e1", "\u0431"},
         {"{\\fonttbl{\\f1\\cpg3\\fcharset204 B;}}\\f1\\'e1", "\u0431"},
         {"{\\fonttbl{\\f1\\cpg1251 B;}{\\f2\\fcharset161 C;}}\\f2\\'e1", "\u03B1"},
-        // Described again: the last description holds.
+        // Described twice: the last description counts.
         {"{\\fonttbl{\\f1\\fcharset204 B;}{\\f1 B;}}\\f1\\'e1", "\u00E1"},
-        // Names are no text, however they are written.
+        // Names are not text, however they are written.
         {"{\\fonttbl{\\f1\\fcharset128 \\'82\\'6c\\u65325 \\tab\\~;}}a", "a"},
         {"{\\fonttbl\\fcharset204 no number;{\\f-1\\fcharset204 B;}{\\f32768\\fcharset204 B;}}\\f0\\'e1", "\u00E1"},
     });
@@ -298,7 +298,7 @@ TEST(RichText, UnicodeCharactersAreNumbers) {
         {"\\uc0\\u55357 \\uc1\\u56832?", "\U0001F600"},
         {"\\uc0\\u128512", "\U0001F600"},
         {"\\u65535?\\u-1?", "\uFFFF\uFFFF"},
-        // Halves of characters, and numbers that are none.
+        // Halves of characters, and numbers that are not characters.
         {"\\u-10179?a", "\uFFFDa"},
         {"\\u-10179?", "\uFFFD"},
         {"\\u-10179?\\par", "\uFFFD\n"},
@@ -326,7 +326,7 @@ TEST(RichText, UnicodeCharactersAreFollowedByAFallback) {
         {"\\uc5\\u8364 ab\\'20cde", "\u20ACe"},
         {"\\uc-5\\u8364?a", "\u20AC?a"},
         {"\\uc99999999999\\u8364?a{b}", "\u20ACb"},
-        // It is over where a group begins or ends.
+        // It ends where a group begins or ends.
         {"{\\u8364}a", "\u20ACa"},
         {"\\u8364{a}b", "\u20ACab"},
         {"\\uc3{\\u8364 x}abc", "\u20ACabc"},
@@ -364,7 +364,7 @@ TEST(RichText, OtherGroupsAreText) {
 
 TEST(RichText, TheStarBelongsToTheWordBehindIt) {
     check({
-        {"{\\* \\unknown a}b", " ab"},  // a space is text, and the word no longer optional
+        {"{\\* \\unknown a}b", " ab"},  // a space is text, and the word is no longer optional
         {"{\\*a}b", "ab"},
         {"{\\*\\~\\unknown a}b", "\u00A0ab"},
         {"{\\*{\\unknown a}}b", "ab"},
@@ -417,7 +417,7 @@ TEST(RichText, TableCellsEndLikeParagraphs) {
         {"\\intbl a\\par b\\cell\\row", "a\nb\n"},
         {"a\\nestcell b\\nestcell{\\*\\nesttableprops\\trowd\\cellx1\\nestrow}{\\nonesttables\\par}c\\cell\\row",
          "a\nb\nc\n"},
-        // AbiWord ends the table once more.
+        // AbiWord ends the table twice.
         {"a\\par{\\trowd b\\cell{\\*\\abiendcell}\\row}{\\*\\abiendtable}\\par c", "a\nb\nc"},
         {"{b\\cell\\row}{\\*\\abiendtable}{\\*\\abitableprops x}\\par{c\\cell\\row}{\\*\\abiendtable}\\par", "b\nc\n"},
         {"b\\cell{\\*\\abiendtable}\\par\\par c", "b\n\nc"},
@@ -444,7 +444,7 @@ TEST(RichText, ManyGroupsMayChangeWhatHolds) {
     };
     EXPECT_EQ(plainText(nested(RichText::kMaxNesting - 1)), "c");
     EXPECT_EQ(plainText(nested(RichText::kMaxNesting)), "");
-    // Groups that change nothing do not count, and those that are skipped neither.
+    // Groups that change nothing do not count, nor do those that are skipped.
     constexpr std::size_t kMany = 8 * RichText::kMaxNesting;
     EXPECT_EQ(plainText("{\\rtf1 " + std::string(kMany, '{') + "{\\v b}c"), "c");
     EXPECT_EQ(

@@ -42,7 +42,7 @@ TEST(DispatcherDeathTest, GivesTheTextBackWhereTheResultDoesNotFitInMemory) {
     const auto transformInLittleMemory = [] {
         constexpr rlim_t kMegabyte = 1U << 20U;
         const std::string text(100 * kMegabyte, ' ');
-        // Room for the text a second time, but not for three bytes for every one of it.
+        // Room for the text a second time, but not for three times the text.
         std::ifstream statm("/proc/self/statm");
         rlim_t pages = 0;
         statm >> pages;
@@ -194,7 +194,7 @@ TEST_P(EveryTransform, TakesHostileTextsInItsStride) {
     };
     const auto start = std::chrono::steady_clock::now();
     for (const std::string& text : texts) TextTransforms::apply(GetParam(), text);
-    // Anything but linear takes minutes. Sanitizers and a busy machine do not.
+    // Anything not linear takes minutes. Sanitizers and a busy machine do not cost that much.
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(30));
 }
 
@@ -202,8 +202,8 @@ INSTANTIATE_TEST_SUITE_P(Catalogue, EveryTransform,
                          testing::ValuesIn(TextTransform::allCases().begin(), TextTransform::allCases().end()),
                          [](const auto& row) { return std::string(row.param.rawValue()); });
 
-// Two that look as if they belonged here do not. constantCase: a letter may have no upper case in one code point, and
-// then starts a word the next time, as in "1\u01F0". slugify: a lone vowel sign joins the "-" before it.
+// Two seem to belong here but do not. constantCase: a letter may have no upper case in one code point, and then starts
+// a word the next time, as in "1\u01F0". slugify: a lone vowel sign joins the "-" before it.
 TEST(Idempotence, OfTransformsThatCleanOrOrder) {
     const TextTransform transforms[] = {
         TextTransform::stripFormatting,  TextTransform::upperCase,           TextTransform::lowerCase,
@@ -242,8 +242,8 @@ TEST(RoundTrip, OfLineOrderAndPercentEscapes) {
     }
 }
 
-// Turkish has an "i" with and one without a dot, Lithuanian keeps the dot below an accent, Dutch capitalises "ij". What
-// is expected is written down, since tables that the first of these languages filled would serve the others, too.
+// Turkish has an "i" with and one without a dot, Lithuanian keeps the dot below an accent, Dutch capitalises "ij". The
+// expected results are written down, since tables filled under the first of these languages would serve the others too.
 TEST(Language, OfTheUserDoesNotMatterToLetterCase) {
     constexpr std::string_view kText = "I i ı İ Ì ij τίς https://a.test/?GCLID=1&ID=2";
     const std::pair<TextTransform, std::string_view> vectors[] = {

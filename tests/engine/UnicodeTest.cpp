@@ -142,7 +142,7 @@ TEST(UnicodeProperties, TrimmingLooksAtCodePoints) {
         {"\u200ba\ufeff", "\u200ba\ufeff", "\u200ba\ufeff"},
         {" \u0301x", "\u0301x", "\u0301x"},
         {"   ", "", ""},
-        {"\xA0", "\xA0", "\xA0"},  // ill-formed, so no no-break space
+        {"\xA0", "\xA0", "\xA0"},  // ill-formed, so not a no-break space
     };
     for (const auto& vector : vectors) {
         EXPECT_EQ(Unicode::trimWhitespaces(vector.text), vector.trimmed);

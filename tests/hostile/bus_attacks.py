@@ -15,7 +15,7 @@ from ravlin_desktop import Gio, GLib, eventually
 
 NAME, PATH = "org.ravlin.ravlin", "/org/ravlin/ravlin"
 MEGABYTE = 1_000_000
-FREEZE = 5  # seconds that nothing may take, on a busy machine
+FREEZE = 5  # seconds; nothing may take longer, even on a busy machine
 
 
 def activate(**data):

@@ -1,4 +1,4 @@
-// What the end of the program leaves behind, on every desktop.
+// What the program leaves behind when it quits, on every desktop.
 
 #include "tests/platform/Lingering.h"
 

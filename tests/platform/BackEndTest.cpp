@@ -205,7 +205,7 @@ TEST(BackEndTrouble, ReaderThatStopsReadingHoldsNobodyUp) {
     const auto pasteboard = openBackEnd();
     const std::string text = textOfSize(3000000);
     ASSERT_TRUE(pasteboard->setString(text));
-    Process stuck(kPastingProgram);  // nobody takes its output, so that it takes no more itself
+    Process stuck(kPastingProgram);  // its output is not read, so it stops reading as well
     EXPECT_TRUE(serveUntil(*pasteboard, [&] { return isReadable(stuck.outputDescriptor(), 0ms); }));
     EXPECT_TRUE(outputOf(kPastingProgram, *pasteboard) == text);
     EXPECT_LT(durationOf([&] { pasteboard->changeCount(); }), 1900ms);
@@ -219,7 +219,7 @@ TEST(BackEndTrouble, ReaderThatStopsReadingHoldsNobodyUp) {
 
 class BackEndChangeCount : public testing::Test {
 protected:
-    /// How far `action` moves the counter, with nothing but the action between the two looks at it.
+    /// How far `action` moves the counter, with only the action between the two looks at it.
     std::int64_t changesBy(const std::function<void()>& action) {
         const std::int64_t before = pasteboard_->changeCount();
         action();
@@ -276,7 +276,7 @@ TEST_F(BackEndChangeCount, NoneOfManyCopiesInARowIsMissed) {
     const auto owner = copyElsewhere({.content = {{"UTF8_STRING", "text"}}});
     EXPECT_EQ(
         changesBy([&] {
-            // Meanwhile the program handles events: no compositor keeps them for ever.
+            // Meanwhile the program handles events: no compositor keeps them forever.
             auto copying = std::async(std::launch::async, [&] { owner->copyManyTimes(); });
             EXPECT_TRUE(serveUntil(*pasteboard_, [&] { return copying.wait_for(0s) == std::future_status::ready; }));
         }),

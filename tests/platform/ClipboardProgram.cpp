@@ -1,5 +1,5 @@
 // `clipboard_program copy` copies its standard input, by data control, and stays to serve it; `clipboard_program paste`
-// writes the clipboard's text. For compositors that the programs of the system know too little of.
+// writes the clipboard's text. For compositors that the system's programs know too little about.
 
 #include "Platform/Clipboard/Wayland/WaylandPasteboard.h"
 

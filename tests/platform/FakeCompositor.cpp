@@ -19,7 +19,7 @@ namespace {
 
 struct Seat;
 
-/// What is on a clipboard: a text of the compositor's, or a client's source.
+/// What is on a clipboard: the compositor's own text, or a client's source.
 struct Content {
     std::string text;
     wl_resource* source = nullptr;
@@ -49,7 +49,7 @@ void destroyResource(wl_client* /*client*/, wl_resource* resource) {
     wl_resource_destroy(resource);
 }
 
-/// Makes an object that stands in one of its seat's lists, and leaves it with its end.
+/// Makes an object that is in one of its seat's lists until its end.
 template <std::list<wl_resource*> Seat::*kList>
 wl_resource* createListed(wl_client* client, const wl_interface& interface, std::uint32_t id, const void* requests,
                           Seat& seat) {
@@ -143,7 +143,7 @@ constexpr struct ext_data_control_source_v1_interface kSource = {.offer = addTyp
 constexpr struct wl_data_source_interface kCoreSource = {
     .offer = addType, .destroy = destroyResource, .set_actions = nullptr};
 
-/// With its source the content goes, too.
+/// The content goes with its source.
 void forgetSource(wl_resource* gone) {
     auto* const holder = dataOf<std::shared_ptr<Content>>(gone);
     const std::shared_ptr<Content> content = *holder;

@@ -22,7 +22,7 @@ Lingering::~Lingering() {
 
 bool Lingering::copyAndQuit(const std::string& text) {
     Process program({LINGERING_OWNER}, text);
-    // The output is at its end when nobody holds it any more, the lingering child included.
+    // The output ends when no process holds it any more, not even the lingering child.
     while (program.readOutput()) {
         if (!isReadable(program.outputDescriptor(), kGenerously)) return false;
     }

@@ -1,4 +1,4 @@
-// Puts its standard input on the clipboard, and ends like the program does: leaving a child that goes on serving it.
+// Puts its standard input on the clipboard, and ends as the program does: leaving a child that keeps serving it.
 
 #include "Platform/Clipboard/PasteboardFactory.h"
 
@@ -12,7 +12,7 @@
 int main() {
     std::ostringstream text;
     text << std::cin.rdbuf();
-    // What a program has open besides the clipboard: its bus, its lock, its pipes.
+    // What else a program has open: its bus, its lock, its pipes.
     std::array<int, 2> before = {};
     std::array<int, 2> after = {};
     std::string log;

@@ -16,7 +16,7 @@
 namespace ravlin::tests {
 namespace {
 
-/// In the child: ends with the test program, whatever happens to that.
+/// In the child: ends together with the test program, whatever happens to that.
 void endWithParent(pid_t parent) {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     if (getppid() != parent) _exit(1);

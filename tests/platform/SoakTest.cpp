@@ -41,13 +41,13 @@ enum class Moment : std::uint8_t { beforeFirstLook, beforeReading, beforeSecondL
 constexpr auto kMoments = std::to_array({Moment::beforeFirstLook, Moment::beforeReading, Moment::beforeSecondLook,
                                          Moment::beforeWriting, Moment::afterWriting});
 
-/// The clipboard of the desktop, and what another program does in the middle of a click.
+/// The desktop's clipboard, and what another program does in the middle of a click.
 class Interrupted final : public Pasteboard {
 public:
     explicit Interrupted(SystemPasteboard& pasteboard) : pasteboard_(pasteboard) { setGeneral(this); }
     ~Interrupted() override { setGeneral(nullptr); }
 
-    /// Once, at that moment of the next click, if the click has it.
+    /// Runs `action` once, at that moment of the next click, if the click gets there.
     void interrupt(Moment moment, std::function<void()> action) {
         moment_ = moment;
         action_ = std::move(action);
@@ -55,7 +55,7 @@ public:
     }
     bool wasInterrupted() const { return wasInterrupted_; }
 
-    /// To be called after each click.
+    /// Call this after each click.
     void forget() {
         action_ = nullptr;
         lookCount_ = 0;
@@ -65,12 +65,12 @@ public:
     Clock::time_point latestLook() const { return latestLook_; }
 
     std::int64_t changeCount() override {
-        comeTo(lookCount_++ == 0 ? Moment::beforeFirstLook : Moment::beforeSecondLook);
+        reach(lookCount_++ == 0 ? Moment::beforeFirstLook : Moment::beforeSecondLook);
         latestLook_ = Clock::now();
         return pasteboard_.changeCount();
     }
     std::optional<std::string> string() override {
-        comeTo(Moment::beforeReading);
+        reach(Moment::beforeReading);
         return pasteboard_.string();
     }
     std::optional<std::string> data(Type type) override { return pasteboard_.data(type); }
@@ -78,14 +78,14 @@ public:
     void clearContents() override { pasteboard_.clearContents(); }
     bool setString(std::string_view text) override { return pasteboard_.setString(text); }
     bool replaceIfUnchanged(std::int64_t count, std::string_view text) override {
-        comeTo(Moment::beforeWriting);
+        reach(Moment::beforeWriting);
         const bool isReplaced = pasteboard_.replaceIfUnchanged(count, text);
-        comeTo(Moment::afterWriting);
+        reach(Moment::afterWriting);
         return isReplaced;
     }
 
 private:
-    void comeTo(Moment moment) {
+    void reach(Moment moment) {
         if (!action_ || moment != moment_) return;
         wasInterrupted_ = true;
         std::exchange(action_, nullptr)();
@@ -99,9 +99,9 @@ private:
     bool wasInterrupted_ = false;
 };
 
-// ---- What has to come of a click -----------------------------------------------------------------------------------
+// ---- What a click has to result in ---------------------------------------------------------------------------------
 
-/// What the clipboard holds: what another program gets of it, and the text that it means to us.
+/// What the clipboard holds: what another program gets from it, and the text that it is to us.
 struct Held {
     std::string target;  // empty: the clipboard is empty
     std::string bytes;
@@ -113,7 +113,7 @@ Held textHeld(std::string text, bool isOurs) {
     return {.target = "UTF8_STRING", .bytes = text, .text = text, .isOurs = isOurs};
 }
 
-/// What came of a click: what was answered, and what the clipboard holds then.
+/// The result of a click: the answer, and what the clipboard holds afterwards.
 struct Ending {
     PasteOutcome outcome;
     Held held;
@@ -128,7 +128,7 @@ Ending endingOf(TextTransform transform, const Held& before) {
     return {Success{Unicode::characterCount(*before.text), Unicode::characterCount(result)}, textHeld(result, true)};
 }
 
-/// Where another program has copied in the middle.
+/// With another program's copy in the middle.
 Ending endingOf(TextTransform transform, const Held& before, Moment moment, const Held& copied) {
     switch (moment) {
         case Moment::beforeFirstLook: return endingOf(transform, copied);
@@ -138,7 +138,7 @@ Ending endingOf(TextTransform transform, const Held& before, Moment moment, cons
         }
         case Moment::beforeSecondLook: return {ClipboardChanged{}, copied};
         case Moment::beforeWriting:
-            // What is there no more by then, too, is no loss.
+            // A text that is gone by then as well is no loss.
             if (copied.target.empty()) return endingOf(transform, before);
             break;
         case Moment::afterWriting: break;
@@ -153,12 +153,12 @@ const char* nameOf(const PasteOutcome& outcome) {
 
 // ---- The run -------------------------------------------------------------------------------------------------------
 
-/// Whatever text comes, transformed again and again it must not fill the memory.
+/// Whatever the text is, transforming it again and again must not fill the memory.
 constexpr std::size_t kMaxKeptSize = 2'000'000;             // bytes
 constexpr std::int64_t kMaxGrowth = std::int64_t{2} << 20;  // bytes
 
-/// What this process has put into memory, in bytes, when it has given back what it can; its files' pages do not count,
-/// since they come as they are looked at.
+/// What this process has in memory, in bytes, once it has returned what it can; pages of its files do not count, since
+/// they are loaded as they are looked at.
 std::int64_t anonymousSize() {
     malloc_trim(0);
     std::ifstream status("/proc/self/status");
@@ -188,8 +188,8 @@ public:
     void run();
 
 private:
-    // What comes to pass, each with one click or a few.
-    void comeToPass();
+    // What happens, each with one click or a few.
+    void clickSomehow();
     void clickAtPeace();
     void clickWhileOtherCopies();
     void clickWhileOtherCopiesAtAnyTime();
@@ -231,7 +231,7 @@ void Soak::run() {
     std::ptrdiff_t fileCount = 0;
     copyText();  // a clipboard need not be empty at the start
     while (clicksDone_ < clickCount_ && !testing::Test::HasFailure()) {
-        comeToPass();
+        clickSomehow();
         if (warmSize != 0 || clicksDone_ < clickCount_ / 3) continue;
         endOther();
         warmSize = anonymousSize();
@@ -252,7 +252,7 @@ void Soak::report(std::int64_t growth) const {
               << anonymousSize() / 1024 << " KiB" << std::endl;
 }
 
-void Soak::comeToPass() {
+void Soak::clickSomehow() {
     // A program that hangs costs two seconds each time.
     const std::uint64_t hangEvery = std::max<std::uint64_t>(clickCount_ / (2 + clickCount_ / 2500), 1);
     if (clicksDone_ % hangEvery == hangEvery - 1) return clickWhileOwnerHangs();
@@ -355,7 +355,7 @@ void Soak::expectNoSuccessAndNothingHeld(const PasteOutcome& outcome) {
 
 void Soak::clickAtPeace() {
     SCOPED_TRACE("at peace: " + std::string(transform_.rawValue()));
-    // Again and again the text of the last click, but never one that grows for ever.
+    // The text of the last click again and again, but never one that grows forever.
     if (upTo(3) > 1 || held_.bytes.size() > kMaxKeptSize) copySomething();
     const Ending ending = endingOf(transform_, held_);
     expect(ending, click());
@@ -378,8 +378,8 @@ void Soak::clickWhileOtherCopies() {
     if (clipboard_.wasInterrupted()) ++counts_["copied at a moment of the click"];
 }
 
-/// With no regard to where the click is. What it copies may be transformed, but never be replaced by the result of
-/// another text; where that cannot be helped, unless it came when the click had looked for the last time.
+/// Regardless of how far the click is. What it copies may be transformed, but never replaced by the result of another
+/// text; where that cannot be avoided, at least not unless it came after the click's last look.
 void Soak::clickWhileOtherCopiesAtAnyTime() {
     SCOPED_TRACE("while another program copies at any time: " + std::string(transform_.rawValue()));
     copyText();
@@ -411,7 +411,7 @@ void Soak::account(const Race& race) {
         ++counts_["copied at any time, and is there"];
         isRight = isOfTheirs || isOfOurs || std::holds_alternative<ClipboardChanged>(race.outcome);
         held_ = race.theirs;
-        // A result can be the same text, and nobody can tell then whose it is.
+        // A result can be the same text, and then there is no way to tell whose it is.
         if (found == race.ofTheirs.held.bytes || found == race.ofOurs.held.bytes) copyText();
     } else if (found == race.ofTheirs.held.bytes && isOfTheirs) {
         ++counts_["copied at any time, and transformed"];
@@ -432,7 +432,7 @@ void Soak::clickWhileOwnerDies() {
     clipboard_.interrupt(moment, [this] { other_->process().kill(); });
     const PasteOutcome outcome = click();
     ++counts_["owner died"];
-    // Whether the display knows of a death is a matter of microseconds.
+    // Whether the display knows about a death is a matter of microseconds.
     const bool isAlwaysRead = moment == Moment::beforeWriting || moment == Moment::afterWriting;
     const bool isRead = moment == Moment::beforeSecondLook && std::holds_alternative<Success>(outcome);
     if (!isAlwaysRead && !isRead) return expectNoSuccessAndNothingHeld(outcome);
@@ -449,7 +449,7 @@ void Soak::clickWhileOwnerDiesInTheMiddle() {
     const PasteOutcome outcome = click();
     ++counts_["owner died in the middle of its answer"];
     if (!std::holds_alternative<Success>(outcome)) return expectNoSuccessAndNothingHeld(outcome);
-    // Nothing of another program is lost by that: its text went with it.
+    // No other program loses anything by that: its text went with it.
     EXPECT_FALSE(kTellsTheEndOfATextFromADeath);
     other_.reset();
     expect(ofBeginning, outcome);

@@ -1,4 +1,4 @@
-// What SystemPasteboard sees to for every back end: counting, a pending clearing, leaving nothing behind.
+// What SystemPasteboard does for every back end: counting, a pending clearing, leaving nothing behind.
 
 #include "Platform/Clipboard/SystemPasteboard.h"
 
@@ -18,7 +18,7 @@ namespace {
 using testing::ElementsAre;
 using testing::Optional;
 
-/// A back end that writes down its steps.
+/// A back end that records its steps.
 class Stepping final : public SystemPasteboard {
 public:
     int fileDescriptor() const override { return -1; }

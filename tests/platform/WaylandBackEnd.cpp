@@ -19,7 +19,7 @@ std::optional<std::string> pasteElsewhere(const std::string& target, SystemPaste
     return std::ranges::count(paster.types(), target) > 0 ? paster.read(target, pasteboard) : std::nullopt;
 }
 
-// A pipe is closed either way, and the compositor may learn of the death a moment later.
+// The pipe closes either way, and the compositor may learn of the death a moment later.
 const bool kTellsTheEndOfATextFromADeath = false;
 const bool kKeepsCopiesInTheMomentOfAWrite = false;
 

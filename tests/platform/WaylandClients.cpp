@@ -91,7 +91,7 @@ private:
              .cancelled = [] {}});
         for (const auto& each : plan_.content) source->offer(each.target);
         device_->setSelection(source.get());
-        sources_.push_back(std::move(source));  // the one before may be writing at present
+        sources_.push_back(std::move(source));  // the one before may still be writing
     }
 
     void reply(char letter) {

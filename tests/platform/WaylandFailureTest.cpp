@@ -1,4 +1,4 @@
-// WaylandPasteboard where the compositor fails.
+// WaylandPasteboard when the compositor fails.
 
 #include "tests/platform/WaylandClients.h"
 
@@ -41,7 +41,7 @@ TEST(WaylandFailure, WithoutACompositorThereIsAReason) {
 }
 
 TEST(WaylandFailure, CompositorThatNeverAnswersCostsItsLimit) {
-    // Accepts connections, as the kernel does for it, and says nothing.
+    // Accepts connections, since the kernel does that for it, and says nothing.
     const std::string path = std::string(getenv("XDG_RUNTIME_DIR")) + "/silent";
     const Descriptor socket(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
     sockaddr_un address = {};

@@ -1,5 +1,5 @@
-// The back end that needs the keyboard's focus, on a compositor where every window has it, and programs that use the
-// data control which that compositor offers besides.
+// The back end that needs the keyboard focus, on a compositor where every window has it, and programs that use the data
+// control that this compositor also offers.
 
 #include "tests/platform/FakeCompositor.h"
 #include "tests/platform/WaylandClients.h"
@@ -26,7 +26,7 @@ struct WithWindow {
     WaylandWindow window{compositor().display()};
 };
 
-/// A pasteboard with a window of its own, at which the user presses a key before each copy.
+/// A pasteboard with its own window, in which the user presses a key before each copy.
 class InUse final : private WithWindow, public FocusPasteboard {
 public:
     explicit InUse(ReadLimits limits) : FocusPasteboard(limits) {
@@ -56,7 +56,7 @@ std::optional<std::string> pasteElsewhere(const std::string& target, SystemPaste
     return std::ranges::count(paster.types(), target) > 0 ? paster.read(target, pasteboard) : std::nullopt;
 }
 
-// A pipe is closed either way, and the compositor may learn of the death a moment later.
+// The pipe closes either way, and the compositor may learn of the death a moment later.
 const bool kTellsTheEndOfATextFromADeath = false;
 const bool kKeepsCopiesInTheMomentOfAWrite = false;
 

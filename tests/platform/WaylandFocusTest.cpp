@@ -1,4 +1,4 @@
-// FocusPasteboard: what it can do while its window has the keyboard's focus, and that it does no harm while it has not.
+// FocusPasteboard: what it can do while its window has the keyboard focus, and that it does no harm while it has not.
 
 #include "Engine/Support/NonCopyable.h"
 #include "tests/platform/FakeCompositor.h"
@@ -25,7 +25,7 @@ using Type = Pasteboard::Type;
 
 class WaylandFocus : public testing::Test {
 protected:
-    /// What another program finds on the clipboard, which needs no focus for that.
+    /// What another program, which needs no focus for that, finds on the clipboard.
     std::optional<std::string> pasteElsewhere() {
         Process reader({CLIPBOARD_PROGRAM, "paste"});
         EXPECT_TRUE(serveUntil(*pasteboard_, [&] { return !reader.readOutput(); }));
@@ -191,7 +191,7 @@ TEST_F(WaylandFocus, WhatHasBeenAskedForIsServedToItsEndBeforeTheEnd) {
         while (reader.readOutput()) isReadable(reader.outputDescriptor(), 100ms);
         isAtItsEnd = true;
     });
-    // Nothing has been asked for yet.
+    // Nothing has been requested yet.
     EXPECT_TRUE(serveUntil(*pasteboard_, [&] { return isReadable(pasteboard_->fileDescriptor(), 10s); }));
     pasteboard_->finishTransfers(Clock::now() + kGenerously);
     pasteboard_.reset();
@@ -210,7 +210,7 @@ TEST_F(WaylandFocus, ReaderThatTakesNothingHoldsTheEndUpUntilTheDeadlineOnly) {
     EXPECT_LT(time, 1900ms);
 }
 
-/// Reads from a connection in a thread of its own, as toolkits do, and dispatches nothing.
+/// Reads from a connection in its own thread, as toolkits do, and dispatches nothing.
 class OtherReader : NonCopyable {
 public:
     explicit OtherReader(wl_display* display) : display_(display) {}

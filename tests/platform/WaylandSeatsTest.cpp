@@ -1,5 +1,4 @@
-// WaylandPasteboard on compositors that are not at hand: with the protocol's newer name, with seats that come and
-// go.
+// WaylandPasteboard on compositors that are not available: with the protocol's newer name, with seats that come and go.
 
 #include "tests/platform/FakeCompositor.h"
 #include "tests/platform/WaylandClients.h"

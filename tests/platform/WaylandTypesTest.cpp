@@ -1,4 +1,4 @@
-// The types by which WaylandPasteboard reads and offers texts.
+// The types under which WaylandPasteboard reads and offers texts.
 
 #include "tests/platform/WaylandClients.h"
 

@@ -12,7 +12,7 @@ namespace {
 
 class X11ChangeCount : public testing::Test {
 protected:
-    /// How far `action` moves the counter, with nothing but the action between the two looks at it.
+    /// How far `action` moves the counter, with only the action between the two looks at it.
     std::int64_t changesBy(const std::function<void()>& action) {
         const std::int64_t before = pasteboard_->changeCount();
         action();

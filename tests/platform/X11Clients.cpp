@@ -28,7 +28,7 @@ const Event& as(const xcb_generic_event_t& event) {
     return reinterpret_cast<const Event&>(event);
 }
 
-/// Numbers that no atom has from here on.
+/// No atom has this number or a higher one.
 constexpr xcb_atom_t kNoAtoms = 1'000'000;
 
 /// What runs in the process of a ForeignOwner.

@@ -14,7 +14,7 @@ namespace {
 
 using namespace std::literals;
 
-/// Every operation, in the order in which a transform and the end of the program come to them.
+/// Every operation, in the order in which a transform and the end of the program perform them.
 void expectNothingWorks(X11Pasteboard& pasteboard) {
     EXPECT_EQ(pasteboard.string(), std::nullopt);
     EXPECT_EQ(pasteboard.data(Pasteboard::Type::rtf), std::nullopt);

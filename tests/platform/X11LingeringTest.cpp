@@ -1,4 +1,4 @@
-// The process that keeps the text on the clipboard after the program's end: what is peculiar to X11.
+// The process that keeps the text on the clipboard after the program has quit: what is specific to X11.
 
 #include "tests/platform/Lingering.h"
 #include "tests/platform/X11Clients.h"

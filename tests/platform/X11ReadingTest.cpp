@@ -153,13 +153,13 @@ TEST(X11ReadingFromTrouble, OwnerThatWasGivenUpComesToItsEndOnceItGoesOn) {
     EXPECT_TRUE(serveUntil(*pasteboard, [&] { return owner.hasEndedTransfer(); }));
 }
 
-/// Whether the pasteboard comes to leave nothing on its window; it owns the clipboard afterwards.
+/// Whether the pasteboard eventually leaves nothing on its window; it owns the clipboard afterwards.
 bool leavesNothingBehind(X11Pasteboard& pasteboard) {
     pasteboard.setString("");
     X11Client client;
     return serveUntil(pasteboard, [&] {
         std::vector<std::string> names = client.propertiesOf(client.owner());
-        std::erase(names, "RAVLIN_CLOCK");  // which may be there, to ask for the time
+        std::erase(names, "RAVLIN_CLOCK");  // may be there, to ask for the time
         return names.empty();
     });
 }
@@ -170,7 +170,7 @@ TEST(X11ReadingFromTrouble, NothingStaysInTheServerOfAnAnswerThatCameTooLateOrIs
     late.process().stop();
     EXPECT_EQ(pasteboard->string(), std::nullopt);
     late.process().resume();
-    late.copyAgain();  // which it does after it has answered
+    late.copyAgain();  // it does so after it has answered
     EXPECT_TRUE(leavesNothingBehind(*pasteboard));
 
     const ForeignOwner large({.content = {{"UTF8_STRING", textOfSize(kImpatient.byteSize + 10)}}});

@@ -38,7 +38,7 @@ class X11ServingToOurselves : public X11Serving, public testing::WithParamInterf
 TEST_P(X11ServingToOurselves, IsExactToAnotherPasteboard) {
     const std::string text = textOfSize(GetParam());
     ASSERT_TRUE(pasteboard_->setString(text));
-    // The reader cannot wait and the owner serve in one process.
+    // One process cannot both wait as the reader and serve as the owner.
     Process reader([&] {
         std::string whyNot;
         const auto other = X11Pasteboard::open(nullptr, whyNot);
@@ -305,7 +305,7 @@ TEST_F(X11Serving, RequestsThatComeDuringAnOperationAreServedByIt) {
                           requestor.atom("UTF8_STRING"), requestor.atom("ANSWER"), XCB_CURRENT_TIME);
     requestor.synchronise();
     pasteboard_->changeCount();
-    // Nothing may be left in a queue that the descriptor knows nothing of.
+    // Nothing may be left in a queue that the descriptor does not announce.
     EXPECT_FALSE(isReadable(pasteboard_->fileDescriptor(), std::chrono::milliseconds(0)));
     requestor.synchronise();
     EXPECT_EQ(requestor.take()->bytes, "ours");

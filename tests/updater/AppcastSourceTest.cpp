@@ -84,7 +84,7 @@ protected:
             .text();
     }
 
-    /// What the user is told in the end, having asked for a check.
+    /// What the user learns in the end, having asked for a check.
     std::string check() {
         user.told.clear();
         updater.checkForUpdates();
@@ -263,7 +263,7 @@ TEST_F(AppcastSourceTest, AServerThatDoesNotServeIsGivenUp) {
         server.serve("/appcast.xml", answer);
         EXPECT_EQ(check(), "not fetched") << what;
     }
-    EXPECT_LT(sentBytes, 20 << 20);  // 1 MiB is the limit; the rest is what was on the way
+    EXPECT_LT(sentBytes, 20 << 20);  // 1 MiB is the limit; the rest was already under way
 }
 
 // What attackers do to the file

@@ -97,7 +97,7 @@ TEST_F(DownloaderTest, EndlessAnswersAreCutOff) {
     qint64 sentBytes = 0;
     server.serve("/endless", Server::endless("", sentBytes));
     EXPECT_EQ(get("/endless"), "failed: it is too large");
-    EXPECT_LT(sentBytes, 20 * kLimit);  // the rest is what was on the way
+    EXPECT_LT(sentBytes, 20 * kLimit);  // the rest was already under way
     server.serve("/large", Server::page(QByteArray(kLimit + 1, 'x')));
     EXPECT_EQ(get("/large"), "failed: it is too large");
 }

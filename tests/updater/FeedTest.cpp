@@ -197,7 +197,7 @@ TEST(Feed, ForgedChangedOrCutFeedsAreRefused) {
     for (const auto& [what, document] : attacks) EXPECT_FALSE(read(document).has_value()) << what;
 }
 
-/// One of the changes that chance or an attacker makes to a text.
+/// One of the changes that chance or an attacker might make to a text.
 QByteArray mutate(const QByteArray& text, std::mt19937& random) {
     const auto below = [&random](qsizetype limit) {
         return std::uniform_int_distribution<qsizetype>(0, limit - 1)(random);

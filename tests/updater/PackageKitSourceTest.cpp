@@ -84,7 +84,7 @@ TEST_F(PackageKitSourceTest, AnUpdateIsOfferedInstalledAndStarted) {
     EXPECT_EQ(install(), "relaunched");
     EXPECT_EQ(relaunched, "/usr/bin/ravlin");
     EXPECT_THAT(user.told, ElementsAre("checking", "found 1.1.0-1", "downloading", "installing", "dismissed"));
-    // No filter, and only what a repository has signed.
+    // No filter, and only packages that a repository has signed.
     EXPECT_THAT(packageKit().transaction.calls,
                 ElementsAre("GetUpdates 2 ", "UpdatePackages 2 ravlin;1.1.0-1;amd64;stable"));
 }

@@ -88,7 +88,7 @@ TEST(Signature, AKeyIsExactly32BytesOfBase64) {
     }
 }
 
-// Arithmetic modulo the prime of Curve25519, to find out which points the rejected keys are.
+// Arithmetic modulo the prime of Curve25519, to find which points the rejected keys are.
 class Field {
 public:
     using Number = std::unique_ptr<BIGNUM, decltype(&BN_free)>;

@@ -28,17 +28,17 @@
 
 namespace {
 
-/// Where the process that these tests fork off is killed, if anywhere.
+/// Where the process that these tests fork is killed, if anywhere.
 enum class Step { none, written, unnamed, named, replaced };
 Step killedAt = Step::none;
 
-/// Whether files can be without a name, which not every file system knows.
+/// Whether files can be without a name, which not every file system supports.
 bool knowsUnnamedFiles = true;
 
 }  // namespace
 
-// These stand in for the C library's own, which make the file, come after its bytes have been written, give it a name,
-// and put it in the old one's place.
+// These stand in for the C library's own, which make the file, follow the writing of its bytes, give it a name, and put
+// it in the old one's place.
 extern "C" int fdatasync(int descriptor) {
     if (killedAt == Step::written) kill(getpid(), SIGKILL);
     return fsync(descriptor);
@@ -113,7 +113,7 @@ protected:
                 .executable = path("unpacked/usr/bin/ravlin")};
     }
 
-    /// The wait status of a process of its own that does `work`, and then exits with 0, or with 1 where that fails.
+    /// The wait status of a separate process that does `work`, and then exits with 0, or with 1 if that fails.
     static int inAnotherProcess(const std::function<bool()>& work) {
         const pid_t child = fork();
         if (child == 0) _exit(work() ? 0 : 1);
@@ -122,7 +122,8 @@ protected:
         return status;
     }
 
-    /// For a process of its own: an administrator simply may, and others become one of their own little world.
+    /// For a separate process: an administrator simply may, and others become the administrator of a namespace of their
+    /// own.
     static bool getMountsOfItsOwn() {
         const QByteArray user = QByteArray::number(geteuid());
         const QByteArray group = QByteArray::number(getegid());
@@ -177,7 +178,7 @@ TEST_F(SingleFileInstallerTest, FollowsLinksToTheFile) {
 }
 
 TEST_F(SingleFileInstallerTest, LeavesAnotherProgramsFileAlone) {
-    // A terminal that is an AppImage hands its own variables down to every program it starts.
+    // A terminal that is an AppImage passes its own variables on to every program it starts.
     Surroundings surroundings = usual();
     for (const char* const executable : {"", "unpacked-elsewhere/ravlin", "unpacked"}) {
         surroundings.executable = path(executable);
@@ -232,7 +233,7 @@ TEST_F(SingleFileInstallerTest, ARunningFileIsReplaced) {
     EXPECT_EQ(SingleFileInstaller::replace(path("Ravlin.AppImage"), "new"), std::nullopt);
     char bytes[4] = {};
     EXPECT_EQ(::read(running, bytes, 3), 3);
-    EXPECT_STREQ(bytes, "old");  // what runs goes on with what it was started from
+    EXPECT_STREQ(bytes, "old");  // a running program keeps the file that it was started from
     close(running);
 }
 
@@ -269,7 +270,7 @@ TEST_F(SingleFileInstallerTest, AFolderThatIsGoneIsTold) {
     EXPECT_TRUE(SingleFileInstaller::replace(path("gone/Ravlin.AppImage"), "new").has_value());
 }
 
-// The kernel kills a process that writes beyond its limit: in the very middle of its writing.
+// The kernel kills a process that writes beyond its limit, right in the middle of writing.
 TEST_F(SingleFileInstallerTest, KilledWhileWritingItLeavesTheOldFile) {
     const int status = inAnotherProcess([this] {
         const rlimit noCore = {0, 0};
@@ -340,7 +341,7 @@ TEST_F(SingleFileInstallerTest, OnlyItsOwnRemainsAreRemoved) {
           ".ravlin-update-0123456789abcdef0123456789abcdeF", ".ravlin-update-0123456789abcdef0123456789abcdef0",
           ".ravlin-update-0123456789abcdef0123456789abcdef.txt", "ravlin-update-0123456789abcdef0123456789abcdef"})
         write(path(name), "kept");
-    // Whatever has such a name without being a plain file that has no other.
+    // Anything with such a name, except a plain file with no other name.
     ASSERT_TRUE(QFile::link(path("unpacked/usr/bin/ravlin"), path(".ravlin-update-00000000000000000000000000000001")));
     ASSERT_EQ(
         link(qPrintable(path("Ravlin.AppImage")), qPrintable(path(".ravlin-update-00000000000000000000000000000002"))),
@@ -367,7 +368,7 @@ TEST_F(SingleFileInstallerTest, InASharedFolderNothingIsTakenForRemains) {
     EXPECT_TRUE(QFile::exists(path(kRemain)));
 }
 
-// Several copies may run, each on a desktop of its own, and all of one file.
+// Several copies may run, each on its own desktop, and all from one file.
 TEST_F(SingleFileInstallerTest, CopiesThatUpdateAtOnceDoNotDisturbEachOther) {
     constexpr int kCopies = 4;
     constexpr int kRounds = 50;
@@ -397,7 +398,7 @@ TEST_F(SingleFileInstallerTest, CopiesThatUpdateAtOnceDoNotDisturbEachOther) {
 
 TEST_F(SingleFileInstallerTest, ALinkThatSomebodyPlantedLeadsNowhere) {
     if (geteuid() != 0) GTEST_SKIP() << "there is no second user to play";
-    // Another user's link, in a folder where nobody can remove what others have put there.
+    // Another user's link, in a folder where users cannot remove each other's files.
     constexpr uid_t kVictim = 65534;
     const QString victim = path("unpacked/profile");
     write(victim, "the user's own");
@@ -433,7 +434,7 @@ TEST_F(SingleFileInstallerTest, AFolderThatEverybodyMayWriteToIsRefused) {
     }
 }
 
-/// Whether /etc/passwd and /etc/group show somebody else in this group, or the group under a name of its own.
+/// Whether /etc/passwd and /etc/group show another user in this group, or the group under another name.
 bool isListedAsShared(gid_t group, const std::string& user) {
     const auto fieldsOf = [](const std::string& line) {
         std::vector<std::string> fields(1);
@@ -464,7 +465,7 @@ TEST_F(SingleFileInstallerTest, AFolderThatAGroupMayWriteToIsRefusedUnlessTheUse
 }
 
 TEST_F(SingleFileInstallerTest, AFolderWhoseAccessListLetsOthersWriteIsRefused) {
-    // Version 2; this user and the group may do everything, and so may user 65534, as far as the mask lets anybody.
+    // Version 2; this user and the group may do everything, and so may user 65534, as far as the mask allows.
     const auto listWithMask = [](char mask) {
         const auto entry = [](char tag, char rights, const QByteArray& id) {
             return QByteArray().append(tag).append('\0').append(rights).append('\0') + id;
@@ -499,7 +500,7 @@ TEST_F(SingleFileInstallerTest, TheNewFileIsNobodyElsesToWrite) {
 }
 
 TEST_F(SingleFileInstallerTest, ALinkInThePlaceOfTheFileIsNotReplaced) {
-    // Whoever was asked for the file's place before was told where the link leads to.
+    // A caller that asked for the target before got what the link leads to.
     ASSERT_TRUE(QFile::rename(path("Ravlin.AppImage"), path("unpacked/moved")));
     ASSERT_TRUE(QFile::link(path("unpacked/moved"), path("Ravlin.AppImage")));
     EXPECT_TRUE(SingleFileInstaller::replace(path("Ravlin.AppImage"), "new").has_value());

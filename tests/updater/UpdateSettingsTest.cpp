@@ -15,7 +15,7 @@ using tests::SigningKey;
 
 class UpdateSettingsTest : public testing::Test {
 protected:
-    /// Each text is a file of its own, since Qt remembers those that it has read.
+    /// Each text is a separate file, since Qt remembers those that it has read.
     UpdateSettings read(const QByteArray& text) {
         QFile file(folder.filePath(QStringLiteral("%1.ini").arg(++files)));
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
@@ -100,7 +100,7 @@ TEST_F(UpdateSettingsTest, WhatCannotBeUsedIsAProblem) {
         "[Update]\nInstallKind=appimage\nFeedURL=https://ravlin.example/\nPublicEDKey=AAAA\n",
         "[Update]\nInstallKind=appimage\nFeedURL=https://ravlin.example/\nPublicEDKey=" +
             SigningKey(1).publicKeyText() + ",AAAA\n",
-        // A key that anybody can "sign" with.
+        // A key that anyone can "sign" with.
         "[Update]\nInstallKind=appimage\nFeedURL=https://ravlin.example/\nPublicEDKey=" +
             SigningKey(1).publicKeyText() + "," + QByteArray(32, '\0').toBase64() + "\n",
     };

@@ -18,7 +18,7 @@ using testing::IsEmpty;
 using tests::RecordingUser;
 using State = Updater::State;
 
-/// Does nothing but remember what it was asked for; the test says what comes of it.
+/// Only remembers what it was asked for; the test supplies the results.
 class FakeSource final : public UpdateSource {
 public:
     void check(bool isAskedForByUser) override { asked.emplace_back(isAskedForByUser ? "check" : "check quietly"); }

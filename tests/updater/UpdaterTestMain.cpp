@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 int main(int argc, char** argv) {
-    // The servers of these tests are on this machine, where no proxy leads to.
+    // These tests' servers are on this machine, which no proxy leads to.
     for (const char* const name : {"http_proxy", "https_proxy", "all_proxy", "HTTP_PROXY", "HTTPS_PROXY", "ALL_PROXY"})
         qunsetenv(name);
     testing::InitGoogleTest(&argc, argv);

@@ -20,7 +20,7 @@ protected:
     }
     static std::string name(QAccessibleInterface& each) { return each.text(QAccessible::Name).toStdString(); }
 
-    /// The names of everything below `parent` that is shown and has one, in the order of a screen reader.
+    /// The names of everything below `parent` that is shown and has one, in a screen reader's order.
     static void collect(QAccessibleInterface& parent, std::vector<std::string>& names) {
         for (int i = 0; i < parent.childCount(); ++i) {
             QAccessibleInterface* const child = parent.child(i);
@@ -116,7 +116,7 @@ TEST_F(AccessibilityTest, ThePinnedCopyOfAHeaderIsNotReadASecondTime) {
     EXPECT_EQ(name(interface), "");
 }
 
-/// What assistive technology is told. Only a real desktop has somebody to tell.
+/// What assistive technology is notified of. Only a real desktop has any.
 class AnnouncementTest : public AccessibilityTest {
 protected:
     void SetUp() override {

@@ -14,8 +14,8 @@
 namespace ravlin {
 namespace {
 
-/// What every part of the panel looks like: its colour as it is drawn, its font, its sizes. In a font so large that the
-/// strokes of its letters have pixels of nothing but their colour.
+/// What every part of the panel looks like: its colour as drawn, its font, its sizes. In a font so large that the
+/// strokes of its letters have pixels of exactly their colour.
 class AppearanceTest : public tests::PanelFixture {
 protected:
     static constexpr qreal kPoints = 20;
@@ -31,7 +31,7 @@ protected:
 
     PanelColors colors() const { return PanelColors(panel->palette()); }
 
-    /// The strongest colour of what is drawn on the ground: the one that differs most from it.
+    /// The strongest colour drawn on the ground: the one that differs most from it.
     static std::string ink(const QImage& image, const QColor& ground) {
         std::set<QRgb> drawn;
         for (int y = 0; y < image.height(); ++y)
@@ -299,7 +299,7 @@ TEST_F(AppearanceTest, TheFooterHasQuitAtItsRightEndAndCheckForUpdatesAtItsLeft)
     EXPECT_EQ(panel->height() - bottom(quitButton()), 12);
 }
 
-// The looks that depend on the state are told apart
+// The looks that depend on the state can be told apart
 
 TEST_F(AppearanceTest, TheScrollBarIsSeenWhereThereIsMoreAndOnlyThere) {
     EXPECT_TRUE(list().verticalScrollBar()->isVisible());

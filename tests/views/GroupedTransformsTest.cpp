@@ -64,7 +64,7 @@ TEST(GroupedTransforms, BlanksAroundTheQueryAndItsLetterCaseDoNotCount) {
 TEST(GroupedTransforms, TheUsersLanguageDoesNotCount) {
     UErrorCode status = U_ZERO_ERROR;
     const std::string before = uloc_getDefault();
-    uloc_setDefault("tr_TR", &status);  // where "I" is another letter than "i"
+    uloc_setDefault("tr_TR", &status);  // where "I" is a different letter from "i"
     EXPECT_THAT(found("TITLE"), ElementsAre("titleCase"));
     uloc_setDefault(before.c_str(), &status);
 }

@@ -23,7 +23,7 @@ protected:
     }
     std::string focusName() const { return panel->focusWidget()->objectName().toStdString(); }
 
-    /// Whether the highlighted row is wholly in view and not under the pinned header.
+    /// Whether the highlighted row is completely in view and not under the pinned header.
     bool highlightIsInFullView() const {
         const TransformRow& highlightedRow = row(*list().highlighted());
         const auto& pinned = find<SectionHeader>("pinnedHeader");

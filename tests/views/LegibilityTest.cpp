@@ -26,7 +26,7 @@ protected:
         EXPECT_TRUE(!text.isElided() || mayBeElided(label)) << name;
     }
 
-    /// Whether `widget` is wholly inside the panel's padding.
+    /// Whether `widget` is completely inside the panel's padding.
     void expectInsideThePanel(const QWidget& widget) const {
         const QRect place(widget.mapTo(panel.get(), QPoint()), widget.size());
         const QRect content = panel->rect().adjusted(12, 12, -12, -12);

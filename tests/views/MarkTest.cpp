@@ -23,7 +23,7 @@ protected:
         pasteboard.copyTextElsewhere("{}");
     }
 
-    /// Every row that looks different from one that nobody has chosen, with its ground's name.
+    /// Every row that looks different from an unchosen one, with its ground's name.
     std::vector<std::string> lit() const {
         const PanelColors colors(panel->palette());
         std::vector<std::string> found;

@@ -91,7 +91,7 @@ TEST(PanelColors, SecondaryAndTertiaryStepBackFromTheText) {
     }
 }
 
-/// Whether two grounds can be told apart by their lightness or by their colour.
+/// Whether two grounds can be told apart by lightness or colour.
 bool differ(const QColor& one, const QColor& other) {
     return contrast(one, other) > 1.1 || std::abs(one.hsvSaturationF() - other.hsvSaturationF()) > 0.08F;
 }

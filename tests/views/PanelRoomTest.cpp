@@ -8,10 +8,10 @@
 namespace ravlin {
 namespace {
 
-/// The panel where there is not as much room as it would like: only the list gives way.
+/// The panel with less room than it would like: only the list gives way.
 class PanelRoomTest : public tests::PanelFixture {
 protected:
-    static constexpr int kSmallest = 456;  // what 800x480 leaves beside a bar of 24
+    static constexpr int kSmallest = 456;  // what a 24-pixel bar leaves of 800x480
 
     void openIn(int room) {
         panel->setRoom(room);
@@ -20,7 +20,7 @@ protected:
     int bottom(const QWidget& widget) const { return widget.mapTo(panel.get(), QPoint(0, widget.height())).y(); }
     int top(const QWidget& widget) const { return widget.mapTo(panel.get(), QPoint()).y(); }
 
-    /// Where everything that a pointer can be on stands: the field, and what is in view of the list.
+    /// Where everything is that a pointer can be on: the field, and what is in view of the list.
     std::map<std::string, int> places() const {
         std::map<std::string, int> tops = {{"searchField", top(search())}, {"list", top(list())}};
         for (const auto* const each : list().widget()->findChildren<TransformRow*>())

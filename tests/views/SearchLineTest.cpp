@@ -200,7 +200,7 @@ TEST_F(SearchLineTest, ARightClickOpensThatMenu) {
     menu->close();
 }
 
-// What the tear-down looks for: other applications' primary selection is not taken away.
+// The tear-down checks this: other applications keep their primary selection.
 TEST_F(SearchLineTest, SelectingAndMiddleClickingLeaveThePrimarySelectionAlone) {
     setText("json pretty");
     QTest::mouseDClick(&line, Qt::LeftButton, {}, QPoint(8, line.height() / 2));

@@ -58,7 +58,7 @@ protected:
     }
     static QPushButton& button(const char* name) { return *page().findChild<QPushButton*>(QString::fromUtf8(name)); }
     static void click(const char* name) {
-        QCoreApplication::processEvents();  // the layout of what has just been shown
+        QCoreApplication::processEvents();  // lays out what has just been shown
         QTest::mouseClick(&button(name), Qt::LeftButton);
     }
 
@@ -100,7 +100,7 @@ protected:
         }
     }
 
-    /// As long as a check may take before it shows itself, and closes what has shown that.
+    /// Waits as long as a check may take before it shows a window, and closes the window that showed this.
     static void waitUntilAnotherCheckShowsItself() {
         UpdateWindows clock;
         clock.showChecking([] {});
@@ -405,8 +405,8 @@ TEST_F(UpdateWindowsTest, OneWindowShowsOneThingAfterTheOther) {
     showAllOf([first] { EXPECT_EQ(&window(), first); });
 }
 
-// Qt's own description of a scroll area crashes where a scroll bar that was counted has been hidden before it is asked
-// for, as happens whenever a window closes while assistive technology reads it.
+// Qt's own description of a scroll area crashes if a scroll bar that was counted is hidden before it is asked for, as
+// happens whenever a window closes while assistive technology reads it.
 TEST_F(UpdateWindowsTest, NotesAreReadToTheEndAlsoWhileTheyClose) {
     installAccessibleRoles();
     FoundUpdate lengthy = update();

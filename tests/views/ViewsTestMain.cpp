@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-// The tests draw off screen, unless a desktop is asked for by name.
+// The tests draw off screen, unless a platform is requested by name.
 int main(int argc, char** argv) {
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
     testing::InitGoogleTest(&argc, argv);

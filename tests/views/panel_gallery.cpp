@@ -1,8 +1,8 @@
 // panel_gallery [--dark] [--scale 1|2] [--points N] FOLDER: draws the panel in each of its states to PNG files.
-// panel_gallery [--dark] [--scale 1|2] --compare KEPT FOLDER: draws the same, and fails where a picture differs from
-// the kept one of the same name. What differs is left in FOLDER, beside a picture of the difference. panel_gallery
-// [--dark] [--scale 1|2] [--points N] --show: shows the panel on the desktop, with a clipboard of its own, and tells
-// how long its first frame took.
+// panel_gallery [--dark] [--scale 1|2] --compare KEPT FOLDER: draws the same, and fails if a picture differs from the
+// kept one of the same name. Those that differ are left in FOLDER, each with a picture of the difference.
+// panel_gallery [--dark] [--scale 1|2] [--points N] --show: shows the panel on the desktop, with its own clipboard, and
+// reports how long its first frame took.
 
 #include "Engine/TextTransform.h"
 #include "Views/MenuView.h"
@@ -228,15 +228,15 @@ QString fileName(const char* name) {
 /// Their bars move.
 const QStringList kMoving = {QStringLiteral("update-checking"), QStringLiteral("update-installing")};
 
-/// By how much two colours differ in the channel in which they differ most.
+/// The difference of two colours in the channel in which it is greatest.
 int distance(QRgb a, QRgb b) {
     return std::max({std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)), std::abs(qBlue(a) - qBlue(b))});
 }
 
-/// Kept pictures take half the room with fewer shades at the edges of letters: each may be off by so much.
+/// Kept pictures take half the room with fewer shades at the edges of letters: each may be off by this much.
 constexpr int kShadeStep = 3;
 
-/// What each colour of a picture is kept as: itself where nothing like it is more frequent.
+/// What each colour of a picture is kept as: itself, unless a similar one is more frequent.
 std::map<QRgb, QRgb> keptColors(const QImage& picture) {
     std::map<QRgb, int> counts;
     for (int y = 0; y < picture.height(); ++y)
@@ -255,7 +255,7 @@ std::map<QRgb, QRgb> keptColors(const QImage& picture) {
     return result;
 }
 
-/// The same picture with a byte a pixel, where it has few enough colours.
+/// The same picture with one byte per pixel, if it has few enough colours.
 QImage withTable(const QImage& picture) {
     constexpr qsizetype kMaxColors = 256;
     QList<QRgb> colors;
@@ -272,7 +272,7 @@ QImage withTable(const QImage& picture) {
 }
 
 void keep(const QImage& picture, const QString& file) {
-    constexpr int kSmallestFile = 0;  // of the quality, which stands for the effort with this format
+    constexpr int kSmallestFile = 0;  // the quality, which means the effort for this format
     const std::map<QRgb, QRgb> colors = keptColors(picture);
     QImage kept(picture.size(), QImage::Format_RGB32);
     for (int y = 0; y < picture.height(); ++y)
@@ -280,7 +280,7 @@ void keep(const QImage& picture, const QString& file) {
     if (!withTable(kept).save(file, "PNG", kSmallestFile)) qFatal("cannot write %s", qUtf8Printable(file));
 }
 
-/// Compares pictures with kept ones. Two machines with the same version of one system draw the same, but for a shade
+/// Compares pictures with kept ones. Two machines with the same version of one system draw the same, except for a shade
 /// where their processors round a blended colour differently: every pixel counts.
 class Comparison {
 public:
@@ -326,7 +326,7 @@ private:
     int failureCount_ = 0;
 };
 
-/// Tells how long it took until the first frame of the panel was drawn.
+/// Reports how long it took until the panel's first frame was drawn.
 class FrameClock final : public QObject {
 public:
     FrameClock() { clock_.start(); }
@@ -401,11 +401,11 @@ int main(int argc, char** argv) {
     parser.addHelpOption();
     parser.process(application);
 
-    // The same wherever it is drawn, but for the size of the font.
+    // The same wherever it is drawn, except for the font size.
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     QFont font(QStringLiteral("DejaVu Sans"));
     font.setPointSizeF(parser.value(points).toDouble());
-    font.setStyleStrategy(QFont::NoSubpixelAntialias);  // which belongs to a screen
+    font.setStyleStrategy(QFont::NoSubpixelAntialias);  // subpixels belong to a screen
     QApplication::setFont(font);
     QApplication::setPalette(parser.isSet(dark) ? ravlin::tests::darkPalette() : ravlin::tests::lightPalette());
     if (isShown) return showPanel();
