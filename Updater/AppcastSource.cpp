@@ -104,7 +104,7 @@ void AppcastSource::install() {
                           {.byteSize = enclosure.byteSize, .idle = patience_.idle, .total = patience_.file});
 }
 
-/// In a thread of its own, since disks may be slow and the panel is to stay usable.
+/// In a separate thread, since disks may be slow and the panel has to stay usable.
 void AppcastSource::put(const QByteArray& contents) {
     Q_EMIT installing();
     const auto result = std::make_shared<std::optional<UpdateFailure>>();

@@ -47,7 +47,7 @@ void Downloader::start(const QUrl& url, const DownloadLimits& limits) {
     body_.clear();
     const bool isSafe = Address::isSafe(url);
     deadlineCause_ = isSafe ? QStringLiteral("it took too long") : QStringLiteral("its address is not safe");
-    // The idle limit starts anew with each byte, so a drip needs a limit of its own.
+    // The idle limit restarts with each byte, so a drip needs a separate limit.
     deadline_.start(isSafe ? limits.total : std::chrono::milliseconds(0));
     if (isSafe) request(url);
 }

@@ -473,7 +473,7 @@ void Soak::clickWhileOwnerHangs() {
 // ---- The tests -----------------------------------------------------------------------------------------------------
 
 std::uint64_t numberFrom(const char* variable, std::uint64_t otherwise) {
-    const char* const text = std::getenv(variable);  // NOLINT(concurrency-mt-unsafe): nobody sets it
+    const char* const text = std::getenv(variable);  // NOLINT(concurrency-mt-unsafe): nothing sets it
     return text == nullptr ? otherwise : std::strtoull(text, nullptr, 10);
 }
 

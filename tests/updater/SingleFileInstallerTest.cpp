@@ -394,7 +394,7 @@ TEST_F(SingleFileInstallerTest, CopiesThatUpdateAtOnceDoNotDisturbEachOther) {
     EXPECT_EQ(names(), "Ravlin.AppImage unpacked");
 }
 
-// Who else may write beside it
+// Who else may write to its folder
 
 TEST_F(SingleFileInstallerTest, ALinkThatSomebodyPlantedLeadsNowhere) {
     if (geteuid() != 0) GTEST_SKIP() << "there is no second user to play";
