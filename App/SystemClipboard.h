@@ -11,6 +11,9 @@ namespace ravlin {
 
 /// The desktop's clipboard as the program's general pasteboard: connects it to the event loop, and reopens it if its
 /// connection is lost.
+///
+/// Text that Qt's own widgets or a screen reader put on Qt's clipboard is moved to this one at once. Qt serves its
+/// clipboard from the event loop, and this program's next read, which waits for the owner, would wait for itself.
 class SystemClipboard final : public QObject {
     Q_OBJECT
 
@@ -26,6 +29,7 @@ public:
 
 private:
     void processEvents();
+    void takeOverFromQt();
 
     std::unique_ptr<SystemPasteboard> pasteboard_;
     std::unique_ptr<QSocketNotifier> notifier_;

@@ -56,6 +56,9 @@ bool StatusItem::isShown() const {
 bool StatusItem::eventFilter(QObject* watched, QEvent* event) {
     // The colours of the session have changed, and so have those in which the host paints the icon.
     if (watched == qGuiApp && event->type() == QEvent::ApplicationPaletteChange) Q_EMIT notifierItem_.NewIcon();
+    // Qt's window for an XEmbed icon, made when a tray appears, has no title and would go by the program's file name.
+    if (event->type() == QEvent::WinIdChange && watched->inherits("QSystemTrayIconSys"))
+        qobject_cast<QWidget*>(watched)->setWindowTitle(QStringLiteral("Ravlin"));
     return QObject::eventFilter(watched, event);
 }
 
@@ -98,6 +101,7 @@ void StatusItem::paintXEmbedIcon() {
 QMenu& StatusItem::popupMenu() {
     if (popupMenu_ == nullptr) {
         popupMenu_ = std::make_unique<QMenu>();
+        popupMenu_->setWindowTitle(QStringLiteral("Ravlin"));
         popupMenu_->addActions({&openAction_, &checkForUpdatesAction_, &quitAction_});
     }
     return *popupMenu_;

@@ -199,6 +199,19 @@ class Updates(UpdatesTest):
         self.look_for("You’re up to date!", "up-to-date")
         wait_for_text(f"Ravlin {NEXT_VERSION} is currently the newest version available.")
 
+    def test_what_is_copied_from_the_notes_is_transformed_like_any_copy(self):
+        (self.folder / "notes.md").write_text("It finds arrows\n")
+        self.publish(NEXT_VERSION, "--notes", str(self.folder / "notes.md"))
+        self.start()
+        self.check()
+        notes = eventually(lambda: desktop.find_accessible(lambda each: each.get_name() == "Release Notes"), "notes")
+        eventually(lambda: Atspi.Component.grab_focus(notes) and desktop.has_focus(notes), "the notes have the keyboard")
+        desktop.press_key("ctrl+a", "ctrl+c")
+        eventually(lambda: (desktop.clipboard() or "").strip() == "It finds arrows", "they are copied")
+        self.open_panel()
+        desktop.press("UPPERCASE")
+        eventually(lambda: (desktop.clipboard() or "").strip() == "IT FINDS ARROWS", "the clipboard is rewritten")
+
     def test_the_clipboard_survives_the_update(self):
         self.publish(NEXT_VERSION)
         self.start()
@@ -270,7 +283,7 @@ class Updates(UpdatesTest):
         self.start()
         self.folder.chmod(0o1777)
         self.check()
-        desktop.press("Install Update")
+        desktop.press("Install and Relaunch")
         self.look_for("Update Error", "shared-folder")
         self.assert_not_installed(f"other users may write to the folder “{self.folder}”; move Ravlin to one of your own")
         self.assertNotIn("/Ravlin.AppImage", self.server.requests)
@@ -281,7 +294,7 @@ class Updates(UpdatesTest):
         self.start()
         self.check()
         rest = self.server.hold("/Ravlin.AppImage")
-        desktop.press("Install Update")
+        desktop.press("Install and Relaunch")
         wait_for_text("Downloading update…")
         happens()
         rest.set()
@@ -318,7 +331,7 @@ class Updates(UpdatesTest):
         self.server.pages.update({"/appcast.xml": new_pages["/appcast.xml"],
                                   "/Ravlin.AppImage": old_pages["/Ravlin.AppImage"]})
         self.check()
-        desktop.press("Install Update")
+        desktop.press("Install and Relaunch")
         eventually(lambda: desktop.find_accessible(lambda each: (each.get_name() or "").startswith(
             ("The update is not signed", "The update could not be downloaded"))), "the file is refused")
         # One feed's items with another's signature.

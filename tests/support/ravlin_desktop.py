@@ -367,6 +367,10 @@ def search_field(has_keyboard=False):
                            and (not has_keyboard or has_focus(each)))
 
 
+def is_showing(accessible):
+    return accessible.get_state_set().contains(Atspi.StateType.SHOWING)
+
+
 def has_focus(accessible):
     return accessible.get_state_set().contains(Atspi.StateType.FOCUSED)
 
@@ -401,8 +405,61 @@ def extents_of(accessible):
 
 
 def wait_for_text(text):
-    """Waits until a screen reader can read this text in the panel."""
-    eventually(lambda: find_accessible(lambda each: each.get_name() == text), f"the panel says {text!r}")
+    """Waits until a screen reader can read this text in the panel, where it calls the keys as this keyboard does."""
+    spoken = text.replace("⌘V", "Control V")
+    eventually(lambda: find_accessible(lambda each: each.get_name() == spoken), f"the panel says {spoken!r}")
+
+
+class ScreenReader:
+    """Hears what a screen reader does of the program: what gets the focus, and what is announced. A line each, in the
+    words that it has for it; where the focus comes into another group, that comes first."""
+
+    EVENTS = ("window:activate", "object:state-changed:focused", "object:state-changed:showing")
+
+    def __init__(self):
+        self.lines = []
+        self.group = None
+        self.focus = None
+        self.listener = Atspi.EventListener.new(self._hear)
+        for event in self.EVENTS:
+            self.listener.register(event)
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        for event in self.EVENTS:
+            self.listener.deregister(event)
+
+    def _hear(self, event):
+        with contextlib.suppress(GLib.Error):  # objects may go while they are looked at
+            if event.source.get_application().get_name() not in ("ravlin", "Ravlin"):
+                return
+            if event.type == "window:activate":
+                self.lines.append(f"{event.source.get_role_name()} {event.source.get_name()!r}")
+                self.group = self.focus = None
+            elif event.type.endswith(":focused") and event.detail1:
+                self._hear_focus(event.source)
+            elif event.source.get_role() == Atspi.Role.NOTIFICATION and event.detail1:
+                self.lines.append(f"announced: {event.source.get_name()}")
+
+    def _hear_focus(self, accessible):
+        group = accessible.get_parent()
+        group = group if group.get_role() == Atspi.Role.PANEL else None
+        name = group.get_name() if group else None
+        words = [f"{accessible.get_role_name()} {accessible.get_name()!r}"]
+        if accessible.get_description():
+            words.append(accessible.get_description())
+        if group:
+            rows = [each for each in (group.get_child_at_index(i) for i in range(group.get_child_count()))
+                    if each.get_role() == accessible.get_role() and is_showing(each)]
+            words.append(f"{rows.index(accessible) + 1} of {len(rows)}")
+        if name != self.group and group:
+            self.lines.append(f"group {name!r}")
+        self.group = name
+        if words != self.focus:  # which may be told twice, by the window and by what is in it
+            self.lines.append(", ".join(words))
+        self.focus = words
 
 
 # The session bus
