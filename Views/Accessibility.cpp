@@ -1,9 +1,10 @@
 #include "Views/Accessibility.h"
 
+#include "Views/Announcer.h"
 #include "Views/MenuView.h"
 #include "Views/ReleaseNotes.h"
 #include "Views/SectionHeader.h"
-#include "Views/StatusLabel.h"
+#include "Views/TransformSection.h"
 
 #include <QAbstractScrollArea>
 #include <QAccessible>
@@ -19,7 +20,8 @@ std::optional<QAccessible::Role> roleOf(const QObject* object) {
     if (const auto* const header = qobject_cast<const SectionHeader*>(object);
         header != nullptr && header->kind() == SectionHeader::Kind::inList)
         return QAccessible::Heading;
-    if (qobject_cast<const StatusLabel*>(object) != nullptr) return QAccessible::Notification;
+    if (qobject_cast<const TransformSection*>(object) != nullptr) return QAccessible::Grouping;
+    if (qobject_cast<const Announcer*>(object) != nullptr) return QAccessible::Notification;
     // Qt's own description of a scroll area crashes if a scroll bar is counted and then hidden before it is asked for.
     if (qobject_cast<const ReleaseNotes*>(object) != nullptr) return QAccessible::Document;
     if (qobject_cast<const QAbstractScrollArea*>(object) != nullptr) return QAccessible::Client;

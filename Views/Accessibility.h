@@ -2,7 +2,7 @@
 
 namespace ravlin {
 
-/// Describes the panel's own widgets to assistive technology: a window, headings, and a status that is announced.
+/// Describes the panel's own widgets to assistive technology: a window, groups with headings, and what is announced.
 /// Everything else describes itself. May be called more than once.
 void installAccessibleRoles();
 

@@ -3,12 +3,14 @@
 #include "App/UpdaterController.h"
 #include "Engine/PasteboardService.h"
 #include "Views/Accessibility.h"
+#include "Views/Announcer.h"
 #include "Views/Divider.h"
 #include "Views/Feedback.h"
 #include "Views/Footer.h"
 #include "Views/GroupedTransforms.h"
 #include "Views/Metrics.h"
 #include "Views/PanelColors.h"
+#include "Views/QtText.h"
 #include "Views/SearchField.h"
 #include "Views/SearchLine.h"
 #include "Views/StatusLine.h"
@@ -74,6 +76,7 @@ MenuView::MenuView(UpdaterController& updater, QWidget* parent)
     layout->addWidget(statusLine_ = new StatusLine(this));
     layout->addWidget(new Divider(this));
     layout->addWidget(footer_ = footer());
+    announcer_ = new Announcer(this);
 
     connect(searchField_, &SearchField::queryChanged, this, &MenuView::showMatches);
     connect(list_, &TransformList::triggered, this, &MenuView::apply);
@@ -103,6 +106,7 @@ QWidget* MenuView::hint() {
         QStringLiteral("Copy text, pick a transform — it's ready to paste with ⌘V."),
         {.style = TextStyle::caption, .color = &PanelColors::secondary, .width = Metrics::kContentWidth}, this);
     hint->setObjectName(QStringLiteral("hintLabel"));
+    hint->setAccessibleName(spoken(hint->text()));
     return hint;
 }
 
@@ -126,11 +130,12 @@ void MenuView::apply(TextTransform transform) {
     feedback_ = feedback.text;
     feedbackOK_ = feedback.ok;
     showStatus();
-    statusLine_->announce();
+    announcer_->say(toQString(feedback.text));
 }
 
 void MenuView::showMatches() {
     list_->showGroups(groupedTransforms(query().toStdString()), query());
+    announcer_->saySoon(list_->summary());
     refresh();
 }
 
@@ -178,6 +183,7 @@ bool MenuView::event(QEvent* event) {
 
 void MenuView::setVisible(bool visible) {
     isHiding_ = !visible;
+    if (isHiding_) announcer_->silence();  // else it would speak again when the panel opens
     QWidget::setVisible(visible);
     isHiding_ = false;
 }
@@ -203,6 +209,7 @@ void MenuView::followFocus(QWidget* now) {
     if (now == &searchField_->line()) return list_->markFirstMatch();
     const auto* const row = qobject_cast<TransformRow*>(now);
     list_->mark(row != nullptr ? std::optional(row->transform()) : std::nullopt);
+    if (row != nullptr) list_->bringIntoView(row->transform());  // where assistive technology moved the focus
 }
 
 void MenuView::resizeEvent(QResizeEvent* event) {

@@ -9,6 +9,7 @@
 
 namespace ravlin {
 
+class Announcer;
 class Footer;
 class SearchField;
 class StatusLine;
@@ -96,6 +97,7 @@ private:
     TransformList* list_ = nullptr;
     StatusLine* statusLine_ = nullptr;
     Footer* footer_ = nullptr;
+    Announcer* announcer_ = nullptr;
     int room_ = QWIDGETSIZE_MAX;
     bool isHiding_ = false;
 };

@@ -1,10 +1,11 @@
 #include "Views/StatusLine.h"
 
+#include "Views/Announcer.h"
 #include "Views/Divider.h"
 #include "Views/Metrics.h"
 #include "Views/QtText.h"
-#include "Views/StatusLabel.h"
 #include "Views/SymbolView.h"
+#include "Views/TextLabel.h"
 
 #include <QEvent>
 
@@ -16,7 +17,7 @@ StatusLine::StatusLine(QWidget* parent)
     : QWidget(parent),
       divider_(new Divider(this)),
       symbol_(new SymbolView({}, this)),
-      label_(new StatusLabel({}, {.style = TextStyle::caption, .maxLines = Metrics::kStatusMaxLines}, this)) {
+      label_(new TextLabel({}, {.style = TextStyle::caption, .maxLines = Metrics::kStatusMaxLines}, this)) {
     label_->setObjectName(QStringLiteral("statusLabel"));
     fit();
 }
@@ -28,12 +29,8 @@ void StatusLine::setFeedback(const Feedback& feedback) {
                       .color = color});
     label_->setColor(color);
     label_->setText(toQString(feedback.text));
-    label_->setAccessibleName(label_->text());
+    label_->setAccessibleName(spoken(label_->text()));
     fit();
-}
-
-void StatusLine::announce() {
-    label_->announce();
 }
 
 void StatusLine::changeEvent(QEvent* event) {

@@ -6,8 +6,8 @@
 
 namespace ravlin {
 
-class StatusLabel;
 class SymbolView;
+class TextLabel;
 
 /// The outcome of the last run: a divider, and under it a pictogram and at most two lines of text.
 class StatusLine final : public QWidget {
@@ -19,10 +19,7 @@ public:
     /// Shows `feedback` in place of what was shown before.
     void setFeedback(const Feedback& feedback);
 
-    /// Has assistive technology read the text out.
-    void announce();
-
-    StatusLabel& label() const { return *label_; }
+    TextLabel& label() const { return *label_; }
     SymbolView& symbol() const { return *symbol_; }
 
 protected:
@@ -33,7 +30,7 @@ private:
 
     QWidget* divider_;
     SymbolView* symbol_;
-    StatusLabel* label_;
+    TextLabel* label_;
 };
 
 }  // namespace ravlin

@@ -2,9 +2,11 @@
 
 #include "Views/Metrics.h"
 #include "Views/PanelScrollBar.h"
+#include "Views/QtText.h"
 #include "Views/SectionHeader.h"
 #include "Views/TextLabel.h"
 #include "Views/TransformRow.h"
+#include "Views/TransformSection.h"
 
 #include <QCursor>
 #include <QEvent>
@@ -29,21 +31,27 @@ TransformList::TransformList(QWidget* parent)
     setFixedWidth(Metrics::kContentWidth + Metrics::kScrollBarWidth);
 
     emptyText_->setObjectName(QStringLiteral("emptyText"));
-    for (const TransformCategory category : TransformCategory::allCases()) headers_[category] = sectionHeader(category);
+    for (const TransformCategory category : TransformCategory::allCases())
+        sections_[category] = new TransformSection(category, content_);
     setWidget(content_);
     pinnedHeader_ = new SectionHeader(TransformCategory::clean, SectionHeader::Kind::pinned, viewport());
     pinnedHeader_->setObjectName(QStringLiteral("pinnedHeader"));
+    QAccessible::installActivationObserver(this);
 }
 
-SectionHeader* TransformList::sectionHeader(TransformCategory category) {
-    return new SectionHeader(category, SectionHeader::Kind::inList, content_);
+TransformList::~TransformList() {
+    QAccessible::removeActivationObserver(this);
+}
+
+void TransformList::accessibilityActiveChanged(bool /*isActive*/) {
+    showRows();
 }
 
 // Inserts the row in the order of the list, in which assistive technology finds the rows, whenever it is made.
 TransformRow* TransformList::transformRow(TextTransform transform) {
     if (const auto made = rows_.find(transform); made != rows_.end()) return made->second;
-    auto* const row = new TransformRow(transform, content_);
-    if (QWidget* const next = firstWidgetAfter(transform)) row->stackUnder(next);
+    auto* const row = new TransformRow(transform, sections_.at(transform.category()));
+    if (TransformRow* const next = nextRowInSection(transform)) row->stackUnder(next);
     connect(row, &QAbstractButton::clicked, this, [this, transform] { Q_EMIT triggered(transform); });
     connect(row, &TransformRow::pointedAt, this, [this, transform] { pointAt(transform); });
     connect(row, &TransformRow::pointerLeft, this, [this, transform] {
@@ -54,12 +62,10 @@ TransformRow* TransformList::transformRow(TextTransform transform) {
     return row;
 }
 
-QWidget* TransformList::firstWidgetAfter(TextTransform transform) const {
-    if (const auto row = rows_.upper_bound(transform);
-        row != rows_.end() && TextTransform(row->first).category() == transform.category())
-        return row->second;
-    const auto header = headers_.upper_bound(transform.category());
-    return header == headers_.end() ? nullptr : header->second;
+TransformRow* TransformList::nextRowInSection(TextTransform transform) const {
+    const auto next = rows_.upper_bound(transform);
+    const bool isInSection = next != rows_.end() && next->second->transform().category() == transform.category();
+    return isInSection ? next->second : nullptr;
 }
 
 void TransformList::showGroups(const std::vector<TransformGroup>& groups, const QString& query) {
@@ -69,6 +75,14 @@ void TransformList::showGroups(const std::vector<TransformGroup>& groups, const 
     markFirstMatch();
 }
 
+QString TransformList::summary() const {
+    const std::size_t count = geometry_.rows().size();
+    if (count == 0) return emptyText_->text();
+    if (!isSearch_) return QStringLiteral("%1 transforms").arg(count);
+    const QString matches = count == 1 ? QStringLiteral("1 match") : QStringLiteral("%1 matches").arg(count);
+    return matches + QStringLiteral(", Return runs ") + toQString(geometry_.rows().front().transform.title());
+}
+
 void TransformList::list(const std::vector<TransformGroup>& groups, const QString& query) {
     mark(std::nullopt);
     groups_ = groups;
@@ -76,14 +90,14 @@ void TransformList::list(const std::vector<TransformGroup>& groups, const QStrin
     emptyText_->setText(QStringLiteral("No transforms match “") + query + QStringLiteral("”."));
     layOut();
     verticalScrollBar()->setValue(0);
-    showWhatIsInView();
+    showRows();
 }
 
 void TransformList::layOut() {
     geometry_ = ListGeometry(groups_, SectionHeader::heightFor(font()), [this](TextTransform transform) {
         return TransformRow::heightFor(transform, Metrics::kContentWidth, font());
     });
-    placeHeaders();
+    placeSections();
     placeRows();
     placeEmptyText();
     const int height = groups_.empty()
@@ -108,25 +122,26 @@ void TransformList::fitIntoRoom() {
     setFixedHeight(std::min(content_->height(), limit_));
 }
 
-void TransformList::placeHeaders() {
-    for (const auto& [category, header] : headers_) {
+void TransformList::placeSections() {
+    for (const auto& [category, section] : sections_) {
         const auto found =
             std::ranges::find(geometry_.headers(), TransformCategory(category), &ListGeometry::Header::category);
         const bool isListed = found != geometry_.headers().end();
-        header->setVisible(isListed);
-        if (isListed) header->setGeometry(0, found->top, Metrics::kContentWidth, header->sizeHint().height());
+        section->setVisible(isListed);
+        if (isListed) section->setGeometry(0, found->top, Metrics::kContentWidth, found->sectionBottom - found->top);
     }
 }
 
 void TransformList::placeRows() {
     for (const auto& [transform, row] : rows_) {
         const std::optional<std::size_t> index = geometry_.indexOf(transform);
-        if (index) {
-            const ListGeometry::Row& place = geometry_.rows()[*index];
-            row->setGeometry(0, place.top, Metrics::kContentWidth, place.height);
-        }
+        if (index) place(*row, geometry_.rows()[*index]);
         row->setVisible(index.has_value());
     }
+}
+
+void TransformList::place(TransformRow& row, const ListGeometry::Row& place) {
+    row.setGeometry(0, place.top - row.parentWidget()->y(), Metrics::kContentWidth, place.height);
 }
 
 void TransformList::placeEmptyText() {
@@ -134,11 +149,12 @@ void TransformList::placeEmptyText() {
     emptyText_->setVisible(groups_.empty());
 }
 
-void TransformList::showWhatIsInView() {
+void TransformList::showRows() {
     const int top = scrollPosition();
-    for (const ListGeometry::Row& place : geometry_.rowsBetween(top, top + viewport()->height())) {
-        TransformRow* const row = transformRow(place.transform);
-        row->setGeometry(0, place.top, Metrics::kContentWidth, place.height);
+    const auto inView = geometry_.rowsBetween(top, top + viewport()->height());
+    for (const ListGeometry::Row& each : QAccessible::isActive() ? geometry_.rows() : inView) {
+        TransformRow* const row = transformRow(each.transform);
+        place(*row, each);
         row->show();
     }
     updatePinnedHeader();
@@ -214,6 +230,12 @@ std::optional<std::size_t> TransformList::markedIndex() const {
     return marked_ ? geometry_.indexOf(*marked_) : std::nullopt;
 }
 
+void TransformList::bringIntoView(TextTransform transform) {
+    const std::optional<std::size_t> index = geometry_.indexOf(transform);
+    if (index && transformRow(transform)->visibleRegion().isEmpty())
+        verticalScrollBar()->setValue(geometry_.scrollToShow(*index, scrollPosition(), height()));
+}
+
 bool TransformList::moveHighlight(Move move) {
     const std::optional<std::size_t> target = targetOf(move);
     if (target) highlight(*target);
@@ -238,7 +260,7 @@ std::optional<std::size_t> TransformList::targetOf(Move move) const {
 
 void TransformList::highlight(std::size_t index) {
     verticalScrollBar()->setValue(geometry_.scrollToShow(index, scrollPosition(), height()));
-    showWhatIsInView();
+    showRows();
     const TextTransform transform = geometry_.rows()[index].transform;
     transformRow(transform)->setFocus();
     mark(transform);
@@ -266,7 +288,7 @@ void TransformList::changeEvent(QEvent* event) {
     QScrollArea::changeEvent(event);
     if (event->type() != QEvent::FontChange) return;
     layOut();
-    showWhatIsInView();
+    showRows();
 }
 
 void TransformList::keyPressEvent(QKeyEvent* event) {
@@ -275,7 +297,7 @@ void TransformList::keyPressEvent(QKeyEvent* event) {
 
 void TransformList::resizeEvent(QResizeEvent* event) {
     QScrollArea::resizeEvent(event);
-    showWhatIsInView();
+    showRows();
     keepHighlightInView();
 }
 
@@ -290,7 +312,7 @@ void TransformList::keepHighlightInView() {
 
 void TransformList::scrollContentsBy(int dx, int dy) {
     QScrollArea::scrollContentsBy(dx, dy);
-    showWhatIsInView();
+    showRows();
 }
 
 // The panel decides where Tab goes; a scroll area would scroll in its own way afterwards.

@@ -4,6 +4,7 @@
 #include "Views/Metrics.h"
 #include "Views/TransformRow.h"
 
+#include <QAccessible>
 #include <QScrollArea>
 
 #include <cstddef>
@@ -15,23 +16,29 @@ namespace ravlin {
 
 class SectionHeader;
 class TextLabel;
+class TransformSection;
 
 /// The scrolling list of transforms in their sections. Rows are made when they first come into view, so that the panel
-/// opens at once.
+/// opens at once; where assistive technology is in use, which has to find every row, all of them are made.
 ///
 /// At most one row stands out, the one that the pointer or the keyboard chose, whichever moved last. While there is a
 /// marked row, which Return runs, the pointer moves the mark; otherwise it only hovers. The row that the keyboard
 /// chose, the highlighted one, is marked and has the keyboard focus.
-class TransformList final : public QScrollArea {
+class TransformList final : public QScrollArea, QAccessible::ActivationObserver {
     Q_OBJECT
 
 public:
     enum class Move : std::uint8_t { up, down, pageUp, pageDown, first, last };
 
     explicit TransformList(QWidget* parent = nullptr);
+    ~TransformList() override;
 
     /// Lists `groups` from the top; if there are none, says that nothing matches `query` (as typed).
     void showGroups(const std::vector<TransformGroup>& groups, const QString& query);
+
+    /// What is listed, in a few words.
+    ///     "54 transforms", "2 matches, Return runs UPPERCASE", "No transforms match “xyz”."
+    QString summary() const;
 
     /// The transform that Return runs, or nothing.
     std::optional<TextTransform> marked() const { return marked_; }
@@ -44,6 +51,9 @@ public:
 
     /// The highlighted transform, or nothing.
     std::optional<TextTransform> highlighted() const;
+
+    /// Scrolls to the row of `transform` if it is out of view.
+    void bringIntoView(TextTransform transform);
 
     /// Moves the highlight and scrolls along. Without a highlight, moving down or to an end enters the list. False, and
     /// nothing changes, if that would leave the list at its top or nothing is listed.
@@ -75,17 +85,18 @@ protected:
     bool focusNextPrevChild(bool next) override;
 
 private:
-    SectionHeader* sectionHeader(TransformCategory category);
     TransformRow* transformRow(TextTransform transform);
-    QWidget* firstWidgetAfter(TextTransform transform) const;
+    TransformRow* nextRowInSection(TextTransform transform) const;
 
     void list(const std::vector<TransformGroup>& groups, const QString& query);
     void layOut();
     void fitIntoRoom();
-    void placeHeaders();
+    void placeSections();
     void placeRows();
+    void place(TransformRow& row, const ListGeometry::Row& place);
     void placeEmptyText();
-    void showWhatIsInView();
+    void showRows();
+    void accessibilityActiveChanged(bool isActive) override;
     void keepHighlightInView();
     void updatePinnedHeader();
 
@@ -103,7 +114,7 @@ private:
     QWidget* content_;
     TextLabel* emptyText_;
     SectionHeader* pinnedHeader_ = nullptr;
-    std::map<TransformCategory::Case, SectionHeader*> headers_;
+    std::map<TransformCategory::Case, TransformSection*> sections_;
     std::map<TextTransform::Case, TransformRow*> rows_;
     bool isSearch_ = false;
     std::optional<TextTransform> marked_;

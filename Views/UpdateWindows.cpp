@@ -69,15 +69,14 @@ void addAnswers(UpdatePage& page, const FoundUpdate& update, const std::function
                        [answer] { answer(UpdateAnswer::skip); });
     page.addButton(QStringLiteral("Remind Me Later"), QStringLiteral("laterButton"),
                    [answer] { answer(UpdateAnswer::later); });
-    QPushButton* const first = update.canBeInstalled
-                                   ? page.addButton(QStringLiteral("Install and Relaunch"), QStringLiteral("installButton"),
-                                                    [answer] { answer(UpdateAnswer::install); })
-                                   : page.addButton(QStringLiteral("Learn More…"), QStringLiteral("learnMoreButton"),
-                                                    [answer, link = update.link] {
-                                                        if (ReleaseNotes::mayOpen(link))
-                                                            QDesktopServices::openUrl(link);
-                                                        answer(UpdateAnswer::later);
-                                                    });
+    QPushButton* const first =
+        update.canBeInstalled ? page.addButton(QStringLiteral("Install and Relaunch"), QStringLiteral("installButton"),
+                                               [answer] { answer(UpdateAnswer::install); })
+                              : page.addButton(QStringLiteral("Learn More…"), QStringLiteral("learnMoreButton"),
+                                               [answer, link = update.link] {
+                                                   if (ReleaseNotes::mayOpen(link)) QDesktopServices::openUrl(link);
+                                                   answer(UpdateAnswer::later);
+                                               });
     UpdatePage::setDefault(first);
 }
 

@@ -16,7 +16,7 @@ import unittest
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "support"))
 import ravlin_desktop as desktop  # noqa: E402
 import readme  # noqa: E402
-from gi.repository import GLib  # noqa: E402
+from gi.repository import Atspi, GLib  # noqa: E402
 from ravlin_desktop import eventually, wait_for_no_panel, wait_for_panel, wait_for_text  # noqa: E402
 
 PROGRAM = sys.argv.pop(1)
@@ -31,6 +31,8 @@ def server_time():
 
 
 class DesktopTest(unittest.TestCase):
+    maxDiff = None
+
     def start(self, **environment):
         ravlin = desktop.Ravlin(PROGRAM, **environment)
         self.addCleanup(self.assert_no_crash, ravlin)
@@ -179,6 +181,54 @@ class MainJob(DesktopTest):
         self.ravlin.process.terminate()
         self.assertEqual(self.ravlin.wait_for_end(), 0)
         self.assertEqual(self.ravlin.output(), LOG)
+
+
+class ScreenReader(DesktopTest):
+    """The way of a user who sees nothing of the panel. spoken.txt tells what is done, after ">", and what a screen
+    reader has to say."""
+
+    def do(self, step):
+        if step == "opens the panel":
+            self.click_icon()
+        elif step == "pastes":
+            self.reader.lines.append(f"text on the clipboard: {desktop.clipboard()}")
+        elif step.startswith("types "):
+            desktop.type_text(step.removeprefix("types "))
+        else:
+            desktop.press_key(*step.removeprefix("presses ").split(", "))
+
+    def test_from_opening_to_success_and_from_a_search_without_matches_back(self):
+        kept = pathlib.Path(__file__).with_name("spoken.txt").read_text().splitlines()
+        self.show_tray()
+        with desktop.ScreenReader() as self.reader:
+            self.start()
+            eventually(desktop.accessible_application, "the screen reader sees the program")
+            self.copy("hello")
+            expected = []
+            for line in kept:
+                expected.append(line)
+                if line.startswith("> "):
+                    self.reader.lines.append(line)
+                    self.do(line.removeprefix("> "))
+                    continue
+                try:
+                    eventually(lambda: len(self.reader.lines) >= len(expected), line, seconds=10)
+                except AssertionError:
+                    self.fail("\n".join(["what was said is:", *self.reader.lines]))
+        self.assertEqual("\n".join(self.reader.lines), "\n".join(kept))
+
+    def test_what_it_copies_from_the_search_field_is_transformed_like_any_copy(self):
+        self.show_tray()
+        self.start()
+        self.copy("other")
+        self.click_icon()
+        wait_for_panel()
+        desktop.search_for("upper")
+        self.assertTrue(Atspi.EditableText.copy_text(desktop.search_field(), 0, 5))
+        self.assert_clipboard("upper")
+        desktop.press("UPPERCASE")
+        wait_for_text("UPPERCASE — ready, paste with ⌘V  (5→5 chars)")
+        self.assert_clipboard("UPPER")
 
 
 class Panel(DesktopTest):

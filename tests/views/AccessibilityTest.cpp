@@ -1,3 +1,4 @@
+#include "Views/Announcer.h"
 #include "tests/views/PanelFixture.h"
 
 #include <QAccessible>
@@ -69,7 +70,8 @@ TEST_F(AccessibilityTest, EveryControlHasAName) {
         {"clearButton", QAccessible::PushButton, "Clear search"},
         {"checkForUpdatesButton", QAccessible::PushButton, "Check for Updates…"},
         {"quitButton", QAccessible::PushButton, "Quit"},
-        {"statusLabel", QAccessible::Notification, "Clipboard is empty — copy some text first"},
+        {"statusLabel", QAccessible::StaticText, "Clipboard is empty — copy some text first"},
+        {"announcer", QAccessible::Notification, "Clipboard is empty — copy some text first"},
         {"titleLabel", QAccessible::StaticText, "Ravlin"},
         {"section.Clean", QAccessible::Heading, "Clean"},
         {"section.Encode / Dev", QAccessible::Heading, "Encode / Dev"},
@@ -90,11 +92,12 @@ TEST_F(AccessibilityTest, EveryControlHasAName) {
 TEST_F(AccessibilityTest, ThePanelIsReadFromTopToBottom) {
     type("json");
     panel->apply(TextTransform::upperCase);
-    EXPECT_THAT(
-        readOut(),
-        testing::ElementsAre("Ravlin", "Copy text, pick a transform — it's ready to paste with ⌘V.",
-                             "Search transforms", "Clear search", "Transforms", "Convert", "JSON Pretty", "JSON Minify",
-                             "Clipboard is empty — copy some text first", "Check for Updates…", "Quit"));
+    EXPECT_THAT(readOut(),
+                testing::ElementsAre("Ravlin", "Copy text, pick a transform — it's ready to paste with Control V.",
+                                     "Search transforms", "Clear search", "Transforms", "Convert", "Convert",
+                                     "JSON Pretty", "JSON Minify", "Clipboard is empty — copy some text first",
+                                     "Check for Updates…", "Quit", "Clipboard is empty — copy some text first"))
+        << "a group and its heading have one name, and what has just been announced comes last";
 }
 
 TEST_F(AccessibilityTest, RowsAreReadInVisualOrderWhateverOrderTheyWereMadeIn) {
@@ -102,7 +105,7 @@ TEST_F(AccessibilityTest, RowsAreReadInVisualOrderWhateverOrderTheyWereMadeIn) {
     listed();
     std::vector<std::string> expected;
     for (const TransformGroup& group : groupedTransforms("")) {
-        expected.emplace_back(group.category.title());
+        expected.insert(expected.end(), 2, std::string(group.category.title()));  // the group, and its heading
         for (const TextTransform transform : group.items) expected.emplace_back(transform.title());
     }
     std::vector<std::string> names;
@@ -135,6 +138,17 @@ protected:
         ASSERT_EQ(bus.call(QStringLiteral("GetAddress")).type(), QDBusMessage::ReplyMessage);
     }
 
+    /// What was announced since the events were cleared.
+    static std::vector<std::string> announced() {
+        std::vector<std::string> texts;
+        for (const auto& [event, object] : events()) {
+            if (event != QAccessible::ObjectShow) continue;
+            QAccessibleInterface& interface = describe(*object);
+            if (interface.role() == QAccessible::Notification) texts.push_back(name(interface));
+        }
+        return texts;
+    }
+
     using Event = std::pair<QAccessible::Event, QObject*>;
     static std::vector<Event>& events() {
         static std::vector<Event> all;
@@ -145,17 +159,100 @@ private:
     static void record(QAccessibleEvent* event) { events().emplace_back(event->type(), event->object()); }
 };
 
-TEST_F(AnnouncementTest, EveryRunIsAnnounced) {
-    for (int run = 0; run < 2; ++run) {
+TEST_F(AnnouncementTest, EveryOutcomeIsAnnouncedOnce) {
+    for (int run = 0; run < 3; ++run) {
         events().clear();
         panel->apply(TextTransform::upperCase);
-        EXPECT_THAT(events(), testing::Contains(Event(QAccessible::ObjectShow, &status()))) << run;
-        EXPECT_EQ(name(describe(status())), statusText());
+        EXPECT_THAT(announced(), testing::ElementsAre("Clipboard is empty — copy some text first")) << run;
+    }
+    close();
+    events().clear();
+    open();
+    EXPECT_THAT(announced(), testing::IsEmpty()) << "an outcome is no news when the panel opens again";
+}
+
+TEST_F(AnnouncementTest, WhatIsSpokenNamesTheKeysOfThisKeyboard) {
+    pasteboard.copyTextElsewhere("hello");
+    panel->apply(TextTransform::upperCase);
+    EXPECT_THAT(announced(), testing::ElementsAre("UPPERCASE — ready, paste with Control V  (5→5 chars)"));
+    EXPECT_EQ(name(describe(status())), "UPPERCASE — ready, paste with Control V  (5→5 chars)");
+    EXPECT_EQ(statusText(), "UPPERCASE — ready, paste with ⌘V  (5→5 chars)") << "as it is seen";
+    EXPECT_EQ(find<TextLabel>("hintLabel").text().toStdString(),
+              "Copy text, pick a transform — it's ready to paste with ⌘V.");
+}
+
+TEST_F(AnnouncementTest, TheNumberOfMatchesIsAnnouncedOnceTheUserPauses) {
+    const struct {
+        const char* typed;
+        const char* announcement;
+    } vectors[] = {{"json", "2 matches, Return runs JSON Pretty"},
+                   {" pretty", "1 match, Return runs JSON Pretty"},
+                   {"xyz", "No transforms match “json prettyxyz”."}};
+    for (const auto& [typed, announcement] : vectors) {
+        events().clear();
+        type(typed);
+        EXPECT_THAT(announced(), testing::IsEmpty()) << "while letters follow each other";
+        ASSERT_TRUE(QTest::qWaitFor([this] { return !announced().empty(); })) << typed;
+        EXPECT_THAT(announced(), testing::ElementsAre(announcement));
     }
     events().clear();
-    pasteboard.copyElsewhere({});
+    press(Qt::Key_Escape);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !announced().empty(); }));
+    EXPECT_THAT(announced(), testing::ElementsAre(std::to_string(TextTransform::allCases().size()) + " transforms"));
+}
+
+TEST_F(AnnouncementTest, AnOutcomeTakesThePlaceOfANumberThatWasStillToBeSaid) {
+    type("upper");
     panel->apply(TextTransform::upperCase);
-    EXPECT_THAT(events(), testing::Contains(Event(QAccessible::NameChanged, &status())));
+    auto& announcer = find<Announcer>("announcer");
+    EXPECT_FALSE(announcer.isAboutToSpeak());
+    EXPECT_THAT(announced(), testing::ElementsAre("Clipboard is empty — copy some text first"));
+    type("x");
+    EXPECT_TRUE(announcer.isAboutToSpeak());
+    close();
+    EXPECT_FALSE(announcer.isAboutToSpeak()) << "nothing is said of a panel that is closed";
+}
+
+TEST_F(AnnouncementTest, EveryRowIsFoundInItsSectionThoughOutOfView) {
+    QAccessibleInterface& content = describe(*list().widget());
+    std::vector<std::vector<std::string>> sections;
+    for (int i = 0; i < content.childCount(); ++i) {
+        QAccessibleInterface& section = *content.child(i);
+        if (section.state().invisible) continue;
+        EXPECT_EQ(section.role(), QAccessible::Grouping);
+        sections.push_back({name(section)});
+        EXPECT_EQ(section.child(0)->role(), QAccessible::Heading);
+        for (int j = 1; j < section.childCount(); ++j) {
+            QAccessibleInterface& each = *section.child(j);
+            EXPECT_EQ(section.indexOfChild(&each), j);
+            EXPECT_FALSE(each.state().invisible);
+            EXPECT_GT(each.rect().height(), 0);
+            EXPECT_TRUE(each.actionInterface()->actionNames().contains(QAccessibleActionInterface::pressAction()));
+            sections.back().push_back(name(each) + ": " + each.text(QAccessible::Description).toStdString());
+        }
+    }
+    std::vector<std::vector<std::string>> expected;
+    for (const TransformGroup& group : groupedTransforms("")) {
+        expected.push_back({std::string(group.category.title())});
+        for (const TextTransform transform : group.items)
+            expected.back().push_back(std::string(transform.title()) + ": " + std::string(transform.subtitle()));
+    }
+    EXPECT_EQ(sections, expected);
+}
+
+TEST_F(AnnouncementTest, ARowOutOfViewCanBePressedAndTakesTheFocusIntoView) {
+    const TextTransform last = TextTransform::allCases().back();
+    TransformRow& lastRow = row(last);
+    EXPECT_TRUE(inView(lastRow).isEmpty());
+    pasteboard.copyTextElsewhere("hello");
+    QAccessibleActionInterface& actions = *describe(lastRow).actionInterface();
+    actions.doAction(QAccessibleActionInterface::pressAction());
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !announced().empty(); }));
+    EXPECT_THAT(announced(), testing::ElementsAre(testing::StartsWith(std::string(last.title()) + " — ready")));
+    actions.doAction(QAccessibleActionInterface::setFocusAction());
+    EXPECT_TRUE(lastRow.hasFocus());
+    EXPECT_EQ(inView(lastRow).height(), lastRow.height());
+    EXPECT_EQ(list().marked(), last) << "what Return runs";
 }
 
 TEST_F(AnnouncementTest, TheHighlightIsToldAsFocus) {

@@ -4,6 +4,7 @@
 #include "Views/Metrics.h"
 #include "tests/views/PanelFixture.h"
 
+#include <QAccessible>
 #include <QHelpEvent>
 #include <QToolTip>
 
@@ -194,6 +195,7 @@ TEST_F(MenuViewTest, ANewListStartsAtItsTop) {
 // --- Rows --------------------------------------------------------------------------------------------------------
 
 TEST_F(MenuViewTest, OnlyRowsInViewAreMade) {
+    if (QAccessible::isActive()) GTEST_SKIP() << "assistive technology has to find every row, so all are made";
     open();
     EXPECT_GT(list().madeRowCount(), 4U);
     EXPECT_LE(list().madeRowCount(), 11U);
@@ -311,7 +313,7 @@ TEST_F(MenuViewTest, StaysLeftToRightOnARightToLeftDesktop) {
 TEST_F(MenuViewTest, TheHeaderOfTheSectionInViewStaysAtTheTop) {
     open();
     const auto& pinned = find<SectionHeader>("pinnedHeader");
-    const int caseTop = find<QWidget>("section.Case").y();
+    const int caseTop = topInList(find<QWidget>("section.Case"));
     const struct {
         int scroll;
         const char* text;

@@ -7,11 +7,12 @@
 #include "Views/QtText.h"
 #include "Views/SearchLine.h"
 #include "Views/SectionHeader.h"
-#include "Views/StatusLabel.h"
 #include "Views/SymbolView.h"
+#include "Views/TextLabel.h"
 #include "Views/TextStyle.h"
 #include "Views/TransformList.h"
 #include "Views/TransformRow.h"
+#include "Views/TransformSection.h"
 #include "tests/support/FakePasteboard.h"
 #include "tests/views/FakeUpdater.h"
 #include "tests/views/Palettes.h"
@@ -80,7 +81,7 @@ protected:
     }
     SearchLine& search() const { return find<SearchLine>("searchField"); }
     QAbstractButton& clearButton() const { return find<QAbstractButton>("clearButton"); }
-    StatusLabel& status() const { return find<StatusLabel>("statusLabel"); }
+    TextLabel& status() const { return find<TextLabel>("statusLabel"); }
     QPushButton& checkForUpdatesButton() const { return find<QPushButton>("checkForUpdatesButton"); }
     QPushButton& quitButton() const { return find<QPushButton>("quitButton"); }
     TransformList& list() const { return find<TransformList>("transformList"); }
@@ -98,6 +99,8 @@ protected:
         return QRect(topLeft, widget.size()).intersected(list().viewport()->rect());
     }
 
+    int topInList(const QWidget& widget) const { return widget.mapTo(list().widget(), QPoint()).y(); }
+
     /// The titles of the section headers and rows in the list, from top to bottom, collected by scrolling through all
     /// of it.
     std::vector<std::string> listed() {
@@ -105,9 +108,9 @@ protected:
         scrollTo(list().verticalScrollBar()->maximum());
         std::vector<std::pair<int, std::string>> parts;
         for (const auto* const header : list().widget()->findChildren<SectionHeader*>())
-            if (header->isVisible()) parts.emplace_back(header->y(), header->text().toStdString());
+            if (header->isVisible()) parts.emplace_back(topInList(*header), header->text().toStdString());
         for (const auto* const each : list().widget()->findChildren<TransformRow*>())
-            if (each->isVisible()) parts.emplace_back(each->y(), each->transform().title());
+            if (each->isVisible()) parts.emplace_back(topInList(*each), each->transform().title());
         std::ranges::sort(parts);
         std::vector<std::string> titles;
         for (const auto& [y, title] : parts) titles.push_back(title);
