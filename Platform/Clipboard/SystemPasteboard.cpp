@@ -42,7 +42,7 @@ std::optional<std::string> SystemPasteboard::data(Type type) {
         // If we read our own text through the system, we would wait for ourselves.
         const Text own = ownText();
         if (own == nullptr) content = read(type);
-        if (own != nullptr && type == Type::string) content = *own;
+        if (own != nullptr && type == Type::string) content = own->text();
     });
     return content;
 }
@@ -66,7 +66,7 @@ bool SystemPasteboard::setString(std::string_view text) {
     bool isWritten = false;
     perform([&] {
         isClearPending_ = false;
-        isWritten = synchronise() && write(std::make_shared<const std::string>(text), changeCount_);
+        isWritten = synchronise() && write(std::make_shared<const OfferedText>(text), changeCount_);
     });
     return isWritten;
 }
@@ -75,7 +75,7 @@ bool SystemPasteboard::replaceIfUnchanged(std::int64_t count, std::string_view t
     bool isWritten = false;
     perform([&] {
         isClearPending_ = false;
-        isWritten = !isOvertaken(count) && write(std::make_shared<const std::string>(text), count);
+        isWritten = !isOvertaken(count) && write(std::make_shared<const OfferedText>(text), count);
     });
     return isWritten;
 }

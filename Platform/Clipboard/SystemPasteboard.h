@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Engine/Pasteboard.h"
+#include "Platform/Clipboard/OfferedText.h"
 
 #include <chrono>
 #include <cstdint>
@@ -56,7 +57,7 @@ public:
     void lingerIfOwner();
 
 protected:
-    using Text = std::shared_ptr<const std::string>;
+    using Text = std::shared_ptr<const OfferedText>;
 
     /// Whether the system lets this program know what is on the clipboard.
     virtual bool hasAccess() const { return true; }

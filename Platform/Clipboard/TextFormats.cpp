@@ -52,13 +52,4 @@ std::optional<std::string> decodedUntyped(const TextFormat& format, std::string 
     return decoded(isLatin1 ? Encoding::latin1 : Encoding::utf8, std::move(bytes));
 }
 
-bool canHold(const TextFormat& format, std::string_view text) {
-    return format.type == Type::string && (format.encoding != Encoding::latin1 || Latin1::canHold(text));
-}
-
-std::shared_ptr<const std::string> encoded(const TextFormat& format, std::shared_ptr<const std::string> text) {
-    if (format.encoding != Encoding::latin1) return text;
-    return std::make_shared<const std::string>(Latin1::fromUTF8(*text).value_or(""));
-}
-
 }  // namespace ravlin::TextFormats

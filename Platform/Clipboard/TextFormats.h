@@ -4,7 +4,6 @@
 
 #include <array>
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -69,13 +68,6 @@ std::optional<std::string> decoded(Encoding encoding, std::string bytes);
 ///     STRING, "caf\xE9"      ->  "caf\u00e9"
 ///     UTF8_STRING, "caf\xE9" ->  nothing
 std::optional<std::string> decodedUntyped(const TextFormat& format, std::string bytes);
-
-/// Whether `text` is offered in `format`, which it is if nothing would be lost. A program that got question marks for
-/// letters could not know that anything was missing, whereas one that finds no STRING takes another format.
-bool canHold(const TextFormat& format, std::string_view text);
-
-/// The bytes of `text` in a format that can hold it.
-std::shared_ptr<const std::string> encoded(const TextFormat& format, std::shared_ptr<const std::string> text);
 
 }  // namespace TextFormats
 }  // namespace ravlin

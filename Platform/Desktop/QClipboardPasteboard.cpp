@@ -34,7 +34,7 @@ std::vector<std::string> QClipboardPasteboard::types() const {
 /// Qt signals the change before `setText` returns.
 bool QClipboardPasteboard::write(const Text& text, std::int64_t /*count*/) {
     const std::int64_t before = countSoFar();
-    clipboard_->setText(QString::fromStdString(*text));
+    clipboard_->setText(QString::fromStdString(text->text()));
     return countSoFar() != before;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Engine/Support/NonCopyable.h"
 #include "Platform/Clipboard/ReadLimits.h"
 #include "Platform/Clipboard/SystemPasteboard.h"
 #include "tests/platform/ForeignProgram.h"
@@ -22,6 +23,15 @@ std::unique_ptr<ForeignProgram> copyElsewhere(const OwnerPlan& plan);
 
 /// What a program gets that pastes as `target` while `pasteboard` serves; nothing if that is not on the clipboard.
 std::optional<std::string> pasteElsewhere(const std::string& target, SystemPasteboard& pasteboard);
+
+/// A program that asks for our text time and again, takes what comes first, and never reads any of it to the end.
+class StallingReader : NonCopyable {
+public:
+    virtual ~StallingReader() = default;
+    /// Returns once the first part has come.
+    virtual void begin(const std::string& target) = 0;
+};
+std::unique_ptr<StallingReader> stallElsewhere(SystemPasteboard& pasteboard);
 
 /// Whether a text that its program did not deliver to the end can always be distinguished from a whole one.
 extern const bool kTellsTheEndOfATextFromADeath;

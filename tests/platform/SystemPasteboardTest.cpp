@@ -53,7 +53,7 @@ private:
         return foreign;
     }
     bool write(const Text& text, std::int64_t count) override {
-        steps_.push_back("write " + *text);
+        steps_.push_back("write " + text->text());
         if (isOvertaken(count)) return false;
         own = text;
         foreign.reset();

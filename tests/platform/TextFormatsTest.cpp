@@ -11,19 +11,11 @@ namespace ravlin {
 namespace {
 
 using namespace std::literals;
-using testing::ElementsAre;
 using TextFormats::Encoding;
 using TextFormats::Type;
 
 const TextFormat& named(std::string_view name) {
     return *std::ranges::find(TextFormats::kAll, name, &TextFormat::name);
-}
-
-std::vector<std::string> offeredFor(std::string_view text) {
-    std::vector<std::string> names;
-    for (const TextFormat& each : TextFormats::kAll)
-        if (TextFormats::canHold(each, text)) names.emplace_back(each.name);
-    return names;
 }
 
 TEST(TextFormats, BestIsTheFirstOfTheTableWhateverTheOrderOfTheOffer) {
@@ -104,23 +96,6 @@ TEST(TextFormats, WithoutATypeOfTheAnswerOnlyStringMayBeLatin1) {
                   each.name == "STRING" ? std::optional("\u00e9"s) : std::nullopt)
             << each.name;
     }
-}
-
-TEST(TextFormats, TextIsOfferedInEveryPlainFormatThatCanHoldIt) {
-    EXPECT_THAT(offeredFor("caf\u00e9"),
-                ElementsAre("UTF8_STRING", "text/plain;charset=utf-8", "text/plain", "STRING", "TEXT"));
-    EXPECT_THAT(offeredFor("5 \u20ac"), ElementsAre("UTF8_STRING", "text/plain;charset=utf-8", "text/plain", "TEXT"));
-}
-
-TEST(TextFormats, OnlyStringIsEncodedAnewAndReadBackTheSame) {
-    const auto text = std::make_shared<const std::string>("caf\u00e9");
-    for (const TextFormat& each : TextFormats::kAll) {
-        if (each.type != Type::string) continue;
-        const auto bytes = TextFormats::encoded(each, text);
-        EXPECT_EQ(bytes == text, each.name != "STRING") << each.name;
-        EXPECT_EQ(TextFormats::decodedUntyped(each, *bytes), *text) << each.name;
-    }
-    EXPECT_EQ(*TextFormats::encoded(named("STRING"), text), "caf\xE9");
 }
 
 }  // namespace

@@ -19,6 +19,10 @@ std::optional<std::string> pasteElsewhere(const std::string& target, SystemPaste
     return std::ranges::count(paster.types(), target) > 0 ? paster.read(target, pasteboard) : std::nullopt;
 }
 
+std::unique_ptr<StallingReader> stallElsewhere(SystemPasteboard& pasteboard) {
+    return std::make_unique<StallingPaster>(pasteboard);
+}
+
 // The pipe closes either way, and the compositor may learn of the death a moment later.
 const bool kTellsTheEndOfATextFromADeath = false;
 const bool kKeepsCopiesInTheMomentOfAWrite = false;

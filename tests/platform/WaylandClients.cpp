@@ -206,6 +206,12 @@ std::optional<std::string> Paster::read(const std::string& type, SystemPasteboar
     return bytes;
 }
 
+void StallingPaster::begin(const std::string& target) {
+    pipes_.push_back(paster_.begin(target));
+    EXPECT_TRUE(
+        serveUntil(pasteboard_, [this] { return isReadable(pipes_.back().get(), std::chrono::milliseconds(0)); }));
+}
+
 bool takeFrom(int pipe, std::string& bytes) {
     std::array<char, 65536> block = {};
     for (;;) {

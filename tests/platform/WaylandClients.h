@@ -46,6 +46,17 @@ private:
     std::shared_ptr<WaylandSelection::Offer> offer_;
 };
 
+class StallingPaster final : public StallingReader {
+public:
+    explicit StallingPaster(SystemPasteboard& pasteboard) : pasteboard_(pasteboard) {}
+    void begin(const std::string& target) override;
+
+private:
+    SystemPasteboard& pasteboard_;
+    Paster paster_;
+    std::vector<Descriptor> pipes_;
+};
+
 /// Takes what has arrived in a pipe so far; false once it is at its end.
 bool takeFrom(int pipe, std::string& bytes);
 

@@ -170,6 +170,16 @@ private:
     std::map<Destination, Transfer> transfers_;
 };
 
+class StallingRequestor final : public StallingReader {
+public:
+    explicit StallingRequestor(SystemPasteboard& pasteboard) : requestor_(pasteboard) {}
+    void begin(const std::string& target) override { requestor_.begin(target, "STALLED_" + std::to_string(++count_)); }
+
+private:
+    Requestor requestor_;
+    int count_ = 0;
+};
+
 }  // namespace
 
 std::unique_ptr<X11Pasteboard> openPasteboard(ReadLimits limits, const char* displayName) {
@@ -190,6 +200,10 @@ std::unique_ptr<ForeignProgram> copyElsewhere(const OwnerPlan& plan) {
 std::optional<std::string> pasteElsewhere(const std::string& target, SystemPasteboard& pasteboard) {
     const std::optional<Requestor::Property> answer = Requestor(pasteboard).read(target);
     return answer ? std::optional(answer->bytes) : std::nullopt;
+}
+
+std::unique_ptr<StallingReader> stallElsewhere(SystemPasteboard& pasteboard) {
+    return std::make_unique<StallingRequestor>(pasteboard);
 }
 
 const bool kTellsTheEndOfATextFromADeath = true;

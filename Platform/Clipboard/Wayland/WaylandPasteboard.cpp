@@ -131,7 +131,7 @@ std::unique_ptr<WaylandPasteboard::Own> WaylandPasteboard::copyOf(const Text& te
         {.send = [this, text](std::string_view type, int descriptor) { serve(type, descriptor, text); },
          .cancelled = [self = own.get()] { self->text = nullptr; }});
     for (const TextFormat& each : TextFormats::kAll) {
-        if (TextFormats::canHold(each, *text)) own->source->offer(std::string(each.name));
+        if (text->isOfferedIn(each)) own->source->offer(std::string(each.name));
     }
     if (!mark.empty()) own->source->offer(mark);
     return own;
@@ -211,8 +211,8 @@ std::optional<std::string> WaylandPasteboard::receive(const std::string& name) {
 /// Writes as much of the text as the pipe takes; the rest follows when it takes more.
 void WaylandPasteboard::serve(std::string_view type, int descriptor, const Text& text) {
     const auto* const format = std::ranges::find(TextFormats::kAll, type, &TextFormat::name);
-    PipeWriter transfer(
-        descriptor, TextFormats::encoded(format != TextFormats::kAll.end() ? *format : TextFormats::kUTF8String, text));
+    PipeWriter transfer(descriptor,
+                        text->bytesIn(format != TextFormats::kAll.end() ? *format : TextFormats::kUTF8String));
     if (!transfer.proceed()) return;
     connection_->watchWritable(descriptor);
     transfers_.push_back(std::move(transfer));

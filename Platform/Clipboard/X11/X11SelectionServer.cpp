@@ -46,7 +46,7 @@ void sendNotification(X11Connection& connection, const xcb_selection_request_eve
 X11SelectionServer::X11SelectionServer(X11Connection& connection)
     : connection_(connection), incrementSize_(std::min(kIncrementSize, connection.maximumDataSize())) {}
 
-void X11SelectionServer::offer(std::shared_ptr<const std::string> text, xcb_timestamp_t since) {
+void X11SelectionServer::offer(std::shared_ptr<const OfferedText> text, xcb_timestamp_t since) {
     text_ = std::move(text);
     since_ = since;
 }
@@ -131,17 +131,16 @@ void X11SelectionServer::listTargets(Destination destination) {
     std::vector<xcb_atom_t> targets = {connection_.atom(X11Atom::targets), connection_.atom(X11Atom::timestamp),
                                        connection_.atom(X11Atom::multiple)};
     for (const TextFormat& each : TextFormats::kAll) {
-        if (TextFormats::canHold(each, *text_)) targets.push_back(connection_.atom(each));
+        if (text_->isOfferedIn(each)) targets.push_back(connection_.atom(each));
     }
     connection_.putValues(destination.window, destination.property, XCB_ATOM_ATOM, targets);
 }
 
 std::optional<X11SelectionServer::Content> X11SelectionServer::contentAs(xcb_atom_t target) const {
     const TextFormat* const format = connection_.formatOf(target);
-    if (format == nullptr || !TextFormats::canHold(*format, *text_)) return std::nullopt;
+    if (format == nullptr || !text_->isOfferedIn(*format)) return std::nullopt;
     const bool isTypeTold = format->encoding == TextFormat::Encoding::told;
-    return Content{isTypeTold ? connection_.atom(TextFormats::kUTF8String) : target,
-                   TextFormats::encoded(*format, text_)};
+    return Content{isTypeTold ? connection_.atom(TextFormats::kUTF8String) : target, text_->bytesIn(*format)};
 }
 
 void X11SelectionServer::deliver(Destination destination, Content content) {

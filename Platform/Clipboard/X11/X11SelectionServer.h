@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Clipboard/OfferedText.h"
 #include "Platform/Clipboard/X11/X11Connection.h"
 
 #include <chrono>
@@ -22,15 +23,14 @@ public:
 
     explicit X11SelectionServer(X11Connection& connection);
 
-    /// From now on requests get `text`, which must be valid UTF-8 and which we have owned since the server time
-    /// `since`.
-    void offer(std::shared_ptr<const std::string> text, xcb_timestamp_t since);
+    /// From now on requests get `text`, which we have owned since the server time `since`.
+    void offer(std::shared_ptr<const OfferedText> text, xcb_timestamp_t since);
 
     /// From now on requests are refused.
     void withdraw() { text_ = nullptr; }
 
     /// The text on offer, or null.
-    const std::shared_ptr<const std::string>& text() const { return text_; }
+    const std::shared_ptr<const OfferedText>& text() const { return text_; }
 
     bool isTransferring() const { return !transfers_.empty(); }
 
@@ -41,7 +41,7 @@ public:
 private:
     struct Content {
         xcb_atom_t type;
-        std::shared_ptr<const std::string> bytes;
+        OfferedText::Bytes bytes;
     };
     /// Where an answer goes.
     struct Destination {
@@ -71,7 +71,7 @@ private:
 
     X11Connection& connection_;
     std::size_t incrementSize_;
-    std::shared_ptr<const std::string> text_;
+    std::shared_ptr<const OfferedText> text_;
     xcb_timestamp_t since_ = XCB_CURRENT_TIME;
     std::list<Transfer> transfers_;
 };
