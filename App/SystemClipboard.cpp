@@ -5,12 +5,6 @@
 #include "Platform/Desktop/QtWaylandPasteboard.h"
 #include "Platform/Desktop/WindowSystem.h"
 
-#include <QClipboard>
-#include <QGuiApplication>
-#include <QMimeData>
-
-#include <wayland-client-core.h>
-
 #include <vector>
 
 namespace ravlin {
@@ -35,7 +29,7 @@ std::vector<PasteboardBackEnd> backEnds() {
 }  // namespace
 
 SystemClipboard::SystemClipboard() {
-    connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, &SystemClipboard::takeOverFromQt);
+    connect(&qtCopies_, &QtCopies::copied, this, &SystemClipboard::takeOverFromQt);
     ensureOpen();
 }
 
@@ -66,13 +60,9 @@ void SystemClipboard::processEvents() {
     if (pasteboard_->fileDescriptor() < 0) notifier_->setEnabled(false);
 }
 
-void SystemClipboard::takeOverFromQt() {
-    const QClipboard* const clipboard = QGuiApplication::clipboard();
-    if (pasteboard_ == nullptr || !clipboard->ownsClipboard() || !clipboard->mimeData()->hasText()) return;
-    if (dynamic_cast<const QClipboardPasteboard*>(pasteboard_.get()) != nullptr) return;
-    // The compositor must have heard of Qt's copy before it hears of ours, which comes on another connection.
-    if (wl_display* const display = WindowSystem::waylandDisplay()) wl_display_roundtrip(display);
-    pasteboard_->replaceIfUnchanged(pasteboard_->changeCount(), clipboard->text().toStdString());
+void SystemClipboard::takeOverFromQt(const QString& text) {
+    if (pasteboard_ == nullptr || dynamic_cast<const QClipboardPasteboard*>(pasteboard_.get()) != nullptr) return;
+    pasteboard_->replaceIfUnchanged(pasteboard_->changeCount(), text.toStdString());
 }
 
 }  // namespace ravlin

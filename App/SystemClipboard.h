@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Clipboard/SystemPasteboard.h"
+#include "Platform/Desktop/QtCopies.h"
 
 #include <QObject>
 #include <QSocketNotifier>
@@ -29,8 +30,9 @@ public:
 
 private:
     void processEvents();
-    void takeOverFromQt();
+    void takeOverFromQt(const QString& text);
 
+    QtCopies qtCopies_;
     std::unique_ptr<SystemPasteboard> pasteboard_;
     std::unique_ptr<QSocketNotifier> notifier_;
 };
