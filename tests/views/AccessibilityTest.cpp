@@ -245,11 +245,12 @@ TEST_F(AnnouncementTest, ARowOutOfViewCanBePressedAndTakesTheFocusIntoView) {
     TransformRow& lastRow = row(last);
     EXPECT_TRUE(inView(lastRow).isEmpty());
     pasteboard.copyTextElsewhere("hello");
-    QAccessibleActionInterface& actions = *describe(lastRow).actionInterface();
-    actions.doAction(QAccessibleActionInterface::pressAction());
+    QAccessibleActionInterface* const actions = describe(lastRow).actionInterface();
+    ASSERT_NE(actions, nullptr);
+    actions->doAction(QAccessibleActionInterface::pressAction());
     ASSERT_TRUE(QTest::qWaitFor([this] { return !announced().empty(); }));
     EXPECT_THAT(announced(), testing::ElementsAre(testing::StartsWith(std::string(last.title()) + " — ready")));
-    actions.doAction(QAccessibleActionInterface::setFocusAction());
+    actions->doAction(QAccessibleActionInterface::setFocusAction());
     EXPECT_TRUE(lastRow.hasFocus());
     EXPECT_EQ(inView(lastRow).height(), lastRow.height());
     EXPECT_EQ(list().marked(), last) << "what Return runs";
