@@ -93,7 +93,7 @@ private:
     void fitIntoRoom();
     void placeSections();
     void placeRows();
-    void place(TransformRow& row, const ListGeometry::Row& place);
+    static void place(TransformRow& row, const ListGeometry::Row& place);
     void placeEmptyText();
     void showRows();
     void accessibilityActiveChanged(bool isActive) override;
