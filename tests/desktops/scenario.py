@@ -240,7 +240,7 @@ class Scenario:
         with contextlib.suppress(AssertionError):
             eventually(lambda: (self.desktop.clipboard() or "").strip() == RESULT, "the clipboard has the result", 10)
         self.picture("clipboard")
-        status = [each for each in self.texts() if "⌘V  (" in each or "clipboard" in each.lower()]
+        status = [each for each in self.texts() if "Control V  (" in each or "clipboard" in each.lower()]
         require((self.desktop.clipboard() or "").strip() == RESULT,
                 f"the clipboard has {self.desktop.clipboard()!r}; the panel says {status}")
         self.screen.key("Escape")
