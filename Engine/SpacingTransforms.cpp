@@ -1,5 +1,6 @@
 #include "Engine/SpacingTransforms.h"
 
+#include "Engine/Support/Characters/ASCII.h"
 #include "Engine/Support/Characters/Unicode.h"
 #include "Engine/Support/LineModel.h"
 #include "Engine/Support/Replace.h"
@@ -196,18 +197,20 @@ std::string collapseSpaces(std::string_view text) {
 }
 
 std::string removeAllSpaces(std::string_view text) {
-    std::string result;
-    result.reserve(text.size());
-    std::size_t copied = 0;
-    for (std::size_t at = 0; at < text.size();) {
-        const Unicode::Scalar scalar = Unicode::decode(text, at);
-        if (Unicode::isWhitespaceOrNewline(scalar.value)) {
-            result += text.substr(copied, at - copied);
-            copied = at + scalar.byteSize;
+    std::string result(text.size(), '\0');
+    char* to = result.data();
+    // Words are short: a byte is written wherever the last one that stays ended, and no branch depends on it.
+    const auto takeASCII = [&](std::string_view run) {
+        for (const char byte : run) {
+            *to = byte;
+            to += ASCII::isWhitespaceOrNewline(byte) ? 0 : 1;
         }
-        at += scalar.byteSize;
-    }
-    result += text.substr(copied);
+    };
+    Unicode::forEachRun(text, 0, takeASCII, [&](char32_t scalar, std::string_view bytes) {
+        if (Unicode::isWhitespaceOrNewline(scalar)) return;
+        for (const char byte : bytes) *to++ = byte;
+    });
+    result.resize(static_cast<std::size_t>(to - result.data()));
     return result;
 }
 

@@ -31,6 +31,11 @@ constexpr bool isAlphanumeric(char byte) noexcept {
     return isDigit(byte) || isLetter(byte);
 }
 
+/// The space, the tab and what ends a line or a page.
+constexpr bool isWhitespaceOrNewline(char byte) noexcept {
+    return byte == ' ' || (byte >= '\t' && byte <= '\r');
+}
+
 /// Whether `word`, given in lower case, is at byte `at` of `text`, in any case.
 constexpr bool hasWordAt(std::string_view text, std::size_t at, std::string_view word) noexcept {
     return at <= text.size() && text.size() - at >= word.size() &&

@@ -1,5 +1,7 @@
 #include "Engine/Support/Characters/Unicode.h"
 
+#include "Engine/Support/Characters/ASCII.h"
+
 #include <unicode/uchar.h>
 
 #include <array>
@@ -169,7 +171,7 @@ bool isWhitespace(char32_t scalar) noexcept {
 }
 
 bool isWhitespaceOrNewline(char32_t scalar) noexcept {
-    if (scalar < 0x80) return scalar == ' ' || (scalar >= '\t' && scalar <= '\r');
+    if (scalar < 0x80) return ASCII::isWhitespaceOrNewline(static_cast<char>(scalar));
     return u_isUWhiteSpace(static_cast<UChar32>(scalar)) != 0;
 }
 
