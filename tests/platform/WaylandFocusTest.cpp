@@ -258,11 +258,21 @@ TEST_F(WaylandFocus, ItsEndInTheMiddleOfOthersCopiesLeavesTheConnectionIntact) {
     compositor_.giveFocus();
     ForeignSource source("theirs");
     std::atomic<bool> isCopying = true;
+    std::atomic<int> openingCount = 0;
     std::thread copying([&] {
-        source.copyManyTimes();
+        for (int i = 0; i < 200; ++i) {
+            // So few that the compositor has not to drop us if we are slow to read.
+            const int seen = openingCount;
+            for (int each = 0; each < 20; ++each) source.copyAgain();
+            openingCount.wait(seen);
+        }
         isCopying = false;
     });
-    while (isCopying) pasteboard_ = openPasteboardOf(window_);
+    while (isCopying) {
+        pasteboard_ = openPasteboardOf(window_);
+        ++openingCount;
+        openingCount.notify_one();
+    }
     copying.join();
     EXPECT_EQ(pasteboard_->string(), "theirs");
 }
