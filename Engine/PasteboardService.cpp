@@ -5,6 +5,8 @@
 #include "Engine/Support/Characters/Unicode.h"
 #include "Engine/Support/RichText/RichText.h"
 
+#include <new>
+
 namespace ravlin::PasteboardService {
 
 namespace {
@@ -15,6 +17,23 @@ std::optional<std::string> textOfHTML(std::string_view bytes) {
     if (!Unicode::isValidUTF8(bytes)) return std::nullopt;
     if (bytes.starts_with(kByteOrderMark)) bytes.remove_prefix(kByteOrderMark.size());
     return TextTransforms::stripHTML(bytes);
+}
+
+PasteOutcome transformed(TextTransform transform) {
+    Pasteboard& pasteboard = Pasteboard::general();
+    const std::int64_t changeCount = pasteboard.changeCount();
+
+    const std::optional<std::string> text = plainText();
+    if (!text) return pasteboard.itemCount().value_or(0) > 0 ? PasteOutcome(NoText{}) : PasteOutcome(ClipboardEmpty{});
+    if (text->empty()) return ClipboardEmpty{};
+
+    const std::string result = transform.apply(*text);
+    const Success success{.inputCount = Unicode::characterCount(*text), .outputCount = Unicode::characterCount(result)};
+
+    // A copy made between this look at the counter and the write is kept, as if it had been made afterwards.
+    if (pasteboard.changeCount() != changeCount) return ClipboardChanged{};
+    pasteboard.replaceIfUnchanged(changeCount, result);
+    return success;
 }
 
 }  // namespace
@@ -35,20 +54,11 @@ void setText(std::string_view text) {
 }
 
 PasteOutcome transformClipboard(TextTransform transform) {
-    Pasteboard& pasteboard = Pasteboard::general();
-    const std::int64_t changeCount = pasteboard.changeCount();
-
-    const std::optional<std::string> text = plainText();
-    if (!text) return pasteboard.itemCount().value_or(0) > 0 ? PasteOutcome(NoText{}) : PasteOutcome(ClipboardEmpty{});
-    if (text->empty()) return ClipboardEmpty{};
-
-    const std::string result = transform.apply(*text);
-    const Success success{.inputCount = Unicode::characterCount(*text), .outputCount = Unicode::characterCount(result)};
-
-    // A copy made between this look at the counter and the write is kept, as if it had been made afterwards.
-    if (pasteboard.changeCount() != changeCount) return ClipboardChanged{};
-    pasteboard.replaceIfUnchanged(changeCount, result);
-    return success;
+    try {
+        return transformed(transform);
+    } catch (const std::bad_alloc&) {
+        return NoText{};
+    }
 }
 
 }  // namespace ravlin::PasteboardService

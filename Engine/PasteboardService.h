@@ -20,7 +20,7 @@ void setText(std::string_view text);
 
 /// Reads the clipboard's text, runs `transform` on it and writes the result back as one plain-text item, whether or not
 /// it differs from what was read. Writes nothing if there is no text, or if another application changed the clipboard
-/// in the meantime.
+/// in the meantime. A text that memory has no room for counts as none.
 PasteOutcome transformClipboard(TextTransform transform);
 
 }  // namespace ravlin::PasteboardService
