@@ -3,16 +3,26 @@
 #include "Platform/Clipboard/LingeringChild.h"
 #include "Platform/Clipboard/Polling.h"
 
+#include <new>
 #include <utility>
 
 #include <unistd.h>
 
 namespace ravlin {
 
-/// Every operation goes through this.
+/// Every operation goes through this. One for which the memory does not suffice is left where it is, as if the content
+/// were too large.
 template <class Operation>
 void SystemPasteboard::perform(Operation operation) {
-    operation();
+    const bool wasTransferring = isTransferring();
+    try {
+        operation();
+    } catch (const std::bad_alloc&) {
+    }
+    settle();
+    if (wasTransferring || !isTransferring()) return;
+    // There is a deadline now, which `processEvents` lets the application know of.
+    wakeUp();
     settle();
 }
 
@@ -39,10 +49,12 @@ std::optional<std::string> SystemPasteboard::data(Type type) {
     std::optional<std::string> content;
     perform([&] {
         if (!catchUp()) return;
+        const std::int64_t count = changeCount_;
         // If we read our own text through the system, we would wait for ourselves.
         const Text own = ownText();
         if (own == nullptr) content = read(type);
         if (own != nullptr && type == Type::string) content = own->text();
+        if (content) lastRead_ = {count, own != nullptr ? own->passwordHint() : readPasswordHint()};
     });
     return content;
 }
@@ -75,8 +87,17 @@ bool SystemPasteboard::replaceIfUnchanged(std::int64_t count, std::string_view t
     bool isWritten = false;
     perform([&] {
         isClearPending_ = false;
-        isWritten = !isOvertaken(count) && write(std::make_shared<const OfferedText>(text), count);
+        const bool isOfLastRead = count == lastRead_.changeCount;
+        isWritten =
+            !isOvertaken(count) &&
+            write(std::make_shared<const OfferedText>(text, isOfLastRead ? lastRead_.passwordHint : nullptr), count);
     });
+    return isWritten;
+}
+
+bool SystemPasteboard::saveText(const Text& text) {
+    bool isWritten = false;
+    perform([&] { isWritten = synchronise() && isEmpty() && write(text, changeCount_); });
     return isWritten;
 }
 
@@ -88,6 +109,7 @@ void SystemPasteboard::processEvents() {
 }
 
 void SystemPasteboard::lingerIfOwner() {
+    if (fileDescriptor() < 0) return;
     bool mayLinger = false;
     perform([&] { mayLinger = !servingDescriptors().empty() && catchUp() && isServing(); });
     if (!mayLinger) return;
@@ -100,8 +122,7 @@ void SystemPasteboard::lingerIfOwner() {
 
 void SystemPasteboard::serveToTheEnd() {
     for (processEvents(); fileDescriptor() >= 0 && isServing(); processEvents()) {
-        using Clock = std::chrono::steady_clock;
-        isReady(fileDescriptor(), POLLIN, isTransferring() ? Clock::now() + kTransferLimit : Clock::time_point::max());
+        isReady(fileDescriptor(), POLLIN, nextDeadline().value_or(Clock::time_point::max()));
     }
     // Closing a socket while events wait in it loses the requests on their way, including a reader's last increment.
     synchronise();

@@ -24,8 +24,8 @@ namespace ravlin {
 /// operation.
 class SystemPasteboard : public Pasteboard {
 public:
-    /// A reader of our text that takes nothing for this long is dropped as soon as anything else happens.
-    static constexpr std::chrono::seconds kTransferLimit{30};
+    using Clock = std::chrono::steady_clock;
+    using Text = std::shared_ptr<const OfferedText>;
 
     /// Counts the changes since this object was made. Where that cannot be known, a change is assumed.
     std::int64_t changeCount() final;
@@ -40,6 +40,8 @@ public:
 
     /// Also false if another application copies at the moment of the write, or the system does not answer.
     bool setString(std::string_view text) final;
+
+    /// If the content that `count` includes has been read, and is a secret, then so is `text`.
     bool replaceIfUnchanged(std::int64_t count, std::string_view text) final;
 
     /// Becomes readable when `processEvents` has something to do. -1 once the connection is lost: check after each
@@ -47,8 +49,19 @@ public:
     virtual int fileDescriptor() const = 0;
 
     /// Serves the requests that have arrived, and completes a `clearContents` that no write followed. Never waits for
-    /// another application.
+    /// another application, nor long for all of them: what remains makes the descriptor readable again.
     void processEvents();
+
+    /// When to call `processEvents` at the latest, whatever the descriptor says: another program has begun to read our
+    /// text, and may never end. Nothing if there is none; look after each `processEvents`.
+    virtual std::optional<Clock::time_point> nextDeadline() const { return std::nullopt; }
+
+    /// What is lost with the connection unless another one takes it over: our text, or null if there is none, or if it
+    /// was about to be cleared.
+    Text textToSave() const { return isClearPending_ ? nullptr : ownText(); }
+
+    /// Puts a text on the clipboard that another connection has lost. False if another application has copied since.
+    bool saveText(const Text& text);
 
     /// Call this as the program's last act, after the user interface is gone. If this pasteboard owns the clipboard, a
     /// child process in a session of its own goes on serving the text until another program copies or the desktop
@@ -57,8 +70,6 @@ public:
     void lingerIfOwner();
 
 protected:
-    using Text = std::shared_ptr<const OfferedText>;
-
     /// Whether the system lets this program know what is on the clipboard.
     virtual bool hasAccess() const { return true; }
 
@@ -72,6 +83,9 @@ protected:
 
     /// Whether the clipboard holds something that `count` does not include, as far as is known.
     bool isOvertaken(std::int64_t count) const { return changeCount_ != count && !isEmpty(); }
+
+    /// Whether another program is still reading a text that was ours.
+    bool isTransferring() const { return nextDeadline().has_value(); }
 
 private:
     // The steps.
@@ -89,6 +103,10 @@ private:
     /// What another application has put on the clipboard: plain text as valid UTF-8, anything else as it is.
     virtual std::optional<std::string> read(Type type) = 0;
 
+    /// What the application whose content `read` has just delivered calls a secret: its `TextFormats::kPasswordHint`,
+    /// or null.
+    virtual OfferedText::Bytes readPasswordHint() { return nullptr; }
+
     /// Replaces the content with `text`, unless that would overwrite a copy that `count` does not include.
     virtual bool write(const Text& text, std::int64_t count) = 0;
 
@@ -105,9 +123,6 @@ private:
 
     // For the child that lingers.
 
-    /// Whether another program is still reading a text that was ours.
-    virtual bool isTransferring() const { return false; }
-
     /// All descriptors that serving needs; none if serving cannot outlive the program.
     virtual std::vector<int> servingDescriptors() const { return {}; }
 
@@ -120,7 +135,14 @@ private:
     bool isServing() const { return ownText() != nullptr || isTransferring(); }
     [[noreturn]] void serveToTheEnd();
 
+    /// Whether what was read last is a secret: its hint, and the change count of that time.
+    struct LastRead {
+        std::int64_t changeCount = -1;
+        OfferedText::Bytes passwordHint;
+    };
+
     std::int64_t changeCount_ = 0;
+    LastRead lastRead_;
     bool isClearPending_ = false;
 };
 

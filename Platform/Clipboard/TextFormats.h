@@ -3,6 +3,7 @@
 #include "Engine/Pasteboard.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -44,6 +45,11 @@ inline constexpr auto kAll = std::to_array<TextFormat>({
     {"text/html", Type::html},
 });
 inline constexpr const TextFormat& kUTF8String = kAll.front();
+
+/// By this name password managers say that what they have copied is a secret. It stands beside the text, and programs
+/// that remember what is copied honour it.
+inline constexpr std::string_view kPasswordHint = "x-kde-passwordManagerHint";
+inline constexpr std::size_t kMaximumPasswordHintSize = 64;  // bytes; "secret" is the one in use
 
 /// Whether `offered` is the name of `format`, ignoring letter case and blanks.
 ///     isNameOf("text/plain; charset=UTF-8", text/plain;charset=utf-8)  ->  true

@@ -34,12 +34,27 @@ CHANGES = {"creat", "mkdir", "mkdirat", "mknod", "mknodat", "link", "linkat", "s
            "utime", "utimes", "utimensat", "futimesat", "setxattr", "lsetxattr"}
 OPENS = {"open", "openat", "openat2"}
 OPENED_TO_WRITE = re.compile(r"O_(WRONLY|RDWR|CREAT|TRUNC|APPEND|TMPFILE)")
+PIPE = re.compile(r"= \d+<pipe:\[\d+\]>$")  # opened once more, which is no file
 DEVICES = re.compile(r"/dev/(?!shm/).*")
+
+
+def whole_lines(trace):
+    """A line for each call, also for those that strace has torn apart since another thread came between."""
+    begun = {}
+    for line in trace.splitlines():
+        thread, _, rest = line.partition(" ")
+        if line.endswith(" <unfinished ...>"):
+            begun[thread] = line.removesuffix(" <unfinished ...>")
+        elif resumed := re.match(r" *<\.\.\. \w+ resumed>(.*)", rest):
+            yield begun.pop(thread, "") + resumed[1]
+        else:
+            yield line
+    yield from begun.values()
 
 
 def calls_in(trace):
     """The calls that worked, or may have: their names and the rest of their lines."""
-    for line in trace.splitlines():
+    for line in whole_lines(trace):
         call = CALL.match(line)
         if call and not re.search(r"= -1 E\w+ \(.*\)$", line):
             yield call[1], call[2]
@@ -52,9 +67,11 @@ def networks_in(trace):
 
 
 def changed_files_in(trace, folder):
-    """The files that a program started in `folder` wrote or changed, except devices."""
+    """The files that a program started in `folder` wrote or changed, except devices and pipes."""
     changed = set()
     for name, rest in calls_in(trace):
+        if PIPE.search(rest):
+            continue
         if name in CHANGES or (name in OPENS and OPENED_TO_WRITE.search(rest)):
             at = FOLDER.match(rest)
             changed |= {os.path.normpath(os.path.join(at[1] if at else folder, path)) for path in PATH.findall(rest)}

@@ -28,7 +28,8 @@ std::optional<std::string> pasteElsewhere(const std::string& target, SystemPaste
 class StallingReader : NonCopyable {
 public:
     virtual ~StallingReader() = default;
-    /// Returns once the first part has come.
+    virtual void ask(const std::string& target) = 0;
+    /// The same; returns once the first part has come.
     virtual void begin(const std::string& target) = 0;
 };
 std::unique_ptr<StallingReader> stallElsewhere(SystemPasteboard& pasteboard);

@@ -3,7 +3,11 @@
 #include "tests/platform/BackEnd.h"
 
 #include <chrono>
+#include <cstddef>
+#include <filesystem>
 #include <fstream>
+#include <iterator>
+#include <optional>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -23,6 +27,11 @@ std::size_t residentSize() {
     return resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
 }
 
+std::ptrdiff_t openDescriptorCount() {
+    const std::filesystem::directory_iterator open("/proc/self/fd");
+    return std::distance(begin(open), end(open));
+}
+
 TEST(BackEndAttack, HoweverManyReadersAskForAnEncodingItIsMadeOnce) {
     constexpr std::size_t kMegabyte = 1'000'000;
     constexpr std::size_t kSize = 20 * kMegabyte;
@@ -38,6 +47,46 @@ TEST(BackEndAttack, HoweverManyReadersAskForAnEncodingItIsMadeOnce) {
         EXPECT_LT(residentSize(), before + kSize + 15 * kMegabyte);
         EXPECT_EQ(pasteElsewhere("STRING", *pasteboard)->size(), characterCount);
     }
+}
+
+TEST(BackEndAttack, ReaderThatStallsIsGivenUpWithoutAnyOtherEvent) {
+    const auto pasteboard = openBackEnd({.reader = 500ms});
+    EXPECT_EQ(pasteboard->nextDeadline(), std::nullopt) << "at rest nobody has to wake up";
+    ASSERT_TRUE(pasteboard->setString(textOfSize(3000000)));
+    const auto readers = stallElsewhere(*pasteboard);
+    for (int i = 0; i < 3; ++i) readers->begin("UTF8_STRING");
+    ASSERT_NE(pasteboard->nextDeadline(), std::nullopt);
+    while (const auto deadline = pasteboard->nextDeadline()) {
+        EXPECT_LT(*deadline, Clock::now() + 600ms);
+        while (Clock::now() < *deadline) isReadable(-1, 10ms);
+        pasteboard->processEvents();
+    }
+    EXPECT_TRUE(pasteElsewhere("UTF8_STRING", *pasteboard) == textOfSize(3000000));
+    EXPECT_EQ(pasteboard->nextDeadline(), std::nullopt);
+}
+
+TEST(BackEndAttack, DeadlineThatAnOperationBringsAboutIsMadeKnown) {
+    const auto pasteboard = openBackEnd();
+    ASSERT_TRUE(pasteboard->setString(textOfSize(3000000)));
+    const auto readers = stallElsewhere(*pasteboard);
+    readers->ask("UTF8_STRING");
+    EXPECT_TRUE(isReadable(pasteboard->fileDescriptor(), kGenerously));
+    while (!pasteboard->nextDeadline()) pasteboard->changeCount();  // as a click does
+    EXPECT_TRUE(isReadable(pasteboard->fileDescriptor(), kGenerously)) << "the application would not look";
+}
+
+TEST(BackEndAttack, ReadersWithoutEndHoldNobodyUp) {
+    const auto pasteboard = openBackEnd();
+    const std::string text = textOfSize(300000);
+    ASSERT_TRUE(pasteboard->setString(text));
+    const auto readers = stallElsewhere(*pasteboard);
+    constexpr int kReaderCount = 400;
+    const std::ptrdiff_t before = openDescriptorCount();
+    for (int i = 0; i < kReaderCount; ++i) readers->begin("UTF8_STRING");
+    EXPECT_LE(openDescriptorCount() - before, kReaderCount + 260) << "the first were given up for the last";
+    EXPECT_TRUE(pasteElsewhere("UTF8_STRING", *pasteboard) == text);
+    EXPECT_TRUE(pasteboard->setString("next"));
+    EXPECT_EQ(pasteElsewhere("UTF8_STRING", *pasteboard), "next");
 }
 
 }  // namespace

@@ -188,6 +188,33 @@ TEST(BackEndTrouble, TricklingProgramIsGivenUpAtTheTotalLimit) {
     EXPECT_LT(time, kImpatient.total + 5s) << "to its end it would take twenty";
 }
 
+TEST(BackEndTrouble, TricklingProgramHasOneTotalLimitForAllThatItOffers) {
+    const auto pasteboard = openBackEnd({.idle = 1s, .total = 3s, .byteSize = 100000});
+    const std::string useless = "\xFF" + textOfSize(50);
+    const auto owner = copyElsewhere({.content = {{"UTF8_STRING", useless}, {"text/rtf", useless}, {"text/html", "h"}},
+                                      .incrementSize = 1,
+                                      .pauseBeforeIncrement = 40ms});
+    const auto time = durationOf([&] {
+        EXPECT_EQ(pasteboard->string(), std::nullopt) << "which takes two seconds to learn";
+        EXPECT_EQ(pasteboard->data(Type::rtf), std::nullopt) << "and there is one second left";
+        EXPECT_EQ(pasteboard->data(Type::html), std::nullopt);
+    });
+    EXPECT_LT(time, 3s + 5s);
+    const auto next = copyElsewhere({.content = {{"text/html", kHTML}}});
+    EXPECT_EQ(pasteboard->string(), std::nullopt);
+    EXPECT_EQ(pasteboard->data(Type::html), kHTML) << "the next click has all of the time";
+}
+
+TEST(BackEndTrouble, TimeBetweenTwoReadingsDoesNotCount) {
+    const auto pasteboard = openBackEnd({.total = 1s});
+    const auto owner = copyElsewhere({.content = {{"text/rtf", kRTF}, {"text/html", kHTML}}});
+    EXPECT_EQ(pasteboard->string(), std::nullopt);
+    const auto start = Clock::now();
+    while (Clock::now() < start + 1s) isReadable(-1, 10ms);
+    EXPECT_EQ(pasteboard->data(Type::rtf), kRTF);
+    EXPECT_EQ(pasteboard->data(Type::html), kHTML);
+}
+
 TEST(BackEndTrouble, TextOfTheLargestSizeIsReadAndOneByteMoreIsNot) {
     const auto pasteboard = openBackEnd(kImpatient);
     const std::string text = textOfSize(kImpatient.byteSize);

@@ -18,9 +18,11 @@ struct OwnerPlan {
         std::string target;
         std::string bytes;
         std::string type = "";  // of the answer, if there is such a thing; empty: the target itself
+        int format = 8;         // of the answer, if there is such a thing
     };
     std::vector<Representation> content = {};
     bool listsTargets = true;
+    bool listsNothing = false;           // an empty list, if there is such a thing
     std::size_t unknownTargetCount = 0;  // which it lists before the others, if that is possible
     bool answers = true;                 // with content; it lists its targets anyway
     std::chrono::milliseconds pauseBeforeAnswer{0};

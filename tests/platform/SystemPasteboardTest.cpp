@@ -28,6 +28,7 @@ public:
     bool tells = true;
     Text own;
     std::optional<std::string> foreign;
+    OfferedText::Bytes hint;
     std::function<void()> beforeAnswer = [] {};
 
     void copyElsewhere(const std::string& text) {
@@ -52,6 +53,7 @@ private:
         steps_.emplace_back("read");
         return foreign;
     }
+    OfferedText::Bytes readPasswordHint() override { return hint; }
     bool write(const Text& text, std::int64_t count) override {
         steps_.push_back("write " + text->text());
         if (isOvertaken(count)) return false;
@@ -170,6 +172,29 @@ TEST(SystemPasteboard, SettingReplacesWhateverHasComeUntilItsOwnLook) {
     pasteboard.beforeAnswer = [&] { pasteboard.copyElsewhere("theirs"); };
     EXPECT_TRUE(pasteboard.setString("ours"));
     EXPECT_EQ(pasteboard.string(), "ours");
+}
+
+TEST(SystemPasteboard, HintGoesOnFromWhatWasReadToWhatReplacesItAndNoFurther) {
+    Stepping pasteboard;
+    pasteboard.copyElsewhere("password");
+    pasteboard.hint = std::make_shared<const std::string>("secret");
+    EXPECT_TRUE(pasteboard.replaceIfUnchanged(pasteboard.changeCount(), "not read"));
+    EXPECT_EQ(pasteboard.own->passwordHint(), nullptr);
+    pasteboard.copyElsewhere("password");
+    pasteboard.string();
+    pasteboard.copyElsewhere("next");
+    EXPECT_TRUE(pasteboard.replaceIfUnchanged(pasteboard.changeCount(), "not read either"));
+    EXPECT_EQ(pasteboard.own->passwordHint(), nullptr);
+    pasteboard.copyElsewhere("password");
+    pasteboard.string();
+    EXPECT_TRUE(pasteboard.replaceIfUnchanged(pasteboard.changeCount(), "PASSWORD"));
+    EXPECT_EQ(pasteboard.own->passwordHint(), pasteboard.hint);
+    pasteboard.hint = nullptr;
+    pasteboard.string();
+    EXPECT_TRUE(pasteboard.replaceIfUnchanged(pasteboard.changeCount(), "again"));
+    EXPECT_EQ(*pasteboard.own->passwordHint(), "secret");
+    EXPECT_TRUE(pasteboard.setString("copied"));
+    EXPECT_EQ(pasteboard.own->passwordHint(), nullptr);
 }
 
 TEST(SystemPasteboard, OurOwnTextIsReadWithoutAskingForIt) {

@@ -189,14 +189,19 @@ std::vector<std::string> Paster::types() {
 }
 
 Descriptor Paster::begin(const std::string& type) {
-    connection_->synchronise();
     std::array<int, 2> ends = {};
-    if (!offer_ || pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error("nothing to paste");
+    if (pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
     fcntl(ends[0], F_SETFL, O_NONBLOCK);
-    offer_->receive(type, ends[1]);
-    connection_->synchronise();
+    beginInto(type, ends[1]);
     close(ends[1]);
     return Descriptor(ends[0]);
+}
+
+void Paster::beginInto(const std::string& type, int descriptor) {
+    connection_->synchronise();
+    if (!offer_) throw std::runtime_error("nothing to paste");
+    offer_->receive(type, descriptor);
+    connection_->synchronise();
 }
 
 std::optional<std::string> Paster::read(const std::string& type, SystemPasteboard& pasteboard) {
@@ -207,7 +212,7 @@ std::optional<std::string> Paster::read(const std::string& type, SystemPasteboar
 }
 
 void StallingPaster::begin(const std::string& target) {
-    pipes_.push_back(paster_.begin(target));
+    ask(target);
     EXPECT_TRUE(
         serveUntil(pasteboard_, [this] { return isReadable(pipes_.back().get(), std::chrono::milliseconds(0)); }));
 }

@@ -35,6 +35,9 @@ public:
     /// Requests the clipboard as `type`; the answer can be read from the descriptor.
     Descriptor begin(const std::string& type);
 
+    /// The same, into a descriptor of the caller's.
+    void beginInto(const std::string& type, int descriptor);
+
     /// Everything that arrives as `type` while `pasteboard` serves it.
     std::optional<std::string> read(const std::string& type, SystemPasteboard& pasteboard);
 
@@ -49,6 +52,7 @@ private:
 class StallingPaster final : public StallingReader {
 public:
     explicit StallingPaster(SystemPasteboard& pasteboard) : pasteboard_(pasteboard) {}
+    void ask(const std::string& target) override { pipes_.push_back(paster_.begin(target)); }
     void begin(const std::string& target) override;
 
 private:

@@ -126,15 +126,17 @@ private:
         std::iota(targets.begin(), targets.end(), kNoAtoms);
         targets.insert(targets.end(), {client_.atom("TARGETS"), client_.atom("TIMESTAMP")});
         for (const auto& each : plan_.content) targets.push_back(client_.atom(each.target));
+        if (plan_.listsNothing) targets.clear();
         xcb_change_property(client_.get(), XCB_PROP_MODE_REPLACE, request.requestor, request.property, XCB_ATOM_ATOM,
                             32, static_cast<std::uint32_t>(targets.size()), targets.data());
         return true;
     }
 
     void put(Destination to, const OwnerPlan::Representation& what, std::string_view bytes) {
-        xcb_change_property(client_.get(), XCB_PROP_MODE_REPLACE, to.first, to.second,
-                            client_.atom(what.type.empty() ? what.target : what.type), 8,
-                            static_cast<std::uint32_t>(bytes.size()), bytes.data());
+        xcb_change_property(
+            client_.get(), XCB_PROP_MODE_REPLACE, to.first, to.second,
+            client_.atom(what.type.empty() ? what.target : what.type), static_cast<std::uint8_t>(what.format),
+            static_cast<std::uint32_t>(bytes.size() * 8) / static_cast<std::uint32_t>(what.format), bytes.data());
     }
 
     void handleDeletion(const xcb_property_notify_event_t& change) {
@@ -173,9 +175,16 @@ private:
 class StallingRequestor final : public StallingReader {
 public:
     explicit StallingRequestor(SystemPasteboard& pasteboard) : requestor_(pasteboard) {}
-    void begin(const std::string& target) override { requestor_.begin(target, "STALLED_" + std::to_string(++count_)); }
+    void ask(const std::string& target) override {
+        xcb_convert_selection(requestor_.get(), requestor_.window(), requestor_.atom("CLIPBOARD"),
+                              requestor_.atom(target), requestor_.atom(nextProperty()), XCB_CURRENT_TIME);
+        requestor_.synchronise();
+    }
+    void begin(const std::string& target) override { requestor_.begin(target, nextProperty()); }
 
 private:
+    std::string nextProperty() { return "STALLED_" + std::to_string(++count_); }
+
     Requestor requestor_;
     int count_ = 0;
 };

@@ -66,6 +66,11 @@ const PlainCase kPlainCases[] = {
     {"TextTypedAsUTF8", {.content = {{"TEXT", "\u20ac", "UTF8_STRING"}}}, "\u20ac"},
     {"TextTypedAsString", {.content = {{"TEXT", "\xE9", "STRING"}}}, "\u00e9"},
     {"TextOfUnknownTypeIsAbsent", {.content = {{"TEXT", "x", "COMPOUND_TEXT"}}}, std::nullopt},
+    {"TextInUnitsOf16BitsIsAbsent", {.content = {{"UTF8_STRING", "abcd", "", 16}}}, std::nullopt},
+    {"TextInUnitsOf32BitsIsAbsentAndTheNextIsTaken",
+     {.content = {{"UTF8_STRING", "abcd", "", 32}, {"STRING", "text"}}},
+     "text"},
+    {"OwnerWithAnEmptyListHasNothing", {.content = {{"UTF8_STRING", "x"}}, .listsNothing = true}, std::nullopt},
     {"TrailingNULIsDropped", {.content = {{"UTF8_STRING", "a\0"s}}}, "a"},
     {"OneTrailingNULIsDroppedOnly", {.content = {{"UTF8_STRING", "a\0b\0\0"s}}}, "a\0b\0"s},
     {"EmptyIsPresent", {.content = {{"UTF8_STRING", ""}}}, ""},
@@ -107,6 +112,17 @@ TEST(X11Reading, HTMLAloneComesAsBytes) {
     EXPECT_EQ(pasteboard->string(), std::nullopt);
     EXPECT_EQ(pasteboard->data(Type::rtf), std::nullopt);
     EXPECT_THAT(pasteboard->data(Type::html), Optional("<b>caf\u00e9</b>"s));
+}
+
+TEST(X11Reading, RichTextThatDoesNotComeInBytesIsAbsent) {
+    const auto pasteboard = openPasteboard();
+    for (const int format : {16, 32}) {
+        const ForeignOwner owner({.content = {{"text/rtf", R"({\rtf1 notbytes})", "", format},
+                                              {"application/rtf", R"({\rtf1 bytes})"},
+                                              {"text/html", "<p>notbytes", "", format}}});
+        EXPECT_EQ(pasteboard->data(Type::rtf), R"({\rtf1 bytes})") << "under its other name";
+        EXPECT_EQ(pasteboard->data(Type::html), std::nullopt);
+    }
 }
 
 TEST(X11Reading, EveryRepresentationOfOneOwnerCanBeReadInAnyOrder) {

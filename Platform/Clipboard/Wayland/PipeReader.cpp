@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cerrno>
+#include <new>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -25,7 +26,11 @@ PipeReader::State PipeReader::proceed() {
         if (size < 0 && errno == EAGAIN) return State::open;
         if (size <= 0) return State::ended;
         if (bytes_.size() + static_cast<std::size_t>(size) > byteLimit_) return State::tooLarge;
-        bytes_.append(block.data(), static_cast<std::size_t>(size));
+        try {
+            bytes_.append(block.data(), static_cast<std::size_t>(size));
+        } catch (const std::bad_alloc&) {
+            return State::tooLarge;
+        }
     }
 }
 

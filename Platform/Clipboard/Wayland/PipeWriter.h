@@ -1,33 +1,48 @@
 #pragma once
 
 #include "Platform/Clipboard/Descriptor.h"
+#include "Platform/Clipboard/OfferedText.h"
 
-#include <chrono>
 #include <cstddef>
-#include <memory>
-#include <string>
+#include <cstdint>
+#include <string_view>
+
+#include <sys/types.h>
 
 namespace ravlin {
 
-/// Writes a text into a pipe whose reader takes it at its own pace. Never waits for the reader.
+/// Writes a text into a pipe or socket whose reader takes it at its own pace. Never waits for the reader, whatever that
+/// does with its own descriptors of the same pipe.
 class PipeWriter {
 public:
-    /// Takes ownership of `descriptor`, the pipe to write into.
-    PipeWriter(int descriptor, std::shared_ptr<const std::string> text);
+    /// At most this much is written in one go, in bytes: other programs and the user interface want their turn, too.
+    static constexpr std::size_t kTurnSize = std::size_t{256} << 10;
 
-    /// Writes what the pipe takes now. False once there is nothing left to write, or no reader left.
-    bool proceed();
+    enum class Progress : std::uint8_t {
+        none,  // the reader has taken nothing yet
+        some,
+        finished,  // there is nothing left to write, or no reader left
+    };
 
+    /// Takes ownership of `descriptor`. Anything but a pipe or a socket counts as a reader that has gone.
+    PipeWriter(int descriptor, OfferedText::Bytes text);
+
+    /// Writes what the pipe takes now.
+    Progress proceed();
+
+    /// Writable when there is something to do; not always the descriptor that was handed over.
     int descriptor() const noexcept { return descriptor_.get(); }
 
-    /// When the reader last took something.
-    std::chrono::steady_clock::time_point lastStep() const noexcept { return lastStep_; }
-
 private:
+    enum class Kind : std::uint8_t { ownPipe, sharedPipe, socket, unusable };
+
+    static Kind kindOf(Descriptor& descriptor);
+    ssize_t write(std::string_view bytes) const;
+
     Descriptor descriptor_;
-    std::shared_ptr<const std::string> text_;
+    Kind kind_;
+    OfferedText::Bytes text_;
     std::size_t offset_ = 0;
-    std::chrono::steady_clock::time_point lastStep_ = std::chrono::steady_clock::now();
 };
 
 }  // namespace ravlin

@@ -18,6 +18,9 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
+constexpr int kSocketItself = -1;   // in place of a watched descriptor
+constexpr int kMaximumEvents = 64;  // of one look; the next one begins with the others
+
 /// An answer to wl_display.sync, which comes after everything requested before it.
 class SyncCallback : NonCopyable {
 public:
@@ -69,6 +72,7 @@ WaylandConnection::WaylandConnection(wl_display* display, bool isOwn, Globals gl
     wl_proxy_set_queue(reinterpret_cast<wl_proxy*>(queuedDisplay_), queue_.get());
     epoll_event event = {};
     event.events = EPOLLIN;
+    event.data.fd = kSocketItself;
     epoll_ctl(watcher_.get(), EPOLL_CTL_ADD, socket(), &event);
     listenToRegistry();
 }
@@ -169,11 +173,22 @@ bool WaylandConnection::readAndDispatch(int descriptor, int watcher, TimePoint d
 void WaylandConnection::watchWritable(int descriptor) const {
     epoll_event event = {};
     event.events = EPOLLOUT;
+    event.data.fd = descriptor;
     epoll_ctl(watcher_.get(), EPOLL_CTL_ADD, descriptor, &event);
 }
 
 void WaylandConnection::unwatch(int descriptor) const {
     epoll_ctl(watcher_.get(), EPOLL_CTL_DEL, descriptor, nullptr);
+}
+
+std::vector<int> WaylandConnection::writable() const {
+    std::array<epoll_event, kMaximumEvents> events = {};
+    const int count = epoll_wait(watcher_.get(), events.data(), kMaximumEvents, /*timeout=*/0);
+    std::vector<int> descriptors;
+    for (std::size_t i = 0; count > 0 && i < static_cast<std::size_t>(count); ++i) {
+        if (events.at(i).data.fd != kSocketItself) descriptors.push_back(events.at(i).data.fd);
+    }
+    return descriptors;
 }
 
 }  // namespace ravlin

@@ -73,6 +73,9 @@ public:
     void watchWritable(int descriptor) const;
     void unwatch(int descriptor) const;
 
+    /// Those of the watched descriptors that have become writable, or have failed; some of them if there are many.
+    std::vector<int> writable() const;
+
     /// Ends the connection on this side; a forked process may continue it. All its objects must be gone by then.
     void close();
 

@@ -11,7 +11,6 @@
 namespace ravlin {
 namespace {
 
-using Clock = std::chrono::steady_clock;
 using WaylandSelection::Offer;
 using WaylandSelection::Protocol;
 
@@ -36,6 +35,7 @@ WaylandConnection::Globals WaylandPasteboard::globals() {
 bool WaylandPasteboard::start(std::unique_ptr<WaylandConnection> connection, std::string& whyNot) {
     surviveBrokenPipes();
     connection_ = std::move(connection);
+    transfers_.emplace(*connection_, limits_.reader);
     const bool isAnswering = connection_->synchronise();
     if (isAnswering && !bindManager()) {
         whyNot = "the compositor offers no " + std::string(name_);
@@ -51,13 +51,13 @@ bool WaylandPasteboard::start(std::unique_ptr<WaylandConnection> connection, std
 }
 
 void WaylandPasteboard::close() {
-    transfers_.clear();
     own_.reset();
     foreign_ = {};
     leaveSeat();
     seatNames_.clear();
     manager_.reset();
     connection_->close();
+    transfers_->clear();  // which a forked process may continue as well: it must not be told that they are not watched
 }
 
 void WaylandPasteboard::noteGlobal(std::uint32_t name, std::string_view interface, std::uint32_t version) {
@@ -133,6 +133,7 @@ std::unique_ptr<WaylandPasteboard::Own> WaylandPasteboard::copyOf(const Text& te
     for (const TextFormat& each : TextFormats::kAll) {
         if (text->isOfferedIn(each)) own->source->offer(std::string(each.name));
     }
+    if (text->passwordHint() != nullptr) own->source->offer(std::string(TextFormats::kPasswordHint));
     if (!mark.empty()) own->source->offer(mark);
     return own;
 }
@@ -148,7 +149,7 @@ void WaylandPasteboard::clear() {
 void WaylandPasteboard::handleEvents() {
     connection_->processEvents();
     update();
-    proceedWithTransfers();
+    transfers_->proceed();
 }
 
 bool WaylandPasteboard::awaitAnswer() {
@@ -175,20 +176,31 @@ bool WaylandPasteboard::update() {
 // --- Reading ---------------------------------------------------------------------------------------------------------
 
 std::optional<std::string> WaylandPasteboard::read(Type type) {
-    if (type == Type::string) foreign_.isSilent = false;
+    if (type == Type::string) {
+        foreign_.isSilent = false;
+        readingTimeLeft_ = limits_.total;
+    }
     if (foreign_.offer == nullptr || foreign_.isSilent) return std::nullopt;
     const std::optional<TextFormats::Match> match = TextFormats::best(type, foreign_.offer->types());
-    std::optional<std::string> bytes = match ? receive(match->name) : std::nullopt;
+    std::optional<std::string> bytes = match ? receive(match->name, limits_.byteSize) : std::nullopt;
     if (!bytes || type != Type::string) return bytes;
     return TextFormats::decodedUntyped(match->format, std::move(*bytes));
 }
 
+OfferedText::Bytes WaylandPasteboard::readPasswordHint() {
+    const std::string name(TextFormats::kPasswordHint);
+    const bool isOffered =
+        foreign_.offer && !foreign_.isSilent && std::ranges::count(foreign_.offer->types(), name) > 0;
+    const auto hint = isOffered ? receive(name, TextFormats::kMaximumPasswordHintSize) : std::nullopt;
+    return hint ? std::make_shared<const std::string>(*hint) : nullptr;
+}
+
 /// Everything the program writes as the type `name`. A program that ends in the middle cannot be distinguished from one
 /// that has finished; the change count shows that the clipboard has changed by then.
-std::optional<std::string> WaylandPasteboard::receive(const std::string& name) {
-    Patience patience(limits_);
+std::optional<std::string> WaylandPasteboard::receive(const std::string& name, std::size_t byteLimit) {
+    Patience patience(limits_, readingTimeLeft_);
     const std::shared_ptr<Offer> offer = foreign_.offer;  // which may have been replaced by the end
-    PipeReader pipe(limits_.byteSize);
+    PipeReader pipe(byteLimit);
     if (pipe.writingEnd() < 0) return std::nullopt;
     offer->receive(name, pipe.writingEnd());
     connection_->processEvents();
@@ -199,7 +211,7 @@ std::optional<std::string> WaylandPasteboard::receive(const std::string& name) {
         const auto deadline = patience.deadline();
         if (Clock::now() >= deadline || !connection_->waitFor(pipe.descriptor(), deadline)) break;
         connection_->processEvents();
-        proceedWithTransfers();
+        transfers_->proceed();
     }
     if (state == PipeReader::State::ended) return std::move(pipe.bytes());
     if (foreign_.offer == offer) foreign_.isSilent = true;
@@ -208,32 +220,19 @@ std::optional<std::string> WaylandPasteboard::receive(const std::string& name) {
 
 // --- Serving ---------------------------------------------------------------------------------------------------------
 
-/// Writes as much of the text as the pipe takes; the rest follows when it takes more.
 void WaylandPasteboard::serve(std::string_view type, int descriptor, const Text& text) {
     const auto* const format = std::ranges::find(TextFormats::kAll, type, &TextFormat::name);
-    PipeWriter transfer(descriptor,
-                        text->bytesIn(format != TextFormats::kAll.end() ? *format : TextFormats::kUTF8String));
-    if (!transfer.proceed()) return;
-    connection_->watchWritable(descriptor);
-    transfers_.push_back(std::move(transfer));
+    const bool isHint = type == TextFormats::kPasswordHint && text->passwordHint() != nullptr;
+    transfers_->begin(descriptor, isHint                              ? text->passwordHint()
+                                  : format != TextFormats::kAll.end() ? text->bytesIn(*format)
+                                                                      : text->bytesIn(TextFormats::kUTF8String));
 }
 
 std::vector<int> WaylandPasteboard::servingDescriptors() const {
     std::vector<int> descriptors = connection_->descriptors();
-    for (const PipeWriter& each : transfers_) descriptors.push_back(each.descriptor());
+    const std::vector<int> pipes = transfers_->descriptors();
+    descriptors.insert(descriptors.end(), pipes.begin(), pipes.end());
     return descriptors;
-}
-
-void WaylandPasteboard::proceedWithTransfers() {
-    const auto oldest = Clock::now() - kTransferLimit;
-    for (auto transfer = transfers_.begin(); transfer != transfers_.end();) {
-        if (transfer->proceed() && transfer->lastStep() >= oldest) {
-            ++transfer;
-        } else {
-            connection_->unwatch(transfer->descriptor());
-            transfer = transfers_.erase(transfer);
-        }
-    }
 }
 
 }  // namespace ravlin

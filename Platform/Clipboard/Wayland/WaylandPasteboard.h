@@ -2,14 +2,14 @@
 
 #include "Platform/Clipboard/ReadLimits.h"
 #include "Platform/Clipboard/SystemPasteboard.h"
-#include "Platform/Clipboard/Wayland/PipeWriter.h"
 #include "Platform/Clipboard/Wayland/WaylandConnection.h"
 #include "Platform/Clipboard/Wayland/WaylandSelection.h"
+#include "Platform/Clipboard/Wayland/WaylandTransfers.h"
 
 #include <wayland-client-protocol.h>
 
+#include <cstddef>
 #include <cstdint>
-#include <list>
 #include <memory>
 #include <optional>
 #include <string>
@@ -37,11 +37,12 @@ public:
                                                    ReadLimits limits = {});
 
     int fileDescriptor() const override { return connection_->fileDescriptor(); }
+    std::optional<Clock::time_point> nextDeadline() const override { return transfers_->nextDeadline(); }
 
 protected:
     /// Uses the best of `protocols`, listed best first and together called `name`.
     WaylandPasteboard(std::vector<WaylandSelection::Protocol> protocols, std::string_view name, ReadLimits limits)
-        : protocols_(std::move(protocols)), name_(name), limits_(limits) {}
+        : protocols_(std::move(protocols)), name_(name), limits_(limits), readingTimeLeft_(limits.total) {}
 
     /// How the connection notifies this object.
     WaylandConnection::Globals globals();
@@ -61,7 +62,7 @@ protected:
     Text ownText() const override { return own_ && own_->isAccepted ? own_->text : nullptr; }
     bool write(const Text& text, std::int64_t count) override;
     std::optional<std::string> read(Type type) override;
-    bool isTransferring() const override { return !transfers_.empty(); }
+    OfferedText::Bytes readPasswordHint() override;
     std::vector<int> servingDescriptors() const override;
 
 private:
@@ -116,12 +117,12 @@ private:
 
     std::unique_ptr<Own> copyOf(const Text& text);
     void serve(std::string_view type, int descriptor, const Text& text);
-    void proceedWithTransfers();
-    std::optional<std::string> receive(const std::string& name);
+    std::optional<std::string> receive(const std::string& name, std::size_t byteLimit);
 
     std::vector<WaylandSelection::Protocol> protocols_;
     std::string_view name_;
     ReadLimits limits_;
+    Clock::duration readingTimeLeft_;  // for what is read after plain text
     std::unique_ptr<WaylandConnection> connection_;
     std::vector<std::pair<std::uint32_t, WaylandSelection::Protocol>> managerNames_;
     std::vector<std::uint32_t> seatNames_;
@@ -130,7 +131,7 @@ private:
     bool isSeatFinished_ = false;
     Foreign foreign_;
     std::unique_ptr<Own> own_;
-    std::list<PipeWriter> transfers_;
+    std::optional<WaylandTransfers> transfers_;  // there is always one once there is a connection
 };
 
 }  // namespace ravlin

@@ -16,8 +16,8 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 // In the order of X11Atom.
-constexpr std::array<std::string_view, kX11AtomCount> kAtomNames = {"CLIPBOARD", "TARGETS", "MULTIPLE",
-                                                                    "TIMESTAMP", "INCR",    "RAVLIN_CLOCK"};
+constexpr std::array<std::string_view, kX11AtomCount> kAtomNames = {
+    "CLIPBOARD", "TARGETS", "MULTIPLE", "TIMESTAMP", "INCR", TextFormats::kPasswordHint, "RAVLIN_CLOCK"};
 static_assert(!kAtomNames.back().empty());
 
 constexpr std::size_t kRequestUnit = 4;           // bytes; the unit of the server's maximum

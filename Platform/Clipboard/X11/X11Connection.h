@@ -19,16 +19,17 @@
 
 namespace ravlin {
 
-/// The atoms that the clipboard protocol (ICCCM, section 2) needs, other than those of the formats.
+/// The atoms that the clipboard protocol (ICCCM, section 2) needs, and others that are not those of the formats.
 enum class X11Atom : std::uint8_t {
     clipboard,
     targets,
     multiple,
     timestamp,
     incr,
+    passwordHint,
     clock,  // a property of our own window whose changes carry the server's time
 };
-inline constexpr std::size_t kX11AtomCount = 6;
+inline constexpr std::size_t kX11AtomCount = 7;
 
 /// Frees what libxcb returns, which it allocates with malloc.
 struct X11Deleter {
@@ -143,6 +144,9 @@ private:
     X11Connection& connection_;
     xcb_window_t window_;
 };
+
+/// The kind of what comes in an event's place if a request that has no reply fails.
+inline constexpr int kX11Error = 0;
 
 /// The kind of event, an XCB_... number, no matter whether the server or another program sent it.
 inline int x11EventType(const xcb_generic_event_t& event) {

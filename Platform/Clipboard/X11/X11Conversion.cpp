@@ -1,5 +1,6 @@
 #include "Platform/Clipboard/X11/X11Conversion.h"
 
+#include <new>
 #include <utility>
 
 namespace ravlin {
@@ -84,7 +85,11 @@ void X11Conversion::append(xcb_get_property_reply_t& reply) {
         state_ = State::failed;
         return;
     }
-    bytes_.append(static_cast<const char*>(xcb_get_property_value(&reply)), size);
+    try {
+        bytes_.append(static_cast<const char*>(xcb_get_property_value(&reply)), size);
+    } catch (const std::bad_alloc&) {
+        state_ = State::failed;
+    }
 }
 
 }  // namespace ravlin

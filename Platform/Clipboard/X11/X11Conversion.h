@@ -17,7 +17,7 @@ public:
         receiving,  // increments
         answered,   // `bytes` are complete
         refused,    // the owner has no such target
-        failed,     // the owner ended before it had finished, or sends more than it may
+        failed,     // the owner ended before it had finished, or sends more than it may or memory has room for
     };
 
     struct Question {

@@ -10,6 +10,10 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
+/// How long one turn of the event loop may handle events, and how long it may answer requests: the rest has to wait for
+/// the next turn, so that the user interface gets its own.
+constexpr std::chrono::milliseconds kTurn{5};
+
 }  // namespace
 
 std::unique_ptr<X11Pasteboard> X11Pasteboard::open(const char* displayName, std::string& whyNot, ReadLimits limits) {
@@ -31,10 +35,15 @@ std::unique_ptr<X11Pasteboard> X11Pasteboard::open(const char* displayName, std:
 X11Pasteboard::X11Pasteboard(std::unique_ptr<X11Connection> connection, ReadLimits limits)
     : connection_(std::move(connection)),
       reader_(*connection_, limits, [this](X11Connection::TimePoint deadline) { return pump(deadline); }),
-      server_(*connection_) {}
+      server_(*connection_, limits.reader) {}
 
 std::optional<std::string> X11Pasteboard::read(Type type) {
     return reader_.read({.owner = owner_, .changeCount = countSoFar()}, type);
+}
+
+OfferedText::Bytes X11Pasteboard::readPasswordHint() {
+    const auto hint = reader_.readPasswordHint({.owner = owner_, .changeCount = countSoFar()});
+    return hint ? std::make_shared<const std::string>(*hint) : nullptr;
 }
 
 bool X11Pasteboard::write(const Text& text, std::int64_t count) {
@@ -58,7 +67,12 @@ bool X11Pasteboard::take(const Text& text, xcb_timestamp_t time) {
 }
 
 void X11Pasteboard::handleEvents() {
-    while (const X11Event event = connection_->pollEvent()) handle(*event);
+    const auto deadline = Clock::now() + kTurn;
+    while (Clock::now() < deadline) {
+        const X11Event event = connection_->pollEvent();
+        if (!event) break;
+        handle(*event);
+    }
     server_.dropStalledTransfers();
 }
 
@@ -76,15 +90,15 @@ void X11Pasteboard::clear() {
 }
 
 std::optional<xcb_timestamp_t> X11Pasteboard::serverTime() {
-    serverTime_.reset();
     askServerTime();
     const auto deadline = Clock::now() + X11Connection::kServerLimit;
-    while (!serverTime_ && pump(deadline)) continue;
-    return serverTime_;
+    while (serverTimeRequestCount_ > 0 && pump(deadline)) continue;
+    return serverTimeRequestCount_ == 0 ? serverTime_ : std::nullopt;
 }
 
 /// Appending nothing to a property counts as a change, and the event that reports it carries the time.
 void X11Pasteboard::askServerTime() {
+    ++serverTimeRequestCount_;
     xcb_change_property(connection_->get(), XCB_PROP_MODE_APPEND, connection_->window(),
                         connection_->atom(X11Atom::clock), XCB_ATOM_INTEGER, 32, 0, nullptr);
 }
@@ -94,6 +108,7 @@ bool X11Pasteboard::pump(X11Connection::TimePoint deadline) {
     if (Clock::now() >= deadline) return false;
     const X11Event event = connection_->waitForEvent(deadline);
     if (event) handle(*event);
+    if (server_.hasRequests()) server_.answerNext();
     return event != nullptr;
 }
 
@@ -101,20 +116,27 @@ void X11Pasteboard::handleQueuedEvents() {
     while (const X11Event event = connection_->queuedEvent()) handle(*event);
 }
 
+void X11Pasteboard::answerRequests(X11Connection::TimePoint deadline) {
+    while (server_.hasRequests() && Clock::now() < deadline) server_.answerNext();
+}
+
 /// Events that libxcb has read along with a reply, or while it wrote, are in its own queue: the descriptor will not
-/// become readable for them, so they are handled now.
+/// become readable for them, so they are handled now. Nor will it for requests that have to wait for the next turn.
 void X11Pasteboard::settle() {
-    connection_->flush();
-    while (const X11Event event = connection_->queuedEvent()) {
+    const auto deadline = Clock::now() + kTurn;
+    for (;;) {
+        answerRequests(deadline);
+        if (server_.hasRequests() && serverTimeRequestCount_ == 0) wakeUp();
+        connection_->flush();
+        const X11Event event = connection_->queuedEvent();
+        if (!event) return;
         handle(*event);
         handleQueuedEvents();
-        connection_->flush();
     }
 }
 
 void X11Pasteboard::handle(const xcb_generic_event_t& event) {
-    // Other programs have only one thing to send us, the answer to a request; everything else comes from the server. An
-    // X error, which has type 0, is about a window that is gone: its destruction has been reported as well.
+    // Other programs have only one thing to send us, the answer to a request; everything else comes from the server.
     if (x11EventIsSent(event) && x11EventType(event) != XCB_SELECTION_NOTIFY) return;
     if (x11EventType(event) == connection_->ownerChangeEvent()) {
         noteOwner(event);
@@ -128,11 +150,13 @@ void X11Pasteboard::handle(const xcb_generic_event_t& event) {
 /// cannot be distinguished from one sent afterwards within the same millisecond.
 void X11Pasteboard::noteOwner(const xcb_generic_event_t& event) {
     const auto& change = x11EventAs<xcb_xfixes_selection_notify_event_t>(event);
+    const bool wasOwner = isOwner();
     noteChange();
     owner_ = change.owner;
     ownerSince_ = change.selection_timestamp;
     if (!isOwner()) {
-        server_.withdraw();
+        // Our window is destroyed when our connection is: nobody has copied, and the text may be saved.
+        if (!wasOwner || change.subtype == XCB_XFIXES_SELECTION_EVENT_SET_SELECTION_OWNER) server_.withdraw();
     } else if (nextText_ != nullptr) {
         server_.offer(std::exchange(nextText_, nullptr), change.selection_timestamp);
     }
@@ -143,6 +167,7 @@ bool X11Pasteboard::noteServerTime(const xcb_generic_event_t& event) {
     const auto& change = x11EventAs<xcb_property_notify_event_t>(event);
     if (change.window != connection_->window() || change.atom != connection_->atom(X11Atom::clock)) return false;
     serverTime_ = change.time;
+    --serverTimeRequestCount_;
     return true;
 }
 

@@ -31,6 +31,7 @@ public:
     static std::unique_ptr<X11Pasteboard> open(const char* displayName, std::string& whyNot, ReadLimits limits = {});
 
     int fileDescriptor() const override { return connection_->fileDescriptor(); }
+    std::optional<Clock::time_point> nextDeadline() const override { return server_.nextDeadline(); }
 
 private:
     X11Pasteboard(std::unique_ptr<X11Connection> connection, ReadLimits limits);
@@ -39,12 +40,12 @@ private:
     bool isEmpty() const override { return owner_ == XCB_WINDOW_NONE; }
     Text ownText() const override { return server_.text(); }
     std::optional<std::string> read(Type type) override;
+    OfferedText::Bytes readPasswordHint() override;
     bool write(const Text& text, std::int64_t count) override;
     void clear() override;
     void wakeUp() override { askServerTime(); }
     void handleEvents() override;
     void settle() override;
-    bool isTransferring() const override { return server_.isTransferring(); }
     std::vector<int> servingDescriptors() const override { return {connection_->fileDescriptor()}; }
     void giveAway() override { connection_->giveAway(); }
 
@@ -53,6 +54,7 @@ private:
     void askServerTime();
     bool pump(X11Connection::TimePoint deadline);
     void handleQueuedEvents();
+    void answerRequests(X11Connection::TimePoint deadline);
     void handle(const xcb_generic_event_t& event);
     void noteOwner(const xcb_generic_event_t& event);
     bool noteServerTime(const xcb_generic_event_t& event);
@@ -64,7 +66,8 @@ private:
     xcb_window_t owner_ = XCB_WINDOW_NONE;
     std::optional<xcb_timestamp_t> ownerSince_;
     std::optional<xcb_timestamp_t> serverTime_;
-    Text nextText_;  // offered once the server confirms that we are the owner
+    int serverTimeRequestCount_ = 0;  // that have not been answered
+    Text nextText_;                   // offered once the server confirms that we are the owner
 };
 
 }  // namespace ravlin

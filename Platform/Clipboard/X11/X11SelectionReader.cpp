@@ -13,25 +13,45 @@ constexpr int kAtomFormat = 32;
 }  // namespace
 
 X11SelectionReader::X11SelectionReader(X11Connection& connection, ReadLimits limits, Pump pump)
-    : connection_(connection), limits_(limits), pump_(std::move(pump)) {
+    : connection_(connection), limits_(limits), pump_(std::move(pump)), timeLeft_(limits.total) {
     takeNewProperty();
 }
 
 std::optional<std::string> X11SelectionReader::read(Source source, Pasteboard::Type type) {
     const bool isText = type == Pasteboard::Type::string;
-    if (isText) knowledge_ = {};
-    Patience patience(limits_);
+    if (isText) {
+        knowledge_ = {};
+        timeLeft_ = limits_.total;
+    }
+    Patience patience(limits_, timeLeft_);
     if (!learnTargets(source, patience)) return std::nullopt;
     for (const TextFormat& format : TextFormats::kAll) {
         const xcb_atom_t target = format.type == type && !knowledge_.isSilent ? targetOf(format) : xcb_atom_t{};
         if (target == XCB_ATOM_NONE) continue;
         std::optional<Answer> answer = ask(source, target, patience);
-        if (!answer) continue;
+        if (!answer || !isInBytes(*answer)) continue;
         if (!isText) return std::move(answer->bytes);
         const auto encoding = encodingOf(format, *answer);
         if (encoding) return TextFormats::decoded(*encoding, std::move(answer->bytes));
     }
     return std::nullopt;
+}
+
+/// Text of any kind is. An empty answer may come without a format.
+bool X11SelectionReader::isInBytes(const Answer& answer) {
+    return answer.format == kByteFormat || answer.bytes.empty();
+}
+
+std::optional<std::string> X11SelectionReader::readPasswordHint(Source source) {
+    const xcb_atom_t target = connection_.atom(X11Atom::passwordHint);
+    if (knowledge_.changeCount != source.changeCount || knowledge_.isSilent || !isListed(target)) return std::nullopt;
+    Patience patience(limits_, timeLeft_);
+    const std::optional<Answer> answer = ask({.owner = source.owner,
+                                              .target = target,
+                                              .property = property_,
+                                              .maximumSize = TextFormats::kMaximumPasswordHintSize},
+                                             patience);
+    return answer && answer->format == kByteFormat ? std::optional(answer->bytes) : std::nullopt;
 }
 
 /// Asks for the list of targets, once for each change of the clipboard. False if there is no owner that answers.
@@ -43,8 +63,10 @@ bool X11SelectionReader::learnTargets(Source source, Patience& patience) {
     knowledge_.isAsked = true;
     const std::optional<Answer> answer = ask(source, connection_.atom(X11Atom::targets), patience);
     if (answer && answer->format == kAtomFormat) {
-        knowledge_.targets.emplace(answer->bytes.size() / sizeof(xcb_atom_t));
-        std::memcpy(knowledge_.targets->data(), answer->bytes.data(), knowledge_.targets->size() * sizeof(xcb_atom_t));
+        std::vector<xcb_atom_t> targets(answer->bytes.size() / sizeof(xcb_atom_t));
+        // An empty vector has no place to copy anything to, not even nothing.
+        if (!targets.empty()) std::memcpy(targets.data(), answer->bytes.data(), targets.size() * sizeof(xcb_atom_t));
+        knowledge_.targets = std::move(targets);
     }
     return !knowledge_.isSilent;
 }
@@ -54,11 +76,15 @@ xcb_atom_t X11SelectionReader::targetOf(const TextFormat& format) {
     const xcb_atom_t usual = connection_.atom(format);
     // An owner too old to list its targets is too old for anything but plain text.
     if (!knowledge_.targets) return format.type == Pasteboard::Type::string ? usual : xcb_atom_t{XCB_ATOM_NONE};
-    if (std::ranges::count(*knowledge_.targets, usual) > 0) return usual;
+    if (isListed(usual)) return usual;
     if (!knowledge_.names) learnNames();
     const auto isMeant = [&format](const auto& each) { return TextFormats::isNameOf(each.first, format); };
     const auto found = std::ranges::find_if(*knowledge_.names, isMeant);
     return found != knowledge_.names->end() ? found->second : xcb_atom_t{XCB_ATOM_NONE};
+}
+
+bool X11SelectionReader::isListed(xcb_atom_t target) const {
+    return knowledge_.targets && std::ranges::count(*knowledge_.targets, target) > 0;
 }
 
 /// A format's name may differ in letter case or blanks, and is then another atom. Most owners have the best format
@@ -77,12 +103,15 @@ void X11SelectionReader::learnNames() {
 /// The owner's content as `target`, or nothing if it has no such target or does not answer.
 std::optional<X11SelectionReader::Answer> X11SelectionReader::ask(Source source, xcb_atom_t target,
                                                                   Patience& patience) {
-    conversion_.emplace(
-        connection_,
-        X11Conversion::Question{
-            .owner = source.owner, .target = target, .property = property_, .maximumSize = limits_.byteSize});
+    return ask({.owner = source.owner, .target = target, .property = property_, .maximumSize = limits_.byteSize},
+               patience);
+}
+
+std::optional<X11SelectionReader::Answer> X11SelectionReader::ask(X11Conversion::Question question,
+                                                                  Patience& patience) {
+    conversion_.emplace(connection_, question);
     while (!conversion_->isDone() && pump_(patience.deadline())) {
-        if (target != connection_.atom(X11Atom::targets)) patience.noteSize(conversion_->bytes().size());
+        if (question.target != connection_.atom(X11Atom::targets)) patience.noteSize(conversion_->bytes().size());
     }
     std::optional<Answer> answer;
     if (conversion_->state() == X11Conversion::State::answered) {
@@ -98,8 +127,6 @@ std::optional<X11SelectionReader::Answer> X11SelectionReader::ask(Source source,
 /// Nothing if the encoding is not one we understand.
 std::optional<TextFormat::Encoding> X11SelectionReader::encodingOf(const TextFormat& format,
                                                                    const Answer& answer) const {
-    // An empty answer may come without a format.
-    if (answer.format != kByteFormat && !answer.bytes.empty()) return std::nullopt;
     return TextFormats::encodingOf(format, connection_.formatOf(answer.type));
 }
 

@@ -18,7 +18,8 @@ namespace ravlin {
 /// Reads the clipboard of another program.
 ///
 /// A reading begins with a call for plain text: the owner is asked once what it offers, and one that does not answer is
-/// not waited for again until the clipboard changes or the next reading begins.
+/// not waited for again until the clipboard changes or the next reading begins. All calls of a reading share one time
+/// limit.
 class X11SelectionReader {
 public:
     /// At most this many targets that we do not know are looked up by name, those that the owner lists first. The
@@ -42,6 +43,10 @@ public:
     /// under a label that makes them look right, or a conversion that has lost what Latin-1 cannot hold.
     std::optional<std::string> read(Source source, Pasteboard::Type type);
 
+    /// The owner's hint that its content is a secret, if it lists one: see `TextFormats::kPasswordHint`. Belongs to the
+    /// reading that `read` has begun.
+    std::optional<std::string> readPasswordHint(Source source);
+
     void handle(const xcb_generic_event_t& event);
 
 private:
@@ -63,7 +68,10 @@ private:
     bool learnTargets(Source source, Patience& patience);
     void learnNames();
     xcb_atom_t targetOf(const TextFormat& format);
+    bool isListed(xcb_atom_t target) const;
+    static bool isInBytes(const Answer& answer);
     std::optional<Answer> ask(Source source, xcb_atom_t target, Patience& patience);
+    std::optional<Answer> ask(X11Conversion::Question question, Patience& patience);
     std::optional<TextFormat::Encoding> encodingOf(const TextFormat& format, const Answer& answer) const;
     void takeNewProperty();
     void discardLateAnswer(const xcb_generic_event_t& event);
@@ -71,6 +79,7 @@ private:
     X11Connection& connection_;
     ReadLimits limits_;
     Pump pump_;
+    Patience::Clock::duration timeLeft_;  // for the rest of this reading
     Knowledge knowledge_;
     std::optional<X11Conversion> conversion_;
     xcb_atom_t property_ = XCB_ATOM_NONE;

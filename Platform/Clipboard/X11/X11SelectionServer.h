@@ -2,78 +2,71 @@
 
 #include "Platform/Clipboard/OfferedText.h"
 #include "Platform/Clipboard/X11/X11Connection.h"
+#include "Platform/Clipboard/X11/X11Transfers.h"
 
 #include <chrono>
 #include <cstddef>
-#include <list>
+#include <deque>
 #include <memory>
 #include <optional>
-#include <string>
 
 namespace ravlin {
 
 /// Hands the text that we own to every program that asks for it (ICCCM sections 2.2 and 2.7). Feed it every event.
 ///
-/// A text too large for one piece goes out in increments, to any number of programs at once, each at its own pace. A
-/// transfer is completed even if the clipboard changes meanwhile.
+/// A request is only noted when its event arrives, and is answered when `answerNext` is called: however many there are,
+/// nothing else has to wait for the answers. Each is answered as it would have been on its arrival, and a transfer is
+/// completed, even if the clipboard changes meanwhile.
 class X11SelectionServer {
 public:
-    /// Content above this size goes out in increments of this size, in bytes; smaller ones if the server takes less.
-    static constexpr std::size_t kIncrementSize = std::size_t{256} << 10;
+    /// So many requests wait for their answers at most, the latest ones. No desktop makes as many at once.
+    static constexpr std::size_t kMaximumRequests = 1000;
 
-    explicit X11SelectionServer(X11Connection& connection);
+    /// `limit`: how long a program that reads may take nothing.
+    X11SelectionServer(X11Connection& connection, std::chrono::milliseconds limit);
 
     /// From now on requests get `text`, which we have owned since the server time `since`.
     void offer(std::shared_ptr<const OfferedText> text, xcb_timestamp_t since);
 
     /// From now on requests are refused.
-    void withdraw() { text_ = nullptr; }
+    void withdraw() { offer_ = {}; }
 
     /// The text on offer, or null.
-    const std::shared_ptr<const OfferedText>& text() const { return text_; }
+    const std::shared_ptr<const OfferedText>& text() const { return offer_.text; }
 
-    bool isTransferring() const { return !transfers_.empty(); }
-
-    /// Drops the readers that have taken nothing for `SystemPasteboard::kTransferLimit`.
-    void dropStalledTransfers();
     void handle(const xcb_generic_event_t& event);
 
+    bool hasRequests() const { return !requests_.empty(); }
+
+    /// Answers the oldest request.
+    void answerNext();
+
+    /// Drops the readers that have taken nothing for too long; and when that will have something to do, if ever.
+    void dropStalledTransfers() { transfers_.removeStalled(); }
+    std::optional<X11Connection::TimePoint> nextDeadline() const { return transfers_.nextDeadline(); }
+
 private:
-    struct Content {
-        xcb_atom_t type;
-        OfferedText::Bytes bytes;
+    using Destination = X11Transfers::Destination;
+
+    struct Offer {
+        std::shared_ptr<const OfferedText> text;
+        xcb_timestamp_t since = XCB_CURRENT_TIME;
     };
-    /// Where an answer goes.
-    struct Destination {
-        xcb_window_t window;
-        xcb_atom_t property;
-        friend bool operator==(const Destination&, const Destination&) = default;
-    };
-    struct Transfer {
-        Transfer(X11Connection& connection, Destination to, Content what)
-            : destination(to), requestorWatch(connection, to.window), content(std::move(what)) {}
-        Destination destination;
-        X11WindowWatch requestorWatch;
-        Content content;
-        std::size_t offset = 0;
-        std::chrono::steady_clock::time_point lastStep = std::chrono::steady_clock::now();
+    struct Request {
+        xcb_selection_request_event_t event;
+        Offer offer;  // what it is about; without a text it is refused
     };
 
-    void answer(const xcb_selection_request_event_t& request);
     bool isServable(const xcb_selection_request_event_t& request) const;
-    bool convertMultiple(Destination destination);
-    bool convert(xcb_atom_t target, Destination destination);
-    void listTargets(Destination destination);
-    std::optional<Content> contentAs(xcb_atom_t target) const;
-    void deliver(Destination destination, Content content);
-    void continueTransfer(Destination destination);
-    bool sendIncrement(Transfer& transfer);
+    bool convertMultiple(const Offer& offer, Destination destination);
+    bool convert(const Offer& offer, xcb_atom_t target, Destination destination);
+    void listTargets(const Offer& offer, Destination destination);
+    std::optional<X11Transfers::Content> contentAs(const Offer& offer, xcb_atom_t target) const;
 
     X11Connection& connection_;
-    std::size_t incrementSize_;
-    std::shared_ptr<const OfferedText> text_;
-    xcb_timestamp_t since_ = XCB_CURRENT_TIME;
-    std::list<Transfer> transfers_;
+    Offer offer_;
+    std::deque<Request> requests_;
+    X11Transfers transfers_;
 };
 
 }  // namespace ravlin
