@@ -6,6 +6,8 @@
 #include <utility>
 
 #include <fcntl.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 namespace ravlin {
@@ -30,6 +32,16 @@ void redirectStandardStreamsToNull() {
     }
 }
 
+/// From now on the process can start no program or process, and neither write to a file nor leave its memory in one.
+void giveUpRights() {
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-vararg): there is no other way to call it
+    prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
+    const rlimit none = {.rlim_cur = 0, .rlim_max = 0};
+    setrlimit(RLIMIT_NPROC, &none);
+    setrlimit(RLIMIT_FSIZE, &none);
+    setrlimit(RLIMIT_CORE, &none);
+}
+
 void resetSignals() {
     for (const int number : {SIGTERM, SIGINT, SIGHUP, SIGQUIT}) std::signal(number, SIG_DFL);  // NOLINT(cert-err33-c)
     std::signal(SIGPIPE, SIG_IGN);  // NOLINT(cert-err33-c): cannot fail for these signals
@@ -49,6 +61,7 @@ ForkSide forkLingeringChild(std::vector<int> keptDescriptors) {
     closeDescriptorsExcept(std::move(keptDescriptors));
     const bool keepsNoFolderBusy = chdir("/") == 0;
     static_cast<void>(keepsNoFolderBusy);  // a courtesy
+    giveUpRights();
     // Last of all, so that a program waiting for our output to end finds everything done.
     redirectStandardStreamsToNull();
     return ForkSide::child;

@@ -4,13 +4,25 @@
 
 #include <csignal>
 #include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
 
+#include <gmock/gmock.h>
 #include <sys/wait.h>
 
 namespace ravlin::tests {
 namespace {
 
 using BackEndLingering = Lingering;
+using testing::ContainsRegex;
+using testing::HasSubstr;
+
+std::string contentOf(const std::string& path) {
+    std::ostringstream content;
+    content << std::ifstream(path).rdbuf();
+    return content.str();
+}
 
 TEST_F(BackEndLingering, LargeTextIsThereAfterTheEndUntilTheNextCopy) {
     const std::string text = textOfSize(10485760);
@@ -51,6 +63,16 @@ TEST_F(BackEndLingering, ChildHoldsNothingButTheConnection) {
     EXPECT_EQ(socketCount, 1);
     EXPECT_EQ(std::filesystem::read_symlink(process + "/cwd"), "/");
     EXPECT_NE(getsid(child()), getsid(0));
+}
+
+TEST_F(BackEndLingering, ChildHasGivenUpWhatItDoesNotNeed) {
+    ASSERT_TRUE(copyAndQuit("text"));
+    const std::string process = "/proc/" + std::to_string(child());
+    EXPECT_THAT(contentOf(process + "/status"), HasSubstr("NoNewPrivs:\t1"));
+    const std::string limits = contentOf(process + "/limits");
+    for (const char* const limit : {"Max processes", "Max file size", "Max core file size"})
+        EXPECT_THAT(limits, ContainsRegex(std::string(limit) + " +0 +0 "));
+    EXPECT_EQ(paste(), "text");
 }
 
 TEST_F(BackEndLingering, ChildFinishesWhatAReaderHasBegunAfterTheNextCopy) {
