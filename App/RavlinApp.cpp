@@ -3,10 +3,13 @@
 #include "App/SessionBus.h"
 #include "Platform/Desktop/LaunchFeedback.h"
 #include "Platform/Desktop/LayerShell.h"
+#include "Platform/Desktop/WindowSystem.h"
 #include "Updater/SingleFileInstaller.h"
 
 #include <QApplication>
 #include <QLoggingCategory>
+#include <QSemaphore>
+#include <QThread>
 
 #include <chrono>
 #include <csignal>
@@ -34,7 +37,9 @@ void giveLargeMemoryBack() {
 
 void describeApplication() {
     // No data of the user's belongs in a log, and no one reads a log full of a toolkit's remarks.
-    QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false\n*.info=false\n*.warning=false"));
+    // Warnings without a category are not shown, either, but see `lingerIfWaylandIsLost`.
+    QLoggingCategory::setFilterRules(
+        QStringLiteral("*.debug=false\n*.info=false\n*.warning=false\ndefault.warning=true"));
     QCoreApplication::setApplicationName(QStringLiteral("ravlin"));
     QCoreApplication::setApplicationVersion(QStringLiteral(RAVLIN_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("org.ravlin.ravlin"));
@@ -52,6 +57,31 @@ void endWithoutDisplay(QtMsgType type, const QMessageLogContext& /*context*/, co
     std::cerr << "ravlin: no display can be opened (WAYLAND_DISPLAY is " << textOf("WAYLAND_DISPLAY") << ", DISPLAY is "
               << textOf("DISPLAY") << ")\n";
     std::_Exit(EXIT_FAILURE);
+}
+
+/// Has the clipboard's own thread leave our text to a child, unless that thread is too busy.
+void lingerFromAnyThread() {
+    constexpr int kLimit = 2000;  // ms
+    if (QThread::currentThread() == qApp->thread()) return SystemClipboard::linger();
+    const auto done = std::make_shared<QSemaphore>();
+    const auto linger = [done] {
+        SystemClipboard::linger();
+        done->release();
+    };
+#ifndef __clang_analyzer__  // which takes what Qt keeps for lost
+    QMetaObject::invokeMethod(qApp, linger, Qt::QueuedConnection);
+#endif
+    done->tryAcquire(1, kLimit);
+}
+
+/// Replaces Qt's own message handling from then on. If Qt loses its connection to a Wayland compositor, it warns, on
+/// whatever thread, and then ends the program without `exit`: this is the last thing that is called.
+void lingerIfWaylandIsLost(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+    if (type != QtWarningMsg) {
+        std::cerr << qFormatLogMessage(type, context, message).toStdString() << std::endl;
+    } else if (qApp != nullptr && WindowSystem::hasLostWayland()) {
+        lingerFromAnyThread();
+    }
 }
 
 /// The exit status of a start that has found another Ravlin running.
@@ -78,7 +108,7 @@ int RavlinApp::main(int argc, char** argv) {
         LayerShell::prepare();
         qInstallMessageHandler(&endWithoutDisplay);
         const QApplication application(argc, argv);
-        qInstallMessageHandler(nullptr);
+        qInstallMessageHandler(&lingerIfWaylandIsLost);
         RavlinApp ravlin(instance, launch);
         QApplication::exec();
         pasteboard = ravlin.releasePasteboard();

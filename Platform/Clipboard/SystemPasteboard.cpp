@@ -109,9 +109,8 @@ void SystemPasteboard::processEvents() {
 }
 
 void SystemPasteboard::lingerIfOwner() {
-    if (fileDescriptor() < 0) return;
     bool mayLinger = false;
-    perform([&] { mayLinger = !servingDescriptors().empty() && catchUp() && isServing(); });
+    perform([&] { mayLinger = fileDescriptor() >= 0 && !servingDescriptors().empty() && catchUp() && isServing(); });
     if (!mayLinger) return;
     switch (forkLingeringChild(servingDescriptors())) {
         case ForkSide::parent: giveAway(); return;

@@ -3,6 +3,8 @@
 #include <QGuiApplication>
 #include <qpa/qplatformnativeinterface.h>
 
+#include <wayland-client-core.h>
+
 namespace ravlin::WindowSystem {
 
 bool isX11() {
@@ -14,9 +16,14 @@ bool isWayland() {
 }
 
 wl_display* waylandDisplay() {
-    if (!isWayland()) return nullptr;
-    void* const display = QGuiApplication::platformNativeInterface()->nativeResourceForIntegration("wl_display");
-    return static_cast<wl_display*>(display);
+    auto* const native = isWayland() ? QGuiApplication::platformNativeInterface() : nullptr;
+    if (native == nullptr) return nullptr;
+    return static_cast<wl_display*>(native->nativeResourceForIntegration("wl_display"));
+}
+
+bool hasLostWayland() {
+    wl_display* const display = waylandDisplay();
+    return display != nullptr && wl_display_get_error(display) != 0;
 }
 
 }  // namespace ravlin::WindowSystem

@@ -11,4 +11,7 @@ bool isWayland();
 /// The connection of Qt's windows to the Wayland compositor, which ends with that object; null if they have none.
 wl_display* waylandDisplay();
 
+/// Whether there was such a connection and it is lost.
+bool hasLostWayland();
+
 }  // namespace ravlin::WindowSystem

@@ -139,7 +139,7 @@ class MainJob(DesktopTest):
         owner.send_signal(signal.SIGCONT)
         self.assert_clipboard("precious")
 
-    def test_a_broken_connection_to_the_clipboard_is_made_anew_when_the_panel_opens(self):
+    def test_a_broken_connection_to_the_clipboard_is_made_anew_and_the_text_stays(self):
         self.copy("hello")
         self.click_icon()
         wait_for_panel()
@@ -147,7 +147,7 @@ class MainJob(DesktopTest):
         desktop.press_key("Return")
         self.assert_clipboard("HELLO")
         subprocess.run(["xkill", "-id", desktop.selection_owner("CLIPBOARD")], check=True, stdout=subprocess.DEVNULL)
-        eventually(lambda: desktop.clipboard() is None, "the clipboard's owner is gone")
+        self.assert_clipboard("HELLO")
         desktop.press_key("Escape", "Escape")
         wait_for_no_panel()
         self.copy("again")
