@@ -7,10 +7,11 @@ import contextlib
 import os
 import signal
 import socket
+import subprocess
 import tempfile
 
 import hostile
-from hostile import desktop, report, resident_megabytes, scaled
+from hostile import desktop, ping, report, resident_megabytes, scaled
 from ravlin_desktop import Gio, GLib, eventually
 
 NAME, PATH = "org.ravlin.ravlin", "/org/ravlin/ravlin"
@@ -28,12 +29,6 @@ def activate(**data):
     bus.call_sync(NAME, PATH, "org.freedesktop.Application", "Activate", GLib.Variant("(a{sv})", (data,)), None,
                   Gio.DBusCallFlags.NONE, 60_000, None)
     bus.close_sync(None)
-
-
-def ping():
-    """Answered by the program's main thread, after whatever it is busy with."""
-    desktop.call(NAME, PATH, "org.freedesktop.DBus.Properties", "GetAll",
-                 GLib.Variant("(s)", ("org.freedesktop.Application",)))
 
 
 class LongStrings(hostile.AttackTest):
@@ -118,6 +113,58 @@ class SilentBus(hostile.AttackTest):
     def test_one_that_is_not_there_costs_nothing(self):
         self.start(DBUS_SESSION_BUS_ADDRESS="unix:path=/nonexistent")
         eventually(desktop.panel_window, "the panel is open")
+
+
+class LostBus(hostile.AttackTest):
+    @contextlib.contextmanager
+    def bus(self):
+        command = ["dbus-daemon", "--session", "--nofork", "--nopidfile", "--print-address"]
+        daemon = subprocess.Popen(command, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+        try:
+            yield daemon, daemon.stdout.readline().strip()
+        finally:
+            daemon.stdout.close()
+            desktop.end(daemon)
+
+    def transform(self, name, result):
+        desktop.type_text(name)
+        desktop.press_key("Return")
+        eventually(lambda: desktop.clipboard() == result, "the clipboard is rewritten")
+        desktop.press_key("Escape")  # which empties the search
+
+    def test_one_that_ends_in_the_middle_takes_nothing_with_it(self):
+        with self.bus() as (daemon, address), desktop.copied("Hello"):
+            ravlin = self.start(DBUS_SESSION_BUS_ADDRESS=address)
+            desktop.wait_for_panel()  # there is no tray
+            self.transform("upper", "HELLO")
+            daemon.kill()
+            daemon.wait()
+            self.assertEqual(desktop.clipboard(), "HELLO")
+            self.transform("lower", "hello")
+            self.assert_alive(ravlin)
+            ravlin.process.terminate()
+            self.assertEqual(ravlin.wait_for_end(), 0)
+            self.assertEqual(desktop.clipboard(), "hello")
+
+
+class RestlessTray(hostile.AttackTest):
+    def test_one_that_comes_and_goes_without_end_finds_the_icon_once(self):
+        count = scaled(50, 500)
+        ravlin = self.start_on_bus()
+        with desktop.NotifierTray() as tray:
+            tray.wait_for_item()
+        memory, descriptors = resident_megabytes(ravlin.pid), hostile.descriptors(ravlin.pid)
+        for _ in range(count):
+            desktop.NotifierTray().close()
+        ping()
+        with desktop.NotifierTray() as tray:
+            tray.wait_for_item()
+            ping()
+            self.assertEqual(len(tray.items), 1)
+        kept = resident_megabytes(ravlin.pid) - memory
+        report(f"{count} times: {kept:+.1f} MB")
+        self.assertLess(kept, 8)
+        self.assertLessEqual(hostile.descriptors(ravlin.pid), descriptors + 1)
 
 
 class StoppedInstance(hostile.AttackTest):
