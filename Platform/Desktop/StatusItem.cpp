@@ -4,19 +4,29 @@
 #include "Platform/Desktop/StatusIcon.h"
 #include "Platform/Desktop/WindowSystem.h"
 
+#include <QCursor>
 #include <QEvent>
 #include <QGuiApplication>
 #include <QIcon>
 #include <QPixmap>
 
+#include <algorithm>
+#include <cstdlib>
+
 namespace ravlin {
 namespace {
 
-/// The place of a click as a host gave it, null if useless: hosts that do not know it give the origin, and those on
-/// Wayland give coordinates in a surface of their own.
+/// How far from the pointer a host's idea of the place of a click may be: no icon is larger.
+constexpr int kHostAccuracy = 64;  // device-independent pixels
+
+/// The place of a click as a host gave it, null if useless: some hosts always give the origin or the same other point,
+/// and those on Wayland coordinates in a surface of their own.
 QRect clickedPoint(QPoint where) {
-    if (!WindowSystem::isX11() || where.isNull()) return {};
-    return {PanelPlacement::fromDevicePixels(where, PanelPlacement::currentScreens()), QSize(1, 1)};
+    if (!WindowSystem::isX11()) return {};
+    const QPoint point = PanelPlacement::fromDevicePixels(where, PanelPlacement::currentScreens());
+    const QPoint distance = point - QCursor::pos();
+    if (std::max(std::abs(distance.x()), std::abs(distance.y())) > kHostAccuracy) return {};
+    return {point, QSize(1, 1)};
 }
 
 QIcon drawnIcon(const QColor& color) {
@@ -42,7 +52,9 @@ StatusItem::StatusItem(const QDBusConnection& bus, QObject* parent)
     connect(&notifierItem_, &StatusNotifierItem::activated, this,
             [this](QPoint where) { Q_EMIT activated(clickedPoint(where), notifierItem_.takeActivationToken()); });
     connect(&notifierItem_, &StatusNotifierItem::contextMenuRequested, this, [this](QPoint where) {
-        if (const QRect point = clickedPoint(where); !point.isNull()) popupMenu().popup(point.topLeft());
+        if (!WindowSystem::isX11()) return;
+        const QRect point = clickedPoint(where);
+        popupMenu().popup(point.isNull() ? QCursor::pos() : point.topLeft());
     });
     qGuiApp->installEventFilter(this);
     notifierItem_.start();

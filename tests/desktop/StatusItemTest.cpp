@@ -3,6 +3,7 @@
 #include "tests/desktop/FakeTray.h"
 
 #include <QApplication>
+#include <QCursor>
 #include <QDBusArgument>
 #include <QDBusObjectPath>
 #include <QDBusVariant>
@@ -212,6 +213,7 @@ TEST(StatusItemIcon, IsPaintedAnewWhenTheColoursOfTheSessionChange) {
 
 TEST(StatusItemActivation, GivesThePointOfALeftOrMiddleClick) {
     const Desktop desktop;
+    QCursor::setPos(890, 20);
     QSignalSpy activated(&desktop.item, &StatusItem::activated);
     desktop.askItem("Activate", {900, 12});
     desktop.askItem("SecondaryActivate", {901, 13});
@@ -220,12 +222,14 @@ TEST(StatusItemActivation, GivesThePointOfALeftOrMiddleClick) {
     EXPECT_EQ(activated[1][0].toRect(), QRect(901, 13, 1, 1));
 }
 
-TEST(StatusItemActivation, WithoutCoordinatesHasNoPoint) {
+TEST(StatusItemActivation, APointFarFromThePointerIsNotThatOfAClick) {
     const Desktop desktop;
+    QCursor::setPos(890, 20);
     QSignalSpy activated(&desktop.item, &StatusItem::activated);
-    desktop.askItem("Activate", {0, 0});
-    ASSERT_EQ(activated.size(), 1);
-    EXPECT_TRUE(activated[0][0].toRect().isNull());
+    for (const QPoint point : {QPoint(0, 0), QPoint(0, 26), QPoint(890, 85), QPoint(825, 20)}) {
+        desktop.askItem("Activate", {point.x(), point.y()});
+        EXPECT_TRUE(activated.takeLast()[0].toRect().isNull()) << point.x() << ", " << point.y();
+    }
 }
 
 TEST(StatusItemActivation, CarriesTheHostsTokenOnce) {
