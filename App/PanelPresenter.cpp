@@ -2,6 +2,7 @@
 
 #include "Platform/Desktop/LayerShell.h"
 #include "Platform/Desktop/PanelPlacement.h"
+#include "Platform/Desktop/QtX11.h"
 #include "Platform/Desktop/WindowSystem.h"
 #include "Views/MenuView.h"
 
@@ -107,6 +108,8 @@ void PanelPresenter::place(const QRect& anchor) {
     const PanelPlacement::Place place = PanelPlacement::place(full, anchor, PanelPlacement::currentScreens());
     panel_->setRoom(place.room);
     panel_->move(place.topLeft);
+    panel_->winId();  // creates the window
+    QtX11::keepOutOfTaskBars(*panel_->windowHandle());
 }
 
 /// Gives the panel, which is about to be shown, its corner of the screen. If that fails, the panel becomes an ordinary

@@ -1,34 +1,26 @@
 #include "Platform/Desktop/TrayColors.h"
 
+#include "Platform/Desktop/QtX11.h"
+
 #include <QCoreApplication>
-#include <QGuiApplication>
 
 #include <xcb/xcb.h>
 
 #include <cstdlib>
-#include <memory>
-#include <string_view>
 
 namespace ravlin {
 namespace {
 
 constexpr std::uint32_t kColorChannels = 12;  // of four colours: foreground, error, warning, success; 16 bits each
 
-template <typename Reply>
-using ReplyPointer = std::unique_ptr<Reply, decltype(&std::free)>;
-
-xcb_atom_t atom(xcb_connection_t* connection, std::string_view name) {
-    const auto cookie = xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.data());
-    const ReplyPointer<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection, cookie, nullptr), &std::free);
-    return reply == nullptr ? xcb_atom_t{XCB_ATOM_NONE} : reply->atom;
-}
+using QtX11::atom;
+using QtX11::ReplyPointer;
 
 }  // namespace
 
 TrayColors::TrayColors(QObject* parent) : QObject(parent) {
-    const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    if (x11 == nullptr) return;
-    connection_ = x11->connection();
+    connection_ = QtX11::connection();
+    if (connection_ == nullptr) return;
     selection_ = atom(connection_, "_NET_SYSTEM_TRAY_S0");
     colors_ = atom(connection_, "_NET_SYSTEM_TRAY_COLORS");
     manager_ = atom(connection_, "MANAGER");

@@ -260,6 +260,17 @@ class Panel(DesktopTest):
         self.assertLess(abs(panel.center[0] - 800), 3, panel)
         self.assertLess(abs(panel.y + panel.height - 790), 3, panel)
 
+    def test_is_in_no_task_bar_and_no_pager_however_often_it_opens(self):
+        self.show_tray()
+        self.start()
+        for _ in range(2):
+            self.click_icon()
+            states = desktop.output_of("xprop", "-id", wait_for_panel().identifier, "_NET_WM_STATE")
+            for state in ("_NET_WM_STATE_SKIP_TASKBAR", "_NET_WM_STATE_SKIP_PAGER", "_NET_WM_STATE_ABOVE"):
+                self.assertIn(state, states)
+            self.click_icon()
+            wait_for_no_panel()
+
     def test_closes_at_the_second_click_and_opens_at_the_third(self):
         self.show_tray()
         self.start()
@@ -475,6 +486,12 @@ class NotifierTray(DesktopTest):
 
     def test_activation_opens_the_panel_at_the_icon(self):
         self.tray.activate(900, 790)
+        panel = wait_for_panel()
+        self.assertLess(abs(panel.x + panel.width // 2 - 900), 2, panel)
+        self.assertGreater(panel.y + panel.height, 770, panel)
+
+    def test_a_host_that_gives_the_same_place_for_every_click_is_not_believed(self):
+        self.tray.activate(900, 790, hint=(0, 26))
         panel = wait_for_panel()
         self.assertLess(abs(panel.x + panel.width // 2 - 900), 2, panel)
         self.assertGreater(panel.y + panel.height, 770, panel)
