@@ -402,6 +402,7 @@ int main(int argc, char** argv) {
     parser.process(application);
 
     // The same wherever it is drawn, except for the font size.
+    QApplication::setCursorFlashTime(0);  // a cursor that blinks is missing where drawing takes long
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     QFont font(QStringLiteral("DejaVu Sans"));
     font.setPointSizeF(parser.value(points).toDouble());
