@@ -256,6 +256,15 @@ TEST(StatusItemActivation, ATokenThatNoDesktopMakesIsForgotten) {
     EXPECT_EQ(activated[2][1].toString(), QString());
 }
 
+TEST(StatusItemActivation, TheMenuOpensAtThePointerWhereTheHostsPointIsUseless) {
+    const Desktop desktop;
+    QCursor::setPos(400, 300);
+    desktop.askItem("ContextMenu", {0, 26});
+    ASSERT_TRUE(eventually([] { return QApplication::activePopupWidget() != nullptr; }));
+    EXPECT_EQ(QApplication::activePopupWidget()->pos(), QPoint(400, 300));
+    QApplication::activePopupWidget()->close();
+}
+
 TEST(StatusItemActivation, IgnoresTheWheel) {
     const Desktop desktop;
     QSignalSpy activated(&desktop.item, &StatusItem::activated);
